@@ -1,0 +1,267 @@
+#include "zvTlv.h"
+
+#include "bytes.h"
+
+#include <algorithm>
+#include <cstring>
+
+#define ZV_SOURCE_PATH "libzvCommon/src/zvTlv"
+
+namespace {
+
+constexpr uint32_t HEADER_SIZE = 4;
+constexpr uint32_t LENGTH_OFFSET = 1; // of the value length in an element
+constexpr uint32_t TAG_OFFSET = 3;
+constexpr uint32_t COMMAND_SIZE = 2;
+constexpr int32_t MIN_LENGTH = 18; // what the first test takes; a message with all it needs is longer
+constexpr uint8_t CATEGORY_MAX = 0xEF;
+constexpr uint32_t LENGTH_FIELD_MAX = INT16_MAX;
+
+uint32_t value_length(const uint8_t *element)
+{
+    return zv::be16(element + LENGTH_OFFSET);
+}
+
+uint32_t element_length(const uint8_t *element)
+{
+    return HEADER_SIZE + value_length(element);
+}
+
+// Where an element would begin behind `offset` bytes of the element area, if its header is all there.
+bool has_header(uint32_t offset, uint32_t area)
+{
+    return offset + HEADER_SIZE <= area;
+}
+
+// The sum of the elements' lengths; goes over `area` where the last one does not end with the message.
+uint32_t walked_length(const uint8_t *msg, uint32_t area)
+{
+    uint32_t offset = 0;
+    while (offset < area) {
+        offset += has_header(offset, area) ? element_length(msg + HEADER_SIZE + offset) : HEADER_SIZE;
+    }
+    return offset;
+}
+
+// A value as text for the log, from its character `skip` on: a malformed message need not end it with a zero byte.
+struct ValueText {
+    char text[ZVMSG_MAX + 1] = {};
+
+    ValueText(const uint8_t *element, uint32_t skip)
+    {
+        if (const uint32_t length = value_length(element); length > skip) {
+            memcpy(text, element + HEADER_SIZE + skip, std::min<size_t>(length - skip, ZVMSG_MAX));
+        }
+    }
+};
+
+} // namespace
+
+int32_t sntlv_msg_init(uint8_t *msg, uint32_t size, uint8_t category)
+{
+    (void)size;
+    zv::put_be16(msg, HEADER_SIZE);
+    msg[2] = 0;
+    msg[3] = category;
+    return HEADER_SIZE;
+}
+
+int32_t sntlv_msg_len(const uint8_t *msg)
+{
+    return static_cast<int16_t>(zv::be16(msg));
+}
+
+int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, const uint8_t *value)
+{
+    // The parameters' names of the format's first days: the assertions print them.
+    const uint8_t atype = tag;
+    const uint32_t alen = len;
+    const uint32_t end = zv::be16(msg);
+    const uint64_t new_end = uint64_t{end} + HEADER_SIZE + len;
+    if (new_end > size || new_end > LENGTH_FIELD_MAX) {
+        return 0;
+    }
+    ZV_ASSERT((atype != TLV_SRC) || (alen > 0));
+    ZV_ASSERT((atype != TLV_DST) || (alen > 0));
+
+    uint8_t *element = msg + end;
+    element[0] = 0;
+    zv::put_be16(element + LENGTH_OFFSET, static_cast<uint16_t>(len));
+    element[TAG_OFFSET] = tag;
+    if (len > 0) {
+        memcpy(element + HEADER_SIZE, value, len);
+    }
+    zv::put_be16(msg, static_cast<uint16_t>(new_end));
+    return static_cast<int32_t>(HEADER_SIZE + len);
+}
+
+int32_t sntlv_add_dat(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, uint32_t value)
+{
+    uint8_t bytes[sizeof value];
+    if (len > sizeof bytes) {
+        return 0;
+    }
+    memcpy(bytes, &value, sizeof bytes);
+    return sntlv_add_bin(msg, size, tag, len, bytes);
+}
+
+uint8_t *tlv_find(const uint8_t *msg, uint8_t tag)
+{
+    const int32_t signed_area = sntlv_msg_len(msg) - static_cast<int32_t>(HEADER_SIZE);
+    if (signed_area <= 0) {
+        return nullptr;
+    }
+    const auto area = static_cast<uint32_t>(signed_area);
+    const uint8_t *elements = msg + HEADER_SIZE;
+    uint32_t offset = 0;
+    while (has_header(offset, area)) {
+        const uint8_t *element = elements + offset;
+        offset += element_length(element);
+        if (offset > area) {
+            break;
+        }
+        if (element[TAG_OFFSET] == tag) {
+            return const_cast<uint8_t *>(element); // as strchr: the result is as constant as the caller's own pointer
+        }
+    }
+    return nullptr;
+}
+
+int32_t sntlv_find(uint8_t *dest, int32_t destsize, uint8_t tag, const uint8_t *msg)
+{
+    const uint8_t *element = tlv_find(msg, tag);
+    if (element == nullptr) {
+        return 0;
+    }
+    const auto length = static_cast<int32_t>(value_length(element));
+    if (length >= destsize) {
+        return 0;
+    }
+    memcpy(dest, element + HEADER_SIZE, static_cast<size_t>(length));
+    return length;
+}
+
+int32_t tlv_validate(const uint8_t *msg)
+{
+    const int32_t length = sntlv_msg_len(msg);
+    if (length < MIN_LENGTH) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG len is too short (%d < %d)\n", length, MIN_LENGTH);
+        return -1;
+    }
+    if (length > ZVMSG_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG len is too long (%d > 1500)\n", length);
+        return -1;
+    }
+    const uint32_t area = static_cast<uint32_t>(length) - HEADER_SIZE;
+    if (const uint32_t walked = walked_length(msg, area); walked != area) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG length (%d) does not match internal length (%d0.\n",
+               static_cast<int>(walked), static_cast<int>(area));
+        return -1;
+    }
+    const uint8_t *last = msg + length - 1;
+    if (*last != TLV_END) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG is missing ending TLV: 0xEE\n");
+        return -1;
+    }
+    const uint8_t *cmd = tlv_find(msg, TLV_CMD);
+    if (cmd == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG needs a CMD\n");
+        return -3;
+    }
+    const uint8_t *dst = tlv_find(msg, TLV_DST);
+    if (dst == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a DST\n", ValueText(cmd, 0).text);
+        return -3;
+    }
+    const uint8_t *src = tlv_find(msg, TLV_SRC);
+    if (src == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a SRC\n", ValueText(cmd, 0).text);
+        return -3;
+    }
+    if (const uint8_t *end = tlv_find(msg, TLV_END); end == nullptr || end + TAG_OFFSET != last) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG has too many ending TLV: 0xEE\n", ValueText(cmd, 0).text);
+        return -1;
+    }
+    const uint8_t category = msg[3];
+    if (category > CATEGORY_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a known CATagory. CAT=0x%02x\n", ValueText(cmd, 0).text,
+               category);
+        return -2;
+    }
+    const bool response = category % 2 == 1;
+    if (tlv_find(msg, TLV_CMDARG) == nullptr) {
+        if (response) {
+            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s RSP needs a CMDARG\n", ValueText(cmd, 0).text);
+        } else {
+            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s CMD needs a CMDARG\n", ValueText(cmd, 0).text);
+        }
+        return -3;
+    }
+    if (response && tlv_find(msg, TLV_RSPARG) == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_WARNING: MSG :%s RSP needs a RSPARG fr%s %s\n", ValueText(cmd, 0).text,
+               ValueText(src, 3).text, ValueText(dst, 0).text);
+    }
+    return 0;
+}
+
+void sntlv_void(uint8_t *msg, uint8_t tag)
+{
+    uint8_t *tlv = tlv_find(msg, tag);
+    ZV_ASSERT(tlv != NULL);
+    tlv[TAG_OFFSET] = TLV_VOID;
+    memset(tlv + HEADER_SIZE, 0, value_length(tlv));
+}
+
+int32_t sntlv_remove(uint8_t *msg, uint32_t size, uint8_t tag)
+{
+    (void)size;
+    const uint8_t *tlvend = tlv_find(msg, tag);
+    ZV_ASSERT(tlvend != NULL);
+    const auto taken = static_cast<int32_t>(element_length(tlvend));
+    zv::put_be16(msg, static_cast<uint16_t>(sntlv_msg_len(msg) - taken));
+    return -taken;
+}
+
+int32_t snLoclItoI(char *dest, uint32_t size, uint32_t count, uint32_t value)
+{
+    if (count < 1 || count > sizeof value || count > size) {
+        return 0;
+    }
+    for (uint32_t i = 0; i < count; ++i) {
+        dest[i] = static_cast<char>(value >> 8 * (count - 1 - i));
+    }
+    return static_cast<int32_t>(count);
+}
+
+int32_t snLoclbin(uint8_t *dest, uint32_t size, uint32_t len, const uint8_t *src)
+{
+    if (len == 0 || len > size) {
+        return 0;
+    }
+    memcpy(dest, src, len);
+    return static_cast<int32_t>(len);
+}
+
+int32_t zvmsg_build(zvIoBuf_t *iobuf, const char *cmd, const uint8_t *arg, uint32_t arglen, uint32_t category)
+{
+    uint8_t *msg = iobuf->buf;
+    const uint32_t size = std::min<uint32_t>(iobuf->size, sizeof iobuf->buf);
+    uint8_t code[COMMAND_SIZE] = {};
+    memcpy(code, cmd, strnlen(cmd, sizeof code));
+    iobuf->len = sntlv_msg_init(msg, size, static_cast<uint8_t>(category));
+    iobuf->len += sntlv_add_bin(msg, size, TLV_CMD, sizeof code, code);
+    const int32_t added = sntlv_add_bin(msg, size, TLV_CMDARG, arglen, arg);
+    iobuf->len += added;
+    return added;
+}
+
+void zvmsg_response(zvIoBuf_t *iobuf, uint8_t **arg, uint16_t *len)
+{
+    if (sntlv_msg_len(iobuf->buf) > static_cast<int32_t>(sizeof iobuf->buf)) {
+        return;
+    }
+    if (uint8_t *element = tlv_find(iobuf->buf, TLV_RSPARG); element != nullptr) {
+        *arg = element + HEADER_SIZE;
+        *len = static_cast<uint16_t>(value_length(element));
+    }
+}

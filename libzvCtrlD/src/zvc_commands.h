@@ -1,0 +1,153 @@
+/*
+ * zvc_commands.h - the camera link: command context, exchange, remote API framing, and the camera's common commands
+ *
+ * Every camera operation takes a command context and is one blocking exchange on it, at most 10 seconds long, unless
+ * its comment says otherwise. A context and all that points into it belong to one thread at a time; threads with
+ * contexts of their own do not disturb each other. Results are 0 or a negative code of zvDbg.h; those of the exchange
+ * itself are
+ *
+ *     ZV_ERR_INVALID_PARAM  the context is null or was never set up, or the answer has no valid form
+ *     ZV_ERR_NO_RESPONSE    no answer in 10 seconds, or the receive failed
+ *     ZV_ERR_NAK            the camera refused; the acknowledge byte is in the context's rtos_error_code
+ *     ZV_ERR                the firmware reported an error of its own, which is in rtos_error_code
+ *
+ * An output argument is written on success only.
+ */
+#ifndef ZVC_COMMANDS_H
+#define ZVC_COMMANDS_H
+
+#include "zvTlv.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ---- Command context ----------------------------------------------------------------------------------------------
+ * One caller's standing pair of queues and its message buffer. The program that owns it fills in the first three
+ * fields, and zeroes the others:
+ *
+ *     mbox_name  the name of its reply queue, which it keeps alive
+ *     mq_tx      opened for writing on the relay, "/to_zvnet"
+ *     mq_rx      opened for reading on mbox_name, with a message size of ZVMSG_MAX
+ */
+typedef struct {
+    const char *mbox_name;
+    mqd_t mq_tx;
+    mqd_t mq_rx;
+    zvIoBuf_t iobuf;         /* the request, then the answer, in place */
+    uint8_t rtos_error_code; /* refusal byte or firmware error of the last remote API call, 0 when there was none */
+    uint8_t asource;         /* who issues the next message; 0 stands for 1; every message consumes it */
+    uint8_t rx_failed;       /* set to 1 when an awaited answer did not come; the library never clears it */
+} zvc_msg_q_context_t;
+
+/* Empties the buffer and clears rtos_error_code; the rest stays. Returns 0, or ZV_ERR_INVALID_PARAM for null. */
+ZV_API int32_t zvc_reset_context(zvc_msg_q_context_t *context);
+
+/* ---- Exchange -----------------------------------------------------------------------------------------------------
+ * `dest` is written into the message as its destination. A message always leaves through mq_tx: `via` names the relay
+ * that mq_tx was opened on, and takes no part. `direction` selects the row of the message trace (zvHex.h).
+ *
+ * Where an answer is asked for, `*rsp` points into the context's buffer and holds until its next use; null and 0 stand
+ * for an answer without a payload. `rsp` and `rspsize` are given together, or the answer is not handed out.
+ */
+
+/* Finishes the message in iobuf and posts it. Returns the result of mq_send. */
+ZV_API int32_t zvc_send_context(zvc_msg_q_context_t *context, const char *dest, const char *via, int32_t direction);
+
+/*
+ * The same, and waits for the answer. What waits in the reply queue before the post is dropped. Returns the answer's
+ * length, or ZV_ERR_NO_RESPONSE, which then also stands in iobuf.len.
+ */
+ZV_API int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *dest, const char *via,
+                                             int32_t direction);
+
+/*
+ * A full exchange of one message: `cmd` is the two-character command code, `arg` its argument, which leaves room in
+ * ZVMSG_MAX for 27 bytes and the two mailbox names (assertion). An answer whose own length field differs from its
+ * received length has no payload.
+ */
+ZV_API int32_t zvc_send_zvmsg(zvc_msg_q_context_t *context, int32_t category, const char *dest, const char *via,
+                              const char *cmd, const uint8_t *arg, int32_t arglen, uint8_t **rsp, uint16_t *rspsize);
+
+/* The same without an answer, and so without a wait. A failed post is not reported: returns 0. */
+ZV_API int32_t zvc_send_zvmsg_async(zvc_msg_q_context_t *context, int32_t category, const char *dest, const char *via,
+                                    const char *cmd, const uint8_t *arg, int32_t arglen);
+
+/* A command to the relay itself. */
+ZV_API int32_t zvc_send_dorsak_command(zvc_msg_q_context_t *context, const char *cmd, const uint8_t *arg,
+                                       int32_t arglen, uint8_t **rsp, uint16_t *rspsize);
+
+/* A command to the camera. */
+ZV_API int32_t zvc_send_camera_command_via_zvNet(zvc_msg_q_context_t *context, const char *cmd, const uint8_t *arg,
+                                                 int32_t arglen, uint8_t **rsp, uint16_t *rspsize);
+
+/* ---- Remote API ---------------------------------------------------------------------------------------------------
+ * A request is a 5-byte header and a payload: 0, group id, action id, payload size (big-endian). The answer is the
+ * acknowledge byte, 3 bytes that nobody reads, the firmware's error byte, the payload size (big-endian) and the
+ * payload.
+ * `*rsp` and `*rspsize` give the payload, or the single byte 2 where the camera answered that it is switched off.
+ * All but the payload forms take a whole `request` of `size` bytes, or build one without a payload.
+ */
+
+/* Groups of the remote API. */
+enum {
+    REMOTE_GROUP_APP = 1,
+    REMOTE_GROUP_VIDEO = 2,
+    REMOTE_GROUP_PHOTO = 3,
+    REMOTE_GROUP_MULTISHOT = 4,
+    REMOTE_GROUP_BROADCAST = 5,
+    REMOTE_GROUP_SETUP = 7,
+    REMOTE_GROUP_SYSTEM = 8,
+    REMOTE_GROUP_STORAGE = 9,
+    REMOTE_GROUP_STREAM = 10,
+    REMOTE_GROUP_FWUPDATE = 11,
+    REMOTE_GROUP_AUDIO = 14,
+    REMOTE_GROUP_PRESET = 17,
+    REMOTE_GROUP_CAPABILITY = 18,
+};
+
+#define REMOTE_API_HEADER_SIZE 5
+
+/* The one-byte answer of a camera that is switched off. */
+#define ZVN_NACK_OFF 2
+
+ZV_API int32_t zvc_send_remote_api(zvc_msg_q_context_t *context, const uint8_t *request, int32_t size, uint8_t **rsp,
+                                   uint16_t *rspsize);
+
+/* Posts the request and waits for nothing. */
+ZV_API int32_t zvc_send_remote_api_async(zvc_msg_q_context_t *context, const uint8_t *request, int32_t size);
+
+ZV_API int32_t zvc_send_remote_api_for_response(zvc_msg_q_context_t *context, int32_t gid, int32_t aid, uint8_t **rsp,
+                                                uint16_t *rspsize);
+
+/* A payload of 1 byte or more; ZV_ERR_INVALID_PARAM for a smaller size, ZV_ERR_OUTOFMEM without memory for it. */
+ZV_API int32_t zvc_send_remote_api_payload(zvc_msg_q_context_t *context, int32_t gid, int32_t aid,
+                                           const uint8_t *payload, int32_t size);
+ZV_API int32_t zvc_send_remote_api_payload_response(zvc_msg_q_context_t *context, int32_t gid, int32_t aid,
+                                                    const uint8_t *payload, int32_t size, uint8_t **rsp,
+                                                    uint16_t *rspsize);
+
+ZV_API int32_t zvc_send_simple_remote_api(zvc_msg_q_context_t *context, int32_t gid, int32_t aid);
+ZV_API int32_t zvc_send_simple_remote_api_async(zvc_msg_q_context_t *context, int32_t gid, int32_t aid);
+
+/* zvc_send_remote_api_payload that logs a failure once more. */
+ZV_API int32_t command_params_payload(zvc_msg_q_context_t *context, int32_t gid, int32_t aid, const uint8_t *payload,
+                                      int32_t size);
+
+/* Writes the 5 header bytes of a request. */
+ZV_API void zvc_init_remote_api_input_header(uint8_t *request, uint8_t gid, uint8_t aid, uint16_t payload_size);
+
+/* A number that selects a protocol adapter. There is one adapter, so that it has no effect; 0 at start. */
+ZV_API void zvc_select_protocol_adapter(int32_t id);
+ZV_API int32_t zvc_get_protocol_adapter(void);
+
+/* ---- Mode ------------------------------------------------------------------------------------------------------ */
+
+/* What the camera is set to capture: its mode, and the flat mode, one number for mode and sub mode. */
+ZV_API int32_t zvc_app_get_mode_flat_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *flat_mode);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
