@@ -1,0 +1,1 @@
+#include "zvMbox.h"

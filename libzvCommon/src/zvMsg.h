@@ -1,0 +1,9 @@
+/*
+ * zvMsg.h
+ */
+#ifndef ZVMSG_H
+#define ZVMSG_H
+
+#include "zvTlv.h"
+
+#endif

@@ -1,0 +1,1 @@
+#include "zvc_fwupdate.h"

@@ -1,0 +1,1 @@
+#include "zvcontrol_if.h"

@@ -1,0 +1,9 @@
+/*
+ * zvcontrol_if.h
+ */
+#ifndef ZVCONTROL_IF_H
+#define ZVCONTROL_IF_H
+
+#include "zvDbg.h"
+
+#endif
