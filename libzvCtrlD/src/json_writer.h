@@ -1,0 +1,151 @@
+// The text of the JSON documents: members `"id":value` one behind the other, in a buffer on the caller's stack.
+// Internal to the library.
+//
+// A document goes out with every poll, so that a member costs no allocation, no stream and hardly a branch: keys and
+// small numbers are copied from tables as blocks of fixed size. A block reaches past the text that counts, which is why
+// a buffer has JSON_MEMBER_SIZE bytes for each member. The finished text goes into the caller's stream as one block:
+//
+//     char buffer[COUNT * JSON_MEMBER_SIZE];
+//     JsonWriter json(buffer);
+//     for (...) {
+//         json.key(id);
+//         json.number(value);
+//         json.comma();
+//     }
+//     json.drop_comma();
+//     stream.write(json.begin(), json.size());
+#pragma once
+
+#include <array>
+#include <charconv>
+#include <cstdint>
+#include <cstring>
+#include <ios>
+#include <string_view>
+
+namespace zv {
+
+// Room for one member with a number of any width, or as much literal text, and for what the blocks write behind it.
+inline constexpr size_t JSON_MEMBER_SIZE = 48;
+
+// A short text, as many of its bytes as count, and their number.
+template <size_t SIZE>
+struct JsonBlock {
+    char text[SIZE - 1];
+    uint8_t length;
+
+    constexpr void append(char character) { text[length++] = character; }
+    constexpr void append_byte(unsigned value)
+    {
+        if (value >= 100) {
+            append(static_cast<char>('0' + value / 100));
+        }
+        if (value >= 10) {
+            append(static_cast<char>('0' + value / 10 % 10));
+        }
+        append(static_cast<char>('0' + value % 10));
+    }
+};
+
+// 0 to 255 in decimal.
+inline constexpr auto JSON_BYTES = [] {
+    std::array<JsonBlock<4>, 256> blocks = {};
+    for (unsigned value = 0; value < blocks.size(); ++value) {
+        blocks[value].append_byte(value);
+    }
+    return blocks;
+}();
+
+// The keys of the ids 0 to 255, such as `"34":`.
+inline constexpr auto JSON_KEYS = [] {
+    std::array<JsonBlock<8>, 256> blocks = {};
+    for (unsigned id = 0; id < blocks.size(); ++id) {
+        blocks[id].append('"');
+        blocks[id].append_byte(id);
+        blocks[id].append('"');
+        blocks[id].append(':');
+    }
+    return blocks;
+}();
+
+class JsonWriter {
+  public:
+    // `buffer` outlives the writer and has JSON_MEMBER_SIZE bytes for each member, or literal, that is written.
+    explicit JsonWriter(char *buffer) : m_begin(buffer), m_next(buffer) {}
+
+    // `"id":`
+    void key(uint32_t id)
+    {
+        if (id < JSON_KEYS.size()) {
+            copy_block(JSON_KEYS[id]);
+            return;
+        }
+        *m_next++ = '"';
+        digits(id);
+        *m_next++ = '"';
+        *m_next++ = ':';
+    }
+
+    // The value in decimal.
+    void number(uint32_t value) { unsigned_number(value); }
+    void number(uint64_t value) { unsigned_number(value); }
+    void number(int32_t value)
+    {
+        if (value < 0) {
+            digits(value);
+        } else {
+            unsigned_number(static_cast<uint32_t>(value));
+        }
+    }
+
+    // The text as it stands: nothing is escaped.
+    void literal(std::string_view text)
+    {
+        memcpy(m_next, text.data(), text.size());
+        m_next += text.size();
+    }
+
+    // Every member is followed by a comma; the last one's is taken back, if there was a member.
+    void comma() { *m_next++ = ','; }
+    void drop_comma()
+    {
+        if (m_next != m_begin && m_next[-1] == ',') {
+            --m_next;
+        }
+    }
+
+    const char *begin() const { return m_begin; }
+    std::streamsize size() const { return m_next - m_begin; }
+    std::string_view text() const { return {m_begin, static_cast<size_t>(m_next - m_begin)}; }
+
+  private:
+    static constexpr size_t DIGITS_MAX = 20; // of a 64-bit number
+
+    template <size_t SIZE>
+    void copy_block(const JsonBlock<SIZE> &block)
+    {
+        memcpy(m_next, &block, SIZE);
+        m_next += block.length;
+    }
+
+    template <class Integer>
+    void digits(Integer value)
+    {
+        m_next = std::to_chars(m_next, m_next + DIGITS_MAX, value).ptr;
+    }
+
+    template <class Unsigned>
+    void unsigned_number(Unsigned value)
+    {
+        if (value < JSON_BYTES.size()) {
+            copy_block(JSON_BYTES[static_cast<size_t>(value)]);
+        } else {
+            digits(value);
+        }
+    }
+
+    char *m_begin;
+    char *m_next;
+};
+
+} // namespace zv
