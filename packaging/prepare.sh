@@ -1,0 +1,40 @@
+# Sourced by ./demo, ./check and .ci/run, in the project's folder.
+#
+# install_packages installs what is missing of packages.list, and nothing else. build PRESET configures once and builds.
+
+install_packages() {
+    missing=
+    for package in $(grep -v '^#' packaging/packages.list); do
+        if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
+            missing="$missing $package"
+        fi
+    done
+    if [ -z "$missing" ]; then
+        return
+    fi
+    echo "Installing$missing"
+    as_root=
+    if [ "$(id -u)" -ne 0 ]; then
+        as_root=sudo
+    fi
+    log=$(mktemp)
+    # shellcheck disable=SC2086
+    if ! { $as_root apt-get update && DEBIAN_FRONTEND=noninteractive $as_root apt-get install --yes \
+        --no-install-recommends $missing; } >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}
+
+build() {
+    log=$(mktemp)
+    if ! { { [ -f "build/$1/build.ninja" ] || cmake --preset "$1"; } && cmake --build "build/$1" -j "$(nproc)"; } \
+        >"$log" 2>&1; then
+        cat "$log" >&2
+        rm -f "$log"
+        return 1
+    fi
+    rm -f "$log"
+}

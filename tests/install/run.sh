@@ -1,0 +1,43 @@
+#!/bin/sh
+# Installs the build into an empty folder and uses it from there, as a service would: with pkg-config in C11 and C++17,
+# and with the CMake package. Also compares what the library exports with what its headers promise.
+#
+#     run.sh BUILD_FOLDER SOURCE_FOLDER
+set -eu
+
+build=$1
+source=$2
+stage=$(mktemp -d)
+trap 'rm -rf "$stage"' EXIT
+
+cmake --install "$build" --prefix "$stage/usr" >/dev/null
+library=$(find "$stage/usr" -name 'libzvCtrlD.so')
+lib=$(dirname "$library")
+export LD_LIBRARY_PATH="$lib" PKG_CONFIG_PATH="$lib/pkgconfig"
+warnings="-Wall -Wextra -Wpedantic -Werror"
+
+# shellcheck disable=SC2046,SC2086
+cc -std=c11 -D_POSIX_C_SOURCE=200809L $warnings "$source/service.c" -o "$stage/c" $(pkg-config --cflags --libs zvctrl)
+# shellcheck disable=SC2046,SC2086
+c++ -std=c++17 $warnings "$source/service.cpp" -o "$stage/cpp" $(pkg-config --cflags --libs zvctrl)
+"$stage/c"
+"$stage/cpp"
+
+cmake -S "$source" -B "$stage/outside" -DCMAKE_PREFIX_PATH="$stage/usr" >/dev/null
+cmake --build "$stage/outside" >/dev/null
+"$stage/outside/outside_c" >/dev/null
+"$stage/outside/outside_cpp" >/dev/null
+
+# Every exported plain name stands in a header behind ZV_API, and the other way round.
+cat "$stage"/usr/include/zvctrl/*.h | tr '\n' ' ' | sed 's|/\*[^*]*\*\+\([^/*][^*]*\*\+\)*/||g' | tr ';{' '\n\n' |
+    grep -w ZV_API | grep -vE 'class|#define' | sed -E 's/\(.*//; s/\[.*//' |
+    grep -oE '[A-Za-z_][A-Za-z0-9_]*[ ]*$' | tr -d ' ' | sort -u >"$stage/promised"
+nm -D --defined-only "$library" | awk '{print $3}' | grep -v '^_Z' | sort -u >"$stage/exported"
+if ! diff "$stage/promised" "$stage/exported"; then
+    echo "Above: < promised by a header and not exported, > exported and in no header" >&2
+    exit 1
+fi
+if nm -D --defined-only "$library" | grep -E ' _Z(N|NK|TI|TS|TV)?(St|S[a-z])'; then
+    echo "The standard library's symbols leave the library" >&2
+    exit 1
+fi
