@@ -1,9 +1,52 @@
 /*
- * camera_interface.h
+ * camera_interface.h - setting writes by id, and the easy preset resolvers
  */
 #ifndef CAMERA_INTERFACE_H
 #define CAMERA_INTERFACE_H
 
-#include "zvDbg.h"
+#include "camera_status.h"
+#include "zvc_commands.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Sends `payload` of `size` bytes, 1 or more, to a group and action. Returns the result of the exchange. */
+ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_t group, int32_t action,
+                                            const uint8_t *payload, int32_t size);
+
+/*
+ * Changes a setting. `value` is the firmware's value of the option, not its id; `group`, `action` and `size` (bytes of
+ * the value) are those of the setting's row in the setting tables. `settings` and `status` are the caller's present
+ * snapshots, on which the decisions rest: `settings` is needed for the ids 13, 31, 102, 114 to 118, 121, 154 and 176,
+ * `status` for 112, 121, 149 and 164.
+ *
+ * One to three exchanges of at most 10 seconds. A failing step ends the sequence there, and what an earlier step has
+ * changed stays. Returns 0, a code of the exchange, or
+ *
+ *     -1                    ids 114 to 118: `settings` is null, or the flat mode has no such control
+ *     ZV_ERR_INVALID_PARAM  id 168: hour above 23 or minute above 59; id 176: no such speed; ids 149 and 164 while the
+ *                           sound cage's microphone status is 3, when the camera takes neither; a setting that is
+ *                           written as it is, whose row has no group or action; an id that needs a null snapshot
+ *
+ * and for these nothing is sent.
+ */
+ZV_API int32_t camera_if_settings_set_value_int(zvc_msg_q_context_t *context, int32_t setting_id, int32_t group,
+                                                int32_t action, uint32_t value, int32_t size,
+                                                const appc_setup_all_settings *settings,
+                                                const appc_system_all_status *status);
+
+/*
+ * The resolution that an easy video preset has for a frame rate, a field of view (numbers as in zvc_video.h) and an
+ * aspect ratio (1 16:9, 3 8:7, 4 9:16). A combination that the preset does not have is logged and leaves `*res` alone.
+ * Any thread may call.
+ */
+ZV_API void easy_5_3k_video_get_res(uint32_t *res, uint32_t fps, uint32_t fov, uint32_t aspect_ratio);
+ZV_API void easy_4k_video_get_res(uint32_t *res, uint32_t fps, uint32_t fov, uint32_t aspect_ratio);
+ZV_API void easy_1080p_video_get_res(uint32_t *res, uint32_t fps, uint32_t fov, uint32_t aspect_ratio);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif

@@ -141,10 +141,59 @@ ZV_API void zvc_init_remote_api_input_header(uint8_t *request, uint8_t gid, uint
 ZV_API void zvc_select_protocol_adapter(int32_t id);
 ZV_API int32_t zvc_get_protocol_adapter(void);
 
-/* ---- Mode ------------------------------------------------------------------------------------------------------ */
+/* ---- Camera commands ----------------------------------------------------------------------------------------------
+ * One exchange each. A write sends the low byte of what it is given and judges nothing: the camera does. A read whose
+ * answer is too short is ZV_ERR_INVALID_PARAM, and so is a null output, for which nothing is sent.
+ *
+ * The flat mode is one number for mode and sub mode, and what the rest of the library tests: 12 video, 13 time lapse
+ * video, 15 looping, 16 single photo, 18 night photo, 19 burst photo, 20 time lapse photo, 21 night lapse photo, 24
+ * rush lapse video, 26 night lapse video, 29 star trail, 30 light painting, 31 vehicle lights.
+ */
 
-/* What the camera is set to capture: its mode, and the flat mode, one number for mode and sub mode. */
+/* Mode, sub mode and flat mode; zvc_app_set_set_mode is the same command. */
+ZV_API int32_t zvc_app_set_mode(zvc_msg_q_context_t *context, int32_t mode);
+ZV_API int32_t zvc_app_set_set_mode(zvc_msg_q_context_t *context, int32_t mode);
+ZV_API int32_t zvc_app_set_mode_sub_mode(zvc_msg_q_context_t *context, int32_t mode, int32_t sub_mode);
+ZV_API int32_t zvc_app_get_mode_sub_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *sub_mode);
 ZV_API int32_t zvc_app_get_mode_flat_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *flat_mode);
+
+ZV_API int32_t zvc_app_set_digital_zoom(zvc_msg_q_context_t *context, int32_t zoom);
+ZV_API int32_t zvc_app_get_digital_zoom(zvc_msg_q_context_t *context, int32_t *zoom);
+ZV_API int32_t zvc_app_set_capture_delay(zvc_msg_q_context_t *context, int32_t delay);
+ZV_API int32_t zvc_app_get_capture_delay(zvc_msg_q_context_t *context, int32_t *delay);
+
+/* The lens in use and how lenses are chosen, as signed bytes. A set changes one of the two and leaves the other. */
+ZV_API int32_t zvc_system_get_lens_mode(zvc_msg_q_context_t *context, int8_t *lens_mode);
+ZV_API int32_t zvc_system_get_lens(zvc_msg_q_context_t *context, int8_t *lens);
+ZV_API int32_t zvc_system_get_lenses(zvc_msg_q_context_t *context, int8_t *lens_mode, int8_t *lens);
+ZV_API int32_t zvc_system_set_lens_mode(zvc_msg_q_context_t *context, int32_t lens_mode);
+ZV_API int32_t zvc_system_set_lens(zvc_msg_q_context_t *context, int32_t lens);
+
+/* The lens that is mounted: 0 none, 1 WIDE_OPTIC_1_0, 2 WIDE_OPTIC_2_0. */
+ZV_API int32_t zvc_system_get_lens_type(zvc_msg_q_context_t *context, int8_t *type);
+ZV_API int32_t zvc_system_set_lens_type(zvc_msg_q_context_t *context, int32_t type);
+ZV_API int32_t zvc_system_get_lens_status(zvc_msg_q_context_t *context, int8_t *status);
+ZV_API int32_t zvc_system_set_lens_status(zvc_msg_q_context_t *context, int8_t status);
+
+ZV_API int32_t zvc_system_get_power_profile(zvc_msg_q_context_t *context, uint8_t *profile);
+ZV_API int32_t zvc_system_set_button(zvc_msg_q_context_t *context, uint8_t first, uint8_t second);
+ZV_API int32_t zvc_system_set_rc_rotation(zvc_msg_q_context_t *context, uint8_t rotation);
+
+ZV_API int32_t zvc_setup_set_orientation(zvc_msg_q_context_t *context, uint8_t orientation);
+ZV_API int32_t zvc_setup_get_orientation(zvc_msg_q_context_t *context, uint8_t *orientation);
+
+/* The user interface mode: 0 Easy, 1 Pro. */
+ZV_API int32_t zvc_setup_get_camera_ux_mode(zvc_msg_q_context_t *context, uint8_t *ux_mode);
+
+ZV_API int32_t zvc_audio_set_audio_option(zvc_msg_q_context_t *context, uint8_t option);
+ZV_API int32_t zvc_audio_set_mic_option(zvc_msg_q_context_t *context, uint8_t option);
+
+/* Puts the on-screen shortcuts back to the preset's own. */
+ZV_API int32_t zvc_preset_onscreen_shortcuts_reset(zvc_msg_q_context_t *context);
+
+/* The speed ramp of a rush lapse video. */
+ZV_API int32_t zvc_video_set_rushlapse_speed_ramp(zvc_msg_q_context_t *context, int32_t value);
+ZV_API int32_t zvc_video_set_rushlapse_speed_ramp_active(zvc_msg_q_context_t *context, int32_t value);
 
 #ifdef __cplusplus
 }
