@@ -1,0 +1,15 @@
+// What the record holds when the camera is switched on.
+#pragma once
+
+#include "state.h"
+
+namespace zv::sim {
+
+struct InitialValue {
+    Field field;
+    uint64_t value;
+};
+
+std::span<const InitialValue> initial_record();
+
+} // namespace zv::sim

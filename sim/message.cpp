@@ -1,0 +1,86 @@
+#include "message.h"
+
+#include <zvctrl/zvTlv.h>
+
+#include <algorithm>
+
+#include "libzvCommon/src/bytes.h"
+
+namespace zv::sim {
+
+namespace {
+
+constexpr size_t HEADER_SIZE = 4;
+constexpr size_t DAEMON_MESSAGE_MAX = 10000;
+
+} // namespace
+
+const char *link_name(Link link)
+{
+    return link == Link::DAEMON ? "daemon" : "camera";
+}
+
+size_t message_max(Link link)
+{
+    return link == Link::DAEMON ? DAEMON_MESSAGE_MAX : ZVMSG_MAX;
+}
+
+Bytes build_message(uint8_t category, std::initializer_list<Element> elements)
+{
+    size_t size = 2 * HEADER_SIZE;
+    for (const Element &element : elements) {
+        size += HEADER_SIZE + element.value.size();
+    }
+    Bytes message(size);
+    const auto capacity = static_cast<uint32_t>(size);
+    sntlv_msg_init(message.data(), capacity, category);
+    for (const Element &element : elements) {
+        sntlv_add_bin(message.data(), capacity, element.tag, static_cast<uint32_t>(element.value.size()),
+                      element.value.data());
+    }
+    sntlv_add_bin(message.data(), capacity, TLV_END, 0, nullptr);
+    return message;
+}
+
+bool well_formed(View message)
+{
+    return message.size() >= HEADER_SIZE && sntlv_msg_len(message.data()) >= static_cast<int32_t>(HEADER_SIZE) &&
+           static_cast<size_t>(sntlv_msg_len(message.data())) <= message.size();
+}
+
+std::optional<View> find_element(View message, uint8_t tag)
+{
+    const uint8_t *element = tlv_find(message.data(), tag);
+    if (element == nullptr) {
+        return std::nullopt;
+    }
+    return View(element + HEADER_SIZE, be16(element + 1));
+}
+
+Answer good(View payload)
+{
+    Answer answer;
+    answer.payload.assign(payload.begin(), payload.end());
+    return answer;
+}
+
+Answer refused(int32_t code)
+{
+    Answer answer;
+    answer.code = code;
+    return answer;
+}
+
+std::string queue_name(View value)
+{
+    const auto end = std::find(value.begin(), value.end(), '\0');
+    const std::string name(value.begin(), end);
+    return name.size() > 1 && name.front() == '/' ? name : std::string();
+}
+
+View view_of(const std::string &text)
+{
+    return {reinterpret_cast<const uint8_t *>(text.data()), text.size()};
+}
+
+} // namespace zv::sim

@@ -1,0 +1,74 @@
+// The simulated camera as a whole: both peers over their queues, with faults and a trace. It has one thread and never
+// waits; its owner calls serve() when a queue has messages, and advance() as time goes by.
+#pragma once
+
+#include "daemon_peer.h"
+#include "faults.h"
+#include "firmware_peer.h"
+#include "queue.h"
+#include "trace.h"
+
+#include <iosfwd>
+#include <map>
+
+namespace zv::sim {
+
+class Simulator {
+  public:
+    Simulator(uint8_t model, uint32_t seed);
+
+    // Creates the peers' queues and stores the camera's identity. Returns an empty text, or what went wrong.
+    std::string open();
+
+    // Each message from now on is a line of `trace`, which outlives the simulator; null: none.
+    void set_trace(std::ostream *trace) { m_trace = trace; }
+
+    State &state() { return m_state; }
+    Faults &faults() { return m_faults; }
+    mqd_t descriptor(Link link) const { return m_queues[static_cast<size_t>(link)].descriptor(); }
+
+    // False while a fault has it that the queue is not read.
+    bool reads(Link link) const;
+
+    // Answers all that waits in the queues.
+    void serve();
+
+    // Lets time pass, in microseconds.
+    void advance(uint64_t microseconds);
+
+    // Microseconds until something is due by itself: a late answer, or the end of an outage; nothing: no such thing.
+    std::optional<uint64_t> next_due() const;
+
+  private:
+    // An answer on its way.
+    struct Late {
+        Link link;
+        std::string queue;
+        Bytes message;
+    };
+    struct Outage {
+        uint64_t until = 0;
+        bool forgets = false; // what came meanwhile
+    };
+
+    void take(Link link, const Bytes &message);
+    void send(Link link, const std::string &queue, const Bytes &message);
+    void distort(const Effects &effects, Bytes &message);
+    void record(Link link, bool from_client, const Bytes &message);
+    void end_outages();
+    Peer &peer(Link link);
+    Queue &queue(Link link) { return m_queues[static_cast<size_t>(link)]; }
+
+    State m_state;
+    DaemonPeer m_daemon;
+    FirmwarePeer m_firmware;
+    Faults m_faults;
+    std::mt19937 m_noise; // apart from the state's, so that faults do not change what the camera does
+    std::array<Queue, LINK_COUNT> m_queues;
+    std::array<Outage, LINK_COUNT> m_outages;
+    std::multimap<uint64_t, Late> m_late; // by the time at which they are sent
+    uint64_t m_now = 0;                   // microseconds
+    std::ostream *m_trace = nullptr;
+};
+
+} // namespace zv::sim
