@@ -1,6 +1,7 @@
 #include "remote_command.h"
 
-#include <algorithm>
+#include "bytes.h"
+
 #include <cassert>
 
 namespace zv {
@@ -11,37 +12,62 @@ constexpr size_t PAYLOAD_MAX = 13;
 
 } // namespace
 
-int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,
-                    Payload &payload, const std::source_location &where)
-{
-    uint8_t request[REMOTE_API_HEADER_SIZE];
-    uint8_t *bytes = nullptr;
-    uint16_t size = 0;
-    zvc_init_remote_api_input_header(request, command.group, command.action, 0);
-    const int32_t result = zvc_send_remote_api(context, request, sizeof request, &bytes, &size);
-    if (texts.opening != nullptr) {
-        ZV_LOG_AT(where, ZV_LOG_INFO, texts.opening, size, result);
-    }
-    if (result != ZV_OK) {
-        ZV_LOG_AT(where, ZV_LOG_ERROR, texts.failure, result);
-        return result;
-    }
-    if (size < expected) {
-        ZV_LOG_AT(where, ZV_LOG_ERROR, texts.size, expected, size);
-        return ZV_ERR_INVALID_PARAM;
-    }
-    payload = {bytes, size};
-    return ZV_OK;
-}
-
-int32_t remote_write(zvc_msg_q_context_t *context, RemoteCommand command, std::initializer_list<uint8_t> payload)
+int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::initializer_list<uint8_t> payload,
+                    Payload *answer)
 {
     assert(payload.size() <= PAYLOAD_MAX);
     uint8_t request[REMOTE_API_HEADER_SIZE + PAYLOAD_MAX];
     zvc_init_remote_api_input_header(request, command.group, command.action, static_cast<uint16_t>(payload.size()));
     std::copy(payload.begin(), payload.end(), request + REMOTE_API_HEADER_SIZE);
-    return zvc_send_remote_api(context, request, static_cast<int32_t>(REMOTE_API_HEADER_SIZE + payload.size()), nullptr,
-                               nullptr);
+    const auto size = static_cast<int32_t>(REMOTE_API_HEADER_SIZE + payload.size());
+    if (answer == nullptr) {
+        return zvc_send_remote_api(context, request, size, nullptr, nullptr);
+    }
+    uint8_t *bytes = nullptr;
+    const int32_t result = zvc_send_remote_api(context, request, size, &bytes, &answer->size);
+    answer->bytes = bytes;
+    return result;
+}
+
+int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const std::source_location &where)
+{
+    if (answer.size >= expected) {
+        return ZV_OK;
+    }
+    ZV_LOG_AT(where, ZV_LOG_ERROR, texts.size, expected, answer.size);
+    return ZV_ERR_INVALID_PARAM;
+}
+
+int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,
+                    Payload &answer, const std::source_location &where)
+{
+    const int32_t result = remote_send(context, command, {}, &answer);
+    if (texts.opening != nullptr) {
+        ZV_LOG_AT(where, ZV_LOG_INFO, texts.opening, answer.size, result);
+    }
+    if (result != ZV_OK) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, texts.failure, result);
+        return result;
+    }
+    return check_size(answer, expected, texts, where);
+}
+
+int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t *value, const char *text,
+                        uint16_t least, const ReadTexts &texts, const std::source_location &where)
+{
+    if (value == nullptr) {
+        return ZV_ERR_INVALID_PARAM;
+    }
+    Payload answer;
+    int32_t result = remote_read(context, command, least, texts, answer, where);
+    if (result == ZV_OK) {
+        result = check_size(answer, sizeof *value, texts, where);
+    }
+    if (result == ZV_OK) {
+        *value = be32(answer.bytes);
+        ZV_LOG_AT(where, ZV_LOG_INFO, text, *value);
+    }
+    return result;
 }
 
 int32_t remote_set(zvc_msg_q_context_t *context, RemoteCommand command, int32_t value, const SetRule &rule,
@@ -54,12 +80,19 @@ int32_t remote_set(zvc_msg_q_context_t *context, RemoteCommand command, int32_t 
     if (rule.text != nullptr) {
         ZV_LOG_AT(where, ZV_LOG_INFO, rule.text, value);
     }
-    return remote_write(context, command, {static_cast<uint8_t>(value)});
+    return remote_send(context, command, {low_byte(value)});
+}
+
+int32_t remote_set_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t value)
+{
+    uint8_t bytes[sizeof value];
+    put_be32(bytes, value);
+    return remote_send(context, command, {bytes[0], bytes[1], bytes[2], bytes[3]});
 }
 
 int32_t remote_action(zvc_msg_q_context_t *context, RemoteCommand command)
 {
-    return remote_write(context, command, {});
+    return remote_send(context, command, {});
 }
 
 } // namespace zv

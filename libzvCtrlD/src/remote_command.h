@@ -8,7 +8,9 @@
 #include "log_at.h"
 #include "zvc_commands.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <utility>
 
 namespace zv {
 
@@ -34,34 +36,64 @@ struct Payload {
     uint16_t size = 0;
 };
 
+// What a firmware byte takes of a caller's number.
+constexpr uint8_t low_byte(int32_t value)
+{
+    return static_cast<uint8_t>(value);
+}
+
+// Sends the command with a payload of up to 13 bytes. A null `answer` asks for no response.
+int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::initializer_list<uint8_t> payload,
+                    Payload *answer = nullptr);
+
 // Sends the bare command and asks for at least `expected` bytes. A shorter answer is ZV_ERR_INVALID_PARAM.
 int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,
-                    Payload &payload, const std::source_location &where);
+                    Payload &answer, const std::source_location &where);
 
-// Sends the command with a payload of up to 13 bytes, and asks for no response.
-int32_t remote_write(zvc_msg_q_context_t *context, RemoteCommand command, std::initializer_list<uint8_t> payload);
+// The last step of a read: an answer of fewer than `expected` bytes is logged and is ZV_ERR_INVALID_PARAM.
+int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const std::source_location &where);
 
-// Remote getter: payload byte 0, converted to the value's type (as a signed byte for int8_t). `text` logs it at INFO,
-// or is null. A null `value` is ZV_ERR_INVALID_PARAM, and nothing is sent.
+// Remote getter of neighbouring bytes: payload byte i, converted to the value's type (as a signed byte for int8_t), in
+// *values[i]. `text` logs the payload bytes at INFO, or is null. A null output is ZV_ERR_INVALID_PARAM, and nothing is
+// sent.
+template <class Value, size_t COUNT>
+int32_t remote_get_bytes(zvc_msg_q_context_t *context, RemoteCommand command, Value *const (&values)[COUNT],
+                         const char *text, const ReadTexts &texts = READ_TEXTS,
+                         const std::source_location &where = std::source_location::current())
+{
+    if (std::find(values, values + COUNT, nullptr) != values + COUNT) {
+        return ZV_ERR_INVALID_PARAM;
+    }
+    Payload answer;
+    const int32_t result = remote_read(context, command, COUNT, texts, answer, where);
+    if (result != ZV_OK) {
+        return result;
+    }
+    [&]<size_t... I>(std::index_sequence<I...>)
+    {
+        ((*values[I] = static_cast<Value>(answer.bytes[I])), ...);
+        if (text != nullptr) {
+            ZV_LOG_AT(where, ZV_LOG_INFO, text, answer.bytes[I]...);
+        }
+    }
+    (std::make_index_sequence<COUNT>());
+    return ZV_OK;
+}
+
+// Remote getter: one byte.
 template <class Value>
 int32_t remote_get(zvc_msg_q_context_t *context, RemoteCommand command, Value *value, const char *text,
                    const ReadTexts &texts = READ_TEXTS,
                    const std::source_location &where = std::source_location::current())
 {
-    if (value == nullptr) {
-        return ZV_ERR_INVALID_PARAM;
-    }
-    Payload payload;
-    const int32_t result = remote_read(context, command, 1, texts, payload, where);
-    if (result != ZV_OK) {
-        return result;
-    }
-    *value = static_cast<Value>(payload.bytes[0]);
-    if (text != nullptr) {
-        ZV_LOG_AT(where, ZV_LOG_INFO, text, static_cast<int>(*value));
-    }
-    return ZV_OK;
+    return remote_get_bytes(context, command, {value}, text, texts, where);
 }
+
+// Remote getter of a big-endian number of 4 bytes, logged by `text` at INFO. An answer that is shorter than `least` is
+// logged as one that should have had `least` bytes, any other short one as one that should have had 4.
+int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t *value, const char *text,
+                        uint16_t least, const ReadTexts &texts,
+                        const std::source_location &where = std::source_location::current());
 
 // What a remote setter logs and refuses.
 struct SetRule {
@@ -73,6 +105,9 @@ struct SetRule {
 // Remote setter: the value's low byte. A value above the rule's limit is ZV_ERR_INVALID_PARAM, and nothing is sent.
 int32_t remote_set(zvc_msg_q_context_t *context, RemoteCommand command, int32_t value, const SetRule &rule = {},
                    const std::source_location &where = std::source_location::current());
+
+// Remote setter of a number of 4 bytes, big-endian.
+int32_t remote_set_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t value);
 
 // Remote action: the bare command, no response asked for.
 int32_t remote_action(zvc_msg_q_context_t *context, RemoteCommand command);

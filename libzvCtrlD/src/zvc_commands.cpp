@@ -12,6 +12,8 @@
 #include <cerrno>
 #include <cstring>
 
+using namespace zv;
+
 namespace {
 
 constexpr int RECEIVE_SECONDS = 10;
@@ -23,9 +25,44 @@ constexpr int32_t CATEGORY_CAMERA = 4;
 constexpr char CAMERA_QUEUE[] = "/to_camera";
 constexpr char RELAY_QUEUE[] = "/to_zvnet";
 
-using zv::RemoteCommand;
-
+constexpr RemoteCommand REMOTE_APP_MODE_SET{REMOTE_GROUP_APP, 1};
+constexpr RemoteCommand REMOTE_APP_MODE_SUB_MODE_GET{REMOTE_GROUP_APP, 4};
+constexpr RemoteCommand REMOTE_APP_MODE_SUB_MODE_SET{REMOTE_GROUP_APP, 5};
 constexpr RemoteCommand REMOTE_APP_FLAT_MODE_GET{REMOTE_GROUP_APP, 7};
+constexpr RemoteCommand REMOTE_APP_DIGITAL_ZOOM_GET{REMOTE_GROUP_APP, 11};
+constexpr RemoteCommand REMOTE_APP_DIGITAL_ZOOM_SET{REMOTE_GROUP_APP, 12};
+constexpr RemoteCommand REMOTE_APP_CAPTURE_DELAY_GET{REMOTE_GROUP_APP, 14};
+constexpr RemoteCommand REMOTE_APP_CAPTURE_DELAY_SET{REMOTE_GROUP_APP, 15};
+constexpr RemoteCommand REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_SET{REMOTE_GROUP_VIDEO, 81};
+constexpr RemoteCommand REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_ACTIVE_SET{REMOTE_GROUP_VIDEO, 83};
+constexpr RemoteCommand REMOTE_SETUP_ORIENTATION_GET{REMOTE_GROUP_SETUP, 8};
+constexpr RemoteCommand REMOTE_SETUP_ORIENTATION_SET{REMOTE_GROUP_SETUP, 9};
+constexpr RemoteCommand REMOTE_SETUP_CAMERA_UX_MODE_GET{REMOTE_GROUP_SETUP, 73};
+constexpr RemoteCommand REMOTE_SETUP_RC_ROTATION_SET{REMOTE_GROUP_SETUP, 77};
+constexpr RemoteCommand REMOTE_SYSTEM_BUTTON_SET{REMOTE_GROUP_SYSTEM, 18};
+constexpr RemoteCommand REMOTE_SYSTEM_LENS_TYPE_GET{REMOTE_GROUP_SYSTEM, 37};
+constexpr RemoteCommand REMOTE_SYSTEM_LENS_TYPE_SET{REMOTE_GROUP_SYSTEM, 38};
+constexpr RemoteCommand REMOTE_SYSTEM_POWER_PROFILE_GET{REMOTE_GROUP_SYSTEM, 41};
+constexpr RemoteCommand REMOTE_SYSTEM_LENS_STATUS_GET{REMOTE_GROUP_SYSTEM, 46};
+constexpr RemoteCommand REMOTE_SYSTEM_LENS_STATUS_SET{REMOTE_GROUP_SYSTEM, 47};
+constexpr RemoteCommand REMOTE_AUDIO_AUDIO_OPTION_SET{REMOTE_GROUP_AUDIO, 3};
+constexpr RemoteCommand REMOTE_AUDIO_MIC_OPTION_SET{REMOTE_GROUP_AUDIO, 11};
+constexpr RemoteCommand REMOTE_PRESET_ONSCREEN_SHORTCUTS_RESET{REMOTE_GROUP_PRESET, 18};
+constexpr RemoteCommand REMOTE_PRESET_LENS_GET{REMOTE_GROUP_PRESET, 21}; // lens mode, lens
+constexpr RemoteCommand REMOTE_PRESET_LENS_SET{REMOTE_GROUP_PRESET, 22}; // lens mode, lens
+
+constexpr uint8_t LENS_UNCHANGED = 0xFF;
+
+// The reads of the lens and of the setup say nothing of a success, and some name themselves.
+constexpr ReadTexts QUIET_TEXTS{nullptr, READ_TEXTS.failure, READ_TEXTS.size};
+constexpr ReadTexts LENS_STATUS_TEXTS{nullptr, READ_TEXTS.failure,
+                                      "zvc_system_get_lens_status rsp_size exp/act, %d,%d"};
+constexpr ReadTexts POWER_PROFILE_TEXTS{nullptr, "zvc_system_get_power_profile:  zvc_send_remote_api error %d",
+                                        "zvc_system_get_power_profile: rsp_size exp/act, %d,%d"};
+constexpr ReadTexts ORIENTATION_TEXTS{nullptr, "zvc_setup_get_orientation:  zvc_send_remote_api error %d",
+                                      "zvc_setup_get_orientation: rsp_size exp/act, %d,%d"};
+constexpr ReadTexts UX_MODE_TEXTS{nullptr, "zvc_setup_get_camera_ux_mode:  zvc_send_remote_api error %d",
+                                  "zvc_setup_get_camera_ux_mode: rsp_size exp/act, %d,%d"};
 
 int32_t g_camera_id = 0;
 
@@ -99,7 +136,7 @@ int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *
 {
     finish_message(context, dest, direction);
     char trash[ZVMSG_MAX];
-    zv::drain_queue(context->mq_rx, trash, sizeof trash, "There are %d outstanding messages in the rx queue");
+    drain_queue(context->mq_rx, trash, sizeof trash, "There are %d outstanding messages in the rx queue");
     post(context); // a lost request shows as a time-out
 
     zvIoBuf_t &iobuf = context->iobuf;
@@ -245,7 +282,7 @@ void zvc_init_remote_api_input_header(uint8_t *request, uint8_t gid, uint8_t aid
     request[0] = 0;
     request[1] = gid;
     request[2] = aid;
-    zv::put_be16(request + 3, payload_size);
+    put_be16(request + 3, payload_size);
 }
 
 void zvc_select_protocol_adapter(int32_t id)
@@ -258,16 +295,154 @@ int32_t zvc_get_protocol_adapter()
     return g_camera_id;
 }
 
+int32_t zvc_app_set_mode(zvc_msg_q_context_t *context, int32_t mode)
+{
+    return remote_set(context, REMOTE_APP_MODE_SET, mode, {"m, %d"});
+}
+
+int32_t zvc_app_set_set_mode(zvc_msg_q_context_t *context, int32_t mode)
+{
+    return remote_set(context, REMOTE_APP_MODE_SET, mode, {"m, %d"});
+}
+
+int32_t zvc_app_set_mode_sub_mode(zvc_msg_q_context_t *context, int32_t mode, int32_t sub_mode)
+{
+    ZV_LOG(ZV_LOG_INFO, "m/sm, %d,%d", mode, sub_mode);
+    return remote_send(context, REMOTE_APP_MODE_SUB_MODE_SET, {low_byte(mode), low_byte(sub_mode)});
+}
+
+int32_t zvc_app_get_mode_sub_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *sub_mode)
+{
+    return remote_get_bytes(context, REMOTE_APP_MODE_SUB_MODE_GET, {mode, sub_mode}, "m/sm, %d,%d");
+}
+
 int32_t zvc_app_get_mode_flat_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *flat_mode)
 {
-    zv::Payload payload;
-    const int32_t result =
-        zv::remote_read(context, REMOTE_APP_FLAT_MODE_GET, 2, zv::READ_TEXTS, payload, std::source_location::current());
-    if (result != ZV_OK) {
-        return result;
+    const int32_t result = remote_get_bytes(context, REMOTE_APP_FLAT_MODE_GET, {flat_mode, mode}, nullptr);
+    if (result == ZV_OK) {
+        ZV_LOG(ZV_LOG_INFO, "m/fm, %d,%d", *mode, *flat_mode);
     }
-    *flat_mode = payload.bytes[0];
-    *mode = payload.bytes[1];
-    ZV_LOG(ZV_LOG_INFO, "m/fm, %d,%d", *mode, *flat_mode);
-    return ZV_OK;
+    return result;
+}
+
+int32_t zvc_app_set_digital_zoom(zvc_msg_q_context_t *context, int32_t zoom)
+{
+    return remote_set(context, REMOTE_APP_DIGITAL_ZOOM_SET, zoom, {"z, %d"});
+}
+
+int32_t zvc_app_get_digital_zoom(zvc_msg_q_context_t *context, int32_t *zoom)
+{
+    return remote_get(context, REMOTE_APP_DIGITAL_ZOOM_GET, zoom, "z, %d");
+}
+
+int32_t zvc_app_set_capture_delay(zvc_msg_q_context_t *context, int32_t delay)
+{
+    return remote_set(context, REMOTE_APP_CAPTURE_DELAY_SET, delay);
+}
+
+int32_t zvc_app_get_capture_delay(zvc_msg_q_context_t *context, int32_t *delay)
+{
+    return remote_get(context, REMOTE_APP_CAPTURE_DELAY_GET, delay, "capture_delay, %d");
+}
+
+int32_t zvc_system_get_lens_mode(zvc_msg_q_context_t *context, int8_t *lens_mode)
+{
+    int8_t lens = 0;
+    return remote_get_bytes(context, REMOTE_PRESET_LENS_GET, {lens_mode, &lens}, nullptr, QUIET_TEXTS);
+}
+
+int32_t zvc_system_get_lens(zvc_msg_q_context_t *context, int8_t *lens)
+{
+    int8_t lens_mode = 0;
+    return remote_get_bytes(context, REMOTE_PRESET_LENS_GET, {&lens_mode, lens}, nullptr, QUIET_TEXTS);
+}
+
+int32_t zvc_system_get_lenses(zvc_msg_q_context_t *context, int8_t *lens_mode, int8_t *lens)
+{
+    return remote_get_bytes(context, REMOTE_PRESET_LENS_GET, {lens_mode, lens}, nullptr, QUIET_TEXTS);
+}
+
+int32_t zvc_system_set_lens_mode(zvc_msg_q_context_t *context, int32_t lens_mode)
+{
+    return remote_send(context, REMOTE_PRESET_LENS_SET, {low_byte(lens_mode), LENS_UNCHANGED});
+}
+
+int32_t zvc_system_set_lens(zvc_msg_q_context_t *context, int32_t lens)
+{
+    return remote_send(context, REMOTE_PRESET_LENS_SET, {LENS_UNCHANGED, low_byte(lens)});
+}
+
+int32_t zvc_system_get_lens_type(zvc_msg_q_context_t *context, int8_t *type)
+{
+    return remote_get(context, REMOTE_SYSTEM_LENS_TYPE_GET, type, nullptr, QUIET_TEXTS);
+}
+
+int32_t zvc_system_set_lens_type(zvc_msg_q_context_t *context, int32_t type)
+{
+    return remote_set(context, REMOTE_SYSTEM_LENS_TYPE_SET, type);
+}
+
+int32_t zvc_system_get_lens_status(zvc_msg_q_context_t *context, int8_t *status)
+{
+    return remote_get(context, REMOTE_SYSTEM_LENS_STATUS_GET, status, nullptr, LENS_STATUS_TEXTS);
+}
+
+int32_t zvc_system_set_lens_status(zvc_msg_q_context_t *context, int8_t status)
+{
+    return remote_set(context, REMOTE_SYSTEM_LENS_STATUS_SET, status, {"lens_status:%d"});
+}
+
+int32_t zvc_system_get_power_profile(zvc_msg_q_context_t *context, uint8_t *profile)
+{
+    return remote_get(context, REMOTE_SYSTEM_POWER_PROFILE_GET, profile, nullptr, POWER_PROFILE_TEXTS);
+}
+
+int32_t zvc_system_set_button(zvc_msg_q_context_t *context, uint8_t first, uint8_t second)
+{
+    return remote_send(context, REMOTE_SYSTEM_BUTTON_SET, {first, second});
+}
+
+int32_t zvc_system_set_rc_rotation(zvc_msg_q_context_t *context, uint8_t rotation)
+{
+    return remote_set(context, REMOTE_SETUP_RC_ROTATION_SET, rotation);
+}
+
+int32_t zvc_setup_set_orientation(zvc_msg_q_context_t *context, uint8_t orientation)
+{
+    return remote_set(context, REMOTE_SETUP_ORIENTATION_SET, orientation);
+}
+
+int32_t zvc_setup_get_orientation(zvc_msg_q_context_t *context, uint8_t *orientation)
+{
+    return remote_get(context, REMOTE_SETUP_ORIENTATION_GET, orientation, nullptr, ORIENTATION_TEXTS);
+}
+
+int32_t zvc_setup_get_camera_ux_mode(zvc_msg_q_context_t *context, uint8_t *ux_mode)
+{
+    return remote_get(context, REMOTE_SETUP_CAMERA_UX_MODE_GET, ux_mode, nullptr, UX_MODE_TEXTS);
+}
+
+int32_t zvc_audio_set_audio_option(zvc_msg_q_context_t *context, uint8_t option)
+{
+    return remote_set(context, REMOTE_AUDIO_AUDIO_OPTION_SET, option);
+}
+
+int32_t zvc_audio_set_mic_option(zvc_msg_q_context_t *context, uint8_t option)
+{
+    return remote_set(context, REMOTE_AUDIO_MIC_OPTION_SET, option);
+}
+
+int32_t zvc_preset_onscreen_shortcuts_reset(zvc_msg_q_context_t *context)
+{
+    return remote_action(context, REMOTE_PRESET_ONSCREEN_SHORTCUTS_RESET);
+}
+
+int32_t zvc_video_set_rushlapse_speed_ramp(zvc_msg_q_context_t *context, int32_t value)
+{
+    return remote_set(context, REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_SET, value);
+}
+
+int32_t zvc_video_set_rushlapse_speed_ramp_active(zvc_msg_q_context_t *context, int32_t value)
+{
+    return remote_set(context, REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_ACTIVE_SET, value);
 }

@@ -1,1 +1,538 @@
 #include "zvc_video.h"
+
+#include "camera_status.h"
+#include "remote_command.h"
+#include "zvc_setup.h"
+
+#include <iterator>
+
+using namespace zv;
+
+namespace {
+
+constexpr RemoteCommand REMOTE_VIDEO_RES_FPS_FOV_GET{REMOTE_GROUP_VIDEO, 2};
+constexpr RemoteCommand REMOTE_VIDEO_RES_FPS_FOV_SET{REMOTE_GROUP_VIDEO, 3};
+constexpr RemoteCommand REMOTE_VIDEO_ISO_MAX_GET{REMOTE_GROUP_VIDEO, 22};
+constexpr RemoteCommand REMOTE_VIDEO_ISO_MAX_SET{REMOTE_GROUP_VIDEO, 23};
+constexpr RemoteCommand REMOTE_VIDEO_VELLIX_RESET{REMOTE_GROUP_VIDEO, 26};
+constexpr RemoteCommand REMOTE_VIDEO_ISO_MODE_SET{REMOTE_GROUP_VIDEO, 42};
+constexpr RemoteCommand REMOTE_VIDEO_ISO_MIN_GET{REMOTE_GROUP_VIDEO, 47};
+constexpr RemoteCommand REMOTE_VIDEO_ISO_MIN_SET{REMOTE_GROUP_VIDEO, 48};
+constexpr RemoteCommand REMOTE_VIDEO_BIT_RATE_GET{REMOTE_GROUP_VIDEO, 67};
+constexpr RemoteCommand REMOTE_VIDEO_BIT_RATE_SET{REMOTE_GROUP_VIDEO, 68};
+constexpr RemoteCommand REMOTE_VIDEO_HORIZON_OPTION_GET{REMOTE_GROUP_VIDEO, 91};
+constexpr RemoteCommand REMOTE_VIDEO_BIT_DEPTH_GET{REMOTE_GROUP_VIDEO, 92};
+constexpr RemoteCommand REMOTE_VIDEO_BIT_DEPTH_SET{REMOTE_GROUP_VIDEO, 93};
+constexpr RemoteCommand REMOTE_VIDEO_RES_SET{REMOTE_GROUP_VIDEO, 95};
+constexpr RemoteCommand REMOTE_VIDEO_FOV_SET{REMOTE_GROUP_VIDEO, 96};
+constexpr RemoteCommand REMOTE_VIDEO_FPS_SET{REMOTE_GROUP_VIDEO, 97};
+constexpr RemoteCommand REMOTE_VIDEO_PROFILE_GET{REMOTE_GROUP_VIDEO, 99};
+constexpr RemoteCommand REMOTE_SETUP_CURRENT_SETTINGS_GET{REMOTE_GROUP_SETUP, 28};
+constexpr RemoteCommand REMOTE_SETUP_ALL_SETTINGS_GET{REMOTE_GROUP_SETUP, 30};
+constexpr RemoteCommand REMOTE_STREAM_GOP_SIZE_SET{REMOTE_GROUP_STREAM, 3};
+constexpr RemoteCommand REMOTE_STREAM_IDR_INTERVAL_SET{REMOTE_GROUP_STREAM, 5};
+constexpr RemoteCommand REMOTE_STREAM_BIT_RATE_SET{REMOTE_GROUP_STREAM, 7};
+constexpr RemoteCommand REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS{REMOTE_GROUP_CAPABILITY, 4};
+constexpr RemoteCommand REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET{REMOTE_GROUP_CAPABILITY, 5};
+
+// Keys of the capability service.
+constexpr uint8_t CAP_KEY_RESOLUTION = 0;
+constexpr uint8_t CAP_KEY_FOV = 1;
+constexpr uint8_t CAP_KEY_FPS = 2;
+constexpr uint8_t CAP_KEY_ANTI_FLICKER = 7;
+constexpr uint8_t CAP_KEY_VIDEO_PROFILE = 45;
+
+// The flat mode of each capture mode, the capability service's own count of them.
+constexpr uint8_t CAPTURE_MODES[] = {12, 13, 15, 16, 17, 18, 19, 20, 21, 23, 24, 25, 26, 29, 30, 31};
+
+constexpr int32_t RES_MAX = 30;
+constexpr int32_t FPS_MAX = 14;
+constexpr int32_t FOV_MAX = 11;
+
+constexpr uint16_t CURRENT_SETTINGS_SIZE = 40; // the least of the record that the camera answers
+
+constexpr int32_t ISO_MAX = 9;
+constexpr uint16_t ISO_NUMBERS[] = {6400, 1600, 400, 3200, 800, 1200, 1000, 200, 100};
+constexpr int32_t OTHER_ISO_NUMBER = 400;
+
+constexpr uint8_t POWER_PROFILE = 0; // not read: every query is made for this one
+
+// What the camera can do depends on these.
+struct Situation {
+    int8_t lens = 0;
+    uint8_t ux_mode = 1;
+    uint8_t capture_mode = 0;
+    uint32_t anti_flicker = 0;
+    uint32_t video_profile = 0;
+};
+
+// A value list of the capability service: a copy, since the answer is gone with the next exchange.
+struct ValueList {
+    uint8_t values[UINT8_MAX];
+    uint8_t count;
+
+    const uint8_t *begin() const { return values; }
+    const uint8_t *end() const { return values + count; }
+};
+
+// The messages of a malformed list.
+struct ListTexts {
+    const char *size;  // 0
+    const char *count; // count, size
+};
+
+constexpr ListTexts FPS_LIST_TEXTS{
+    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
+    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fps_count %d, rsp_size, %d"};
+constexpr ListTexts FOV_LIST_TEXTS{
+    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
+    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fov_count %d, rsp_size, %d"};
+constexpr ListTexts RES_LIST_TEXTS{
+    "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid rsp_size, %d",
+    "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid res_count %d, rsp_size, %d"};
+
+// Count and values, one byte each. `least` is the shortest list that the caller can use.
+int32_t take_list(const Payload &answer, const ListTexts &texts, uint8_t least, ValueList &list)
+{
+    if (answer.size == 0) {
+        ZV_LOG(ZV_LOG_ERROR, texts.size, 0);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    const uint8_t count = answer.bytes[0];
+    if (count >= answer.size || count < least) {
+        ZV_LOG(ZV_LOG_ERROR, texts.count, count, answer.size);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    std::copy_n(answer.bytes + 1, count, list.values);
+    list.count = count;
+    return ZV_OK;
+}
+
+uint8_t capture_mode_of(int32_t flat_mode)
+{
+    const auto *mode = std::find(std::begin(CAPTURE_MODES), std::end(CAPTURE_MODES), flat_mode);
+    if (mode == std::end(CAPTURE_MODES)) {
+        ZV_LOG(ZV_LOG_WARN, "No corresponding capture_mode for flat_mode %d", flat_mode);
+        return 0;
+    }
+    return static_cast<uint8_t>(mode - CAPTURE_MODES);
+}
+
+// What cannot be read keeps its default: the query then goes out for the most common camera.
+Situation read_situation(zvc_msg_q_context_t *context)
+{
+    Situation situation;
+    int32_t flat_mode = -1;
+    if (const int32_t result = zvc_video_get_current_flat_mode(context, &flat_mode); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_DEBUG, "zvc_video_get_current_flat_mode error, %d", result);
+    }
+    situation.capture_mode = capture_mode_of(flat_mode);
+    if (const int32_t result = zvc_system_get_lens_type(context, &situation.lens); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_WARN, "zvc_system_get_lens_type error, %d", result);
+    }
+    if (const int32_t result = zvc_setup_get_camera_ux_mode(context, &situation.ux_mode); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_WARN, "zvc_setup_get_camera_ux_mode error, %d", result);
+    }
+    if (const int32_t result = zvc_setup_get_video_format(context, &situation.anti_flicker); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_WARN, "zvc_setup_get_video_format error, %d", result);
+    }
+    if (const int32_t result = zvc_video_get_video_profile(context, &situation.video_profile); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_WARN, "zvc_video_get_video_profile error, %d", result);
+    }
+    return situation;
+}
+
+// Lists a setting's values at a resolution, with one filter more.
+struct FilterQuery {
+    uint8_t listed_key;
+    uint8_t filter_key;
+    uint8_t filter_value;
+    const ListTexts &texts;
+    uint8_t least;
+};
+
+// ZV_ERR_NOT_SUPPORTED, for which there is another way, is not logged.
+int32_t query_list(zvc_msg_q_context_t *context, const Situation &situation, int32_t res, const FilterQuery &query,
+                   ValueList &list)
+{
+    Payload answer;
+    const int32_t result = remote_send(context, REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET,
+                                       {
+                                           static_cast<uint8_t>(situation.lens),
+                                           situation.ux_mode,
+                                           POWER_PROFILE,
+                                           situation.capture_mode,
+                                           3, // pairs of key and value
+                                           CAP_KEY_RESOLUTION,
+                                           low_byte(res),
+                                           query.filter_key,
+                                           query.filter_value,
+                                           CAP_KEY_VIDEO_PROFILE,
+                                           static_cast<uint8_t>(situation.video_profile),
+                                           0,
+                                           query.listed_key,
+                                       },
+                                       &answer);
+    if (result == ZV_OK) {
+        return take_list(answer, query.texts, query.least, list);
+    }
+    if (result != ZV_ERR_NOT_SUPPORTED) {
+        ZV_LOG(ZV_LOG_ERROR, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET error, %d", result);
+    }
+    return result;
+}
+
+bool is_horizon(int32_t fov)
+{
+    return fov == FOV_LINEAR_PLUS_HORIZON_LEVELING || fov == FOV_LINEAR_PLUS_HORIZON_LOCK;
+}
+
+// Asks whether the camera would level the horizon in this format.
+int32_t query_horizon(zvc_msg_q_context_t *context, int32_t res, int32_t fps, uint8_t fov, bool &consent)
+{
+    const uint8_t format[] = {low_byte(res), low_byte(fps), fov};
+    uint8_t *option = nullptr;
+    uint16_t size = 0;
+    const int32_t result = zvc_send_remote_api_payload_response(context, REMOTE_VIDEO_HORIZON_OPTION_GET.group,
+                                                                REMOTE_VIDEO_HORIZON_OPTION_GET.action, format,
+                                                                sizeof format, &option, &size);
+    if (result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "Failed to get horizon supported option, return err:%d", result);
+        return result;
+    }
+    consent = size != 0 && (option[0] == 1 || option[0] == 2);
+    return ZV_OK;
+}
+
+// Turns the wanted field of view into one that is offered. The order of the list decides: the wanted one does not win
+// over the other horizon field of view before it, if the camera consents to that.
+int32_t choose_fov(zvc_msg_q_context_t *context, int32_t res, int32_t fps, const ValueList &offered, int32_t &fov)
+{
+    if (offered.count == 0) {
+        return ZV_OK;
+    }
+    for (uint8_t i = 0; i < offered.count; ++i) {
+        ZV_LOG(ZV_LOG_DEBUG, "FOV Index %d is %d", i, offered.values[i]);
+    }
+    for (const uint8_t entry : offered) {
+        if (entry == fov) {
+            ZV_LOG(ZV_LOG_DEBUG, "Reusing new fov same as curr, %d", fov);
+            return ZV_OK;
+        }
+        if (!is_horizon(fov) || !is_horizon(entry)) {
+            continue;
+        }
+        bool consent = false;
+        if (const int32_t result = query_horizon(context, res, fps, entry, consent); result != ZV_OK) {
+            return result;
+        }
+        if (consent) {
+            fov = entry;
+            return ZV_OK;
+        }
+    }
+    fov = offered.values[0];
+    return ZV_OK;
+}
+
+// The present resolution if it is offered, else the smallest number below it, else the first one.
+uint8_t choose_res(int32_t current, const uint8_t *offered, uint16_t count)
+{
+    uint8_t best = offered[0];
+    for (uint16_t i = 0; i < count; ++i) {
+        ZV_LOG(ZV_LOG_DEBUG, "resolution %d %d %d", i, current, offered[i]);
+        if (offered[i] == current) {
+            return offered[i];
+        }
+        if (offered[i] < current && offered[i] < best) {
+            best = offered[i];
+        }
+    }
+    return best;
+}
+
+int32_t signed_byte(const uint8_t *record, int offset)
+{
+    return static_cast<int8_t>(record[offset]);
+}
+
+} // namespace
+
+int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int32_t fps, int32_t fov)
+{
+    ZV_LOG(ZV_LOG_DEBUG, "new_res, %d", res);
+    uint32_t format = 0;
+    if (const int32_t result = zvc_setup_get_video_format(context, &format); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "zvc_setup_get_video_format error, %d", result);
+        return result;
+    }
+    ZV_LOG(ZV_LOG_DEBUG, "new res/ curr fps/ curr fov, %d,%d,%d", res, fps, fov);
+    const Situation situation = read_situation(context);
+
+    ZV_LOG(ZV_LOG_DEBUG,
+           "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
+           "video_profile:%d anti_flicker:%d",
+           situation.lens, situation.ux_mode, POWER_PROFILE, situation.capture_mode, res, situation.video_profile,
+           situation.anti_flicker);
+    const auto anti_flicker = static_cast<uint8_t>(situation.anti_flicker);
+    ValueList offered;
+    int32_t result = query_list(context, situation, res,
+                                {CAP_KEY_FPS, CAP_KEY_ANTI_FLICKER, anti_flicker, FPS_LIST_TEXTS, 1}, offered);
+    if (result == ZV_ERR_NOT_SUPPORTED) {
+        return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
+    }
+    if (result != ZV_OK) {
+        return result;
+    }
+    const bool fps_offered = std::find(offered.begin(), offered.end(), fps) != offered.end();
+    const int32_t suggested_fps = fps_offered ? fps : offered.values[0];
+    ZV_LOG(ZV_LOG_DEBUG, "Remote Capability Suggested_fps, %d", suggested_fps);
+
+    ZV_LOG(ZV_LOG_DEBUG,
+           "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
+           "video_profile:%d fps:%d",
+           situation.lens, situation.ux_mode, POWER_PROFILE, situation.capture_mode, res, situation.video_profile,
+           suggested_fps);
+    result = query_list(context, situation, res, {CAP_KEY_FOV, CAP_KEY_FPS, low_byte(suggested_fps), FOV_LIST_TEXTS, 0},
+                        offered);
+    if (result == ZV_ERR_NOT_SUPPORTED) {
+        return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
+    }
+    if (result == ZV_OK) {
+        result = choose_fov(context, res, suggested_fps, offered, fov);
+    }
+    if (result != ZV_OK) {
+        return result;
+    }
+    ZV_LOG(ZV_LOG_DEBUG, "Setting new res:%d fps:%d fov:%d", res, suggested_fps, fov);
+    return zvc_video_set_res_fps_fov_camera(context, res, suggested_fps, fov);
+}
+
+int32_t zvc_video_set_res_fps_fov_camera(zvc_msg_q_context_t *context, int32_t res, int32_t fps, int32_t fov)
+{
+    ZV_LOG(ZV_LOG_DEBUG, "zvc_video_set_res_fps_fov res/fps/fov, %d,%d,%d", res, fps, fov);
+    if (res > RES_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "invalid res, %d", res);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (fps > FPS_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "invalid fps, %d", fps);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (fov > FOV_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "invalid fov, %d", fov);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    return remote_send(context, REMOTE_VIDEO_RES_FPS_FOV_SET, {low_byte(res), low_byte(fps), low_byte(fov)});
+}
+
+int32_t zvc_video_set_easy_res_fps_fov(zvc_msg_q_context_t *context, uint32_t res, uint32_t fps, uint32_t fov)
+{
+    return zvc_video_set_res_fps_fov_camera(context, static_cast<int32_t>(res), static_cast<int32_t>(fps),
+                                            static_cast<int32_t>(fov));
+}
+
+int32_t zvc_video_reset_to_valid_res_fps_fov(zvc_msg_q_context_t *context)
+{
+    int32_t res = 0;
+    int32_t fps = 0;
+    int32_t fov = 0;
+    int32_t result = zvc_video_get_res_fps_fov(context, &res, &fps, &fov);
+    if (result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "zvc_video_get_res_fps_fov err=, %d", result);
+        return result;
+    }
+    ZV_LOG(ZV_LOG_DEBUG, "Current res:%d fps:%d fov:%d", res, fps, fov);
+
+    uint8_t offered[UINT8_MAX];
+    uint16_t count = 0;
+    result = zvc_get_res_list(context, offered, &count);
+    ZV_LOG(ZV_LOG_DEBUG, "Number available res in this mode:%d", count);
+    if (result == ZV_OK && count == 0) {
+        result = ZV_ERR_INVALID_PARAM;
+    }
+    if (result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "zvc_get_res_list err=, %d", result);
+        return result;
+    }
+
+    const uint8_t new_res = choose_res(res, offered, count);
+    if (new_res != res) {
+        ZV_LOG(ZV_LOG_DEBUG, "cur res not valid, force new resolution= %d ", new_res);
+    }
+    result = zvc_video_set_res_fps_fov(context, new_res, fps, fov);
+    if (result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "zvc_video_set_res_fps_fov err=, %d", result);
+    }
+    return result;
+}
+
+int32_t zvc_get_res_list(zvc_msg_q_context_t *context, uint8_t *list, uint16_t *count)
+{
+    if (list == nullptr || count == nullptr) {
+        return ZV_ERR_INVALID_PARAM;
+    }
+    Payload answer;
+    ValueList offered;
+    int32_t result = remote_send(context, REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS,
+                                 {CAP_KEY_RESOLUTION}, &answer);
+    if (result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS error, %d", result);
+        return result;
+    }
+    result = take_list(answer, RES_LIST_TEXTS, 0, offered);
+    if (result != ZV_OK) {
+        return result;
+    }
+    for (uint8_t i = 0; i < offered.count; ++i) {
+        list[i] = offered.values[i];
+        ZV_LOG(ZV_LOG_DEBUG, "resolution %d %d", i, list[i]);
+    }
+    *count = offered.count;
+    return ZV_OK;
+}
+
+int32_t zvc_video_get_res_fps_fov(zvc_msg_q_context_t *context, int32_t *res, int32_t *fps, int32_t *fov)
+{
+    return remote_get_bytes(context, REMOTE_VIDEO_RES_FPS_FOV_GET, {res, fps, fov}, "res/fps/fov, %d,%d,%d");
+}
+
+int32_t zvc_video_get_current_res_fps_shutter(zvc_msg_q_context_t *context, int32_t *res, int32_t *fps,
+                                              int32_t *shutter)
+{
+    if (res == nullptr || fps == nullptr || shutter == nullptr) {
+        ZV_LOG(ZV_LOG_DEBUG, "NULL input res %p, fps %p, shutter %p", static_cast<void *>(res),
+               static_cast<void *>(fps), static_cast<void *>(shutter));
+    }
+    const std::pair<int32_t *, int> outputs[] = {
+        {res, SETTINGS_VIDEO_RESOLUTION}, {fps, SETTINGS_VIDEO_FPS}, {shutter, SETTINGS_VIDEO_EXPOSURE_TIME}};
+    for (const auto &[output, offset] : outputs) {
+        if (output != nullptr) {
+            *output = -1;
+        }
+    }
+    ZV_LOG(ZV_LOG_DEBUG, "ZVCONTROL_GET_ALL_SETTINGS:");
+    uint8_t *record = nullptr;
+    Payload answer;
+    const int32_t result = zvc_send_remote_api_for_response(
+        context, REMOTE_SETUP_ALL_SETTINGS_GET.group, REMOTE_SETUP_ALL_SETTINGS_GET.action, &record, &answer.size);
+    if (result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "zvc_send_remote_api_for_response error, %d", result);
+        return result;
+    }
+    if (check_size(answer, SETTINGS_VIDEO_EXPOSURE_TIME + 1, READ_TEXTS, std::source_location::current()) != ZV_OK) {
+        return ZV_ERR_INVALID_PARAM;
+    }
+    for (const auto &[output, offset] : outputs) {
+        if (output != nullptr) {
+            *output = signed_byte(record, offset);
+        }
+    }
+    return ZV_OK;
+}
+
+int32_t zvc_video_get_current_flat_mode(zvc_msg_q_context_t *context, int32_t *flat_mode)
+{
+    if (flat_mode == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "null flat_mode");
+        return ZV_ERR_INVALID_PARAM;
+    }
+    Payload answer;
+    const int32_t result = remote_read(context, REMOTE_SETUP_CURRENT_SETTINGS_GET, CURRENT_SETTINGS_SIZE, READ_TEXTS,
+                                       answer, std::source_location::current());
+    if (result == ZV_OK) {
+        *flat_mode = signed_byte(answer.bytes, SETTINGS_SETUP_CURRENT_FLAT_MODE);
+        ZV_LOG(ZV_LOG_INFO, "flat_mode, %d", *flat_mode);
+    }
+    return result;
+}
+
+int32_t zvc_video_set_res(zvc_msg_q_context_t *context, int32_t res)
+{
+    return remote_set(context, REMOTE_VIDEO_RES_SET, res);
+}
+
+int32_t zvc_video_set_fps(zvc_msg_q_context_t *context, int32_t fps)
+{
+    return remote_set(context, REMOTE_VIDEO_FPS_SET, fps);
+}
+
+int32_t zvc_video_set_fov(zvc_msg_q_context_t *context, int32_t fov)
+{
+    return remote_set(context, REMOTE_VIDEO_FOV_SET, fov);
+}
+
+int32_t zvc_video_vellix_reset(zvc_msg_q_context_t *context)
+{
+    return remote_action(context, REMOTE_VIDEO_VELLIX_RESET);
+}
+
+int32_t zvc_video_vellix_iso_number(int32_t iso)
+{
+    return static_cast<uint32_t>(iso) < std::size(ISO_NUMBERS) ? ISO_NUMBERS[iso] : OTHER_ISO_NUMBER;
+}
+
+int32_t zvc_video_vellix_iso_get(zvc_msg_q_context_t *context, int32_t *iso)
+{
+    return remote_get(context, REMOTE_VIDEO_ISO_MAX_GET, iso, "get iso_max, %d");
+}
+
+int32_t zvc_video_vellix_iso_set(zvc_msg_q_context_t *context, int32_t iso)
+{
+    return remote_set(context, REMOTE_VIDEO_ISO_MAX_SET, iso, {"iso_max, %d", ISO_MAX, "invalid iso_max, %d"});
+}
+
+int32_t zvc_video_vellix_iso_min_get(zvc_msg_q_context_t *context, int32_t *iso)
+{
+    return remote_get(context, REMOTE_VIDEO_ISO_MIN_GET, iso, "get iso_min, %d");
+}
+
+int32_t zvc_video_vellix_iso_min_set(zvc_msg_q_context_t *context, int32_t iso)
+{
+    return remote_set(context, REMOTE_VIDEO_ISO_MIN_SET, iso, {"iso_min, %d", ISO_MAX, "invalid iso_min, %d"});
+}
+
+int32_t zvc_video_vellix_iso_mode_set(zvc_msg_q_context_t *context, int32_t mode)
+{
+    return remote_set(context, REMOTE_VIDEO_ISO_MODE_SET, mode, {"iso_mode, %d"});
+}
+
+int32_t zvc_video_get_video_profile(zvc_msg_q_context_t *context, uint32_t *profile)
+{
+    return remote_get(context, REMOTE_VIDEO_PROFILE_GET, profile, "get video_profile, %d");
+}
+
+int32_t zvc_video_get_video_bit_rate(zvc_msg_q_context_t *context, uint32_t *rate)
+{
+    return remote_get(context, REMOTE_VIDEO_BIT_RATE_GET, rate, "get video_bit_rate, %d");
+}
+
+int32_t zvc_video_set_video_bit_rate(zvc_msg_q_context_t *context, uint32_t rate)
+{
+    return remote_set(context, REMOTE_VIDEO_BIT_RATE_SET, static_cast<int32_t>(rate), {"bit_rate, %d"});
+}
+
+int32_t zvc_video_get_video_bit_depth(zvc_msg_q_context_t *context, uint32_t *depth)
+{
+    return remote_get(context, REMOTE_VIDEO_BIT_DEPTH_GET, depth, "get video_bit_depth, %d");
+}
+
+int32_t zvc_video_set_video_bit_depth(zvc_msg_q_context_t *context, uint32_t depth)
+{
+    return remote_set(context, REMOTE_VIDEO_BIT_DEPTH_SET, static_cast<int32_t>(depth), {"bit_depth, %d"});
+}
+
+int32_t zvc_stream_set_gop_size(zvc_msg_q_context_t *context, int32_t value)
+{
+    return remote_set(context, REMOTE_STREAM_GOP_SIZE_SET, value);
+}
+
+int32_t zvc_stream_set_idr_interval(zvc_msg_q_context_t *context, int32_t value)
+{
+    return remote_set(context, REMOTE_STREAM_IDR_INTERVAL_SET, value);
+}
+
+int32_t zvc_stream_set_bit_rate(zvc_msg_q_context_t *context, int32_t value)
+{
+    return remote_set(context, REMOTE_STREAM_BIT_RATE_SET, value);
+}
