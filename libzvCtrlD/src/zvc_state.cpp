@@ -1,1 +1,310 @@
 #include "zvc_state.h"
+
+#include "bytes.h"
+#include "csi.h"
+#include "log_at.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstdio>
+#include <cstring>
+
+namespace {
+
+// Keys of the system information service.
+constexpr uint8_t CSI_SERIAL_NUMBER = 0;
+constexpr uint8_t CSI_BOARD_TYPE = 1;
+constexpr uint8_t CSI_AP_SSID = 14;
+constexpr uint8_t CSI_MODEL_NAME = 19;
+constexpr uint8_t CSI_MODEL_NUMBER = 20;
+constexpr uint8_t CSI_FIRMWARE_VERSION = 21;
+constexpr uint8_t CSI_LOG_STATE = 24;
+constexpr uint8_t CSI_COMMON_CAMERA_FEATURES = 89;
+constexpr uint8_t CSI_AP_MAC = 90;
+constexpr uint8_t CSI_FW_FORCE_UPDATE = 136;
+
+constexpr uint32_t CSI_VALUE_MAX = 1400;
+
+constexpr char MODEL_NUMBER_COMMAND[] =
+    R"(grep "CSI_MODEL_NUMBER" /tmp/fuse_b/conf.json | cut -d ":" -f 2 | cut -d "\"" -f 2 | cut -d "," -f 1)";
+
+// What has been read. A field is complete before its flag is set.
+struct {
+    uint8_t model_number; // 0 while it is not known
+    char model_name[ZVC_STATE_TEXT_SIZE];
+    char board_type[ZVC_STATE_TEXT_SIZE];
+    char firmware_version[ZVC_STATE_TEXT_SIZE];
+    char serial_number[ZVC_STATE_TEXT_SIZE];
+    char ap_mac[ZVC_STATE_TEXT_SIZE];
+    uint32_t common_camera_features;
+    uint32_t update_required;
+    char required_networks[ZVC_STATE_TEXT_SIZE];
+} zvc_state_data;
+
+int32_t gotModelName = 0;
+int32_t gotFWVer = 0;
+int32_t gotSN = 0;
+int32_t gotBoardType = 0;
+int32_t gotAPMac = 0;
+int32_t gotCCFeatures = 0;
+int32_t gotUpdateRequired = 0;
+int32_t gotRequiredNetworks = 0;
+
+int32_t check_buffer(const char *buffer, int32_t size, const std::source_location &where)
+{
+    if (buffer == nullptr) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "null buf\n");
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (size < 1) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "invalid size, %d\n", size);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    return ZV_OK;
+}
+
+void copy_text(char *dest, size_t size, const char *text)
+{
+    strncpy(dest, text, size - 1);
+    dest[size - 1] = '\0';
+}
+
+void keep_text(char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, const char *text)
+{
+    copy_text(kept, sizeof kept, text);
+    got = 1;
+}
+
+// Reads a text whose last byte in the service is its terminator. `*length` is the value's whole length.
+int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, uint32_t *length, const std::source_location &where)
+{
+    if (const int32_t result = check_buffer(buffer, size, where); result != ZV_OK) {
+        return result;
+    }
+    *length = 0;
+    const int32_t result =
+        csi_get(key, std::min(static_cast<uint32_t>(size), CSI_VALUE_MAX), length, reinterpret_cast<uint8_t *>(buffer));
+    if (result != 0) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "csi_get key/error, %u,%d\n", key, result);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    const uint32_t delivered = std::min(*length, CSI_VALUE_MAX - 1);
+    buffer[delivered > 0 ? std::min(delivered, static_cast<uint32_t>(size)) - 1 : 0] = '\0';
+    return ZV_OK;
+}
+
+int32_t get_kept_csi_str(uint8_t key, char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, char *buffer, int32_t size,
+                         const std::source_location &where = std::source_location::current())
+{
+    if (got != 0) {
+        const int32_t result = check_buffer(buffer, size, where);
+        if (result == ZV_OK) {
+            copy_text(buffer, static_cast<size_t>(size), kept);
+        }
+        return result;
+    }
+    uint32_t length = 0;
+    const int32_t result = get_csi_str(key, buffer, size, &length, where);
+    if (result == ZV_OK && length <= static_cast<uint32_t>(size)) {
+        keep_text(kept, got, buffer);
+    }
+    return result;
+}
+
+// The first byte of a value. Returns ZV_ERR_INVALID_PARAM when the service refuses, ZV_ERR when the value is empty.
+int32_t get_csi_byte(uint8_t key, uint8_t &byte, const std::source_location &where = std::source_location::current())
+{
+    uint8_t value[CSI_VALUE_MAX] = {};
+    uint32_t length = 0;
+    if (const int32_t result = csi_get(key, sizeof value, &length, value); result != 0) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "csi_get csi err, %d\n", result);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (length == 0) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "csi_get invalid len, %d\n", 0);
+        return ZV_ERR;
+    }
+    byte = value[0];
+    return ZV_OK;
+}
+
+// "0x" and up to two hexadecimal digits; 0 for any other text.
+uint8_t parse_model_number(const char *text)
+{
+    uint8_t number = 0;
+    if (strncmp(text, "0x", 2) == 0) {
+        const char *digits = text + 2;
+        std::from_chars(digits, digits + strnlen(digits, 2), number, 16);
+    }
+    return number;
+}
+
+// Reads the model number from the camera's configuration file, and keeps it.
+uint8_t load_model_number(const std::source_location &where)
+{
+    ZV_LOG_AT(where, ZV_LOG_WARN, "csi model_number lookup failed\n");
+    FILE *pipe = popen(MODEL_NUMBER_COMMAND, "r");
+    if (pipe == nullptr) {
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "failed to read model_number from config, cannot determine model_number\n");
+        return 0;
+    }
+    char line[64] = {};
+    const uint8_t number = fgets(line, sizeof line, pipe) != nullptr ? parse_model_number(line) : uint8_t{0};
+    ZV_LOG_AT(where, ZV_LOG_WARN, "loaded model_number from config: %d\n", number);
+    zvc_state_data.model_number = number;
+    pclose(pipe);
+    return number;
+}
+
+} // namespace
+
+uint8_t zvc_state_get_model_number()
+{
+    if (zvc_state_data.model_number == 0) {
+        ZV_LOG(ZV_LOG_INFO, "csi_get CSI_MODEL_NUMBER\n");
+        get_csi_byte(CSI_MODEL_NUMBER, zvc_state_data.model_number);
+    }
+    if (zvc_state_data.model_number == 0) {
+        return load_model_number(std::source_location::current());
+    }
+    ZV_LOG(ZV_LOG_INFO, "model_number, %d\n", zvc_state_data.model_number);
+    return zvc_state_data.model_number;
+}
+
+int32_t zvc_state_get_model_name(char *buffer, int32_t size)
+{
+    if (const int32_t result = check_buffer(buffer, size, std::source_location::current()); result != ZV_OK) {
+        return result;
+    }
+    if (gotModelName != 0) {
+        copy_text(buffer, static_cast<size_t>(size), zvc_state_data.model_name);
+        return ZV_OK;
+    }
+    ZV_LOG(ZV_LOG_INFO, "csi_get CSI_MODEL_NAME\n");
+    const auto room = static_cast<uint32_t>(size);
+    uint32_t length = 0;
+    if (const int32_t result = csi_get(CSI_MODEL_NAME, room, &length, reinterpret_cast<uint8_t *>(buffer));
+        result != 0) {
+        ZV_LOG(ZV_LOG_ERROR, "csi_get csi err, %d\n", result);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (length == 0) {
+        ZV_LOG(ZV_LOG_ERROR, "csi_get invalid len, %d\n", 0);
+        return ZV_ERR;
+    }
+    buffer[std::min(length, room - 1)] = '\0';
+    if (length < room) {
+        keep_text(zvc_state_data.model_name, gotModelName, buffer);
+    }
+    return ZV_OK;
+}
+
+int32_t zvc_state_get_firmware_version(char *buffer, int32_t size)
+{
+    return get_kept_csi_str(CSI_FIRMWARE_VERSION, zvc_state_data.firmware_version, gotFWVer, buffer, size);
+}
+
+int32_t zvc_state_get_serial_number(char *buffer, int32_t size)
+{
+    return get_kept_csi_str(CSI_SERIAL_NUMBER, zvc_state_data.serial_number, gotSN, buffer, size);
+}
+
+int32_t zvc_state_get_board_type(char *buffer, int32_t size)
+{
+    return get_kept_csi_str(CSI_BOARD_TYPE, zvc_state_data.board_type, gotBoardType, buffer, size);
+}
+
+int32_t zvc_state_get_ap_mac(char *buffer, int32_t size)
+{
+    return get_kept_csi_str(CSI_AP_MAC, zvc_state_data.ap_mac, gotAPMac, buffer, size);
+}
+
+int32_t zvc_state_get_ap_ssid(char *buffer, int32_t size)
+{
+    uint32_t length = 0;
+    return get_csi_str(CSI_AP_SSID, buffer, size, &length, std::source_location::current());
+}
+
+int32_t zvc_state_get_ap_has_default_credentials(bool *result)
+{
+    if (result == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "null has_default_credentials\n");
+        return ZV_ERR_INVALID_PARAM;
+    }
+    *result = false;
+    return ZV_OK;
+}
+
+int32_t zvc_state_get_common_camera_features(uint32_t *features)
+{
+    if (features == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "null features\n");
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (gotCCFeatures != 0) {
+        *features = zvc_state_data.common_camera_features;
+        return ZV_OK;
+    }
+    uint8_t value[sizeof *features] = {};
+    uint32_t length = 0;
+    const int32_t result = csi_get(CSI_COMMON_CAMERA_FEATURES, sizeof value, &length, value);
+    *features = zv::le32(value);
+    if (result == 0 && length >= sizeof value) {
+        zvc_state_data.common_camera_features = *features;
+        gotCCFeatures = 1;
+    }
+    return result;
+}
+
+int32_t zvc_state_get_update_required(uint32_t *required)
+{
+    if (required == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "null update_required\n");
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (gotUpdateRequired == 0) {
+        ZV_LOG(ZV_LOG_INFO, "csi_get CSI_FW_FORCE_UPDATE\n");
+        uint8_t value[sizeof *required] = {};
+        uint32_t length = 0;
+        if (csi_get(CSI_FW_FORCE_UPDATE, sizeof value, &length, value) != 0) {
+            ZV_LOG(ZV_LOG_ERROR, "Error getting CSI_FW_FORCE_UPDATE");
+        }
+        if (length == 0) {
+            ZV_LOG(ZV_LOG_ERROR, "csi_get invalid len, %d\n", 0);
+            return ZV_ERR;
+        }
+        zvc_state_data.update_required = zv::le32(value);
+        gotUpdateRequired = 1;
+    }
+    *required = zvc_state_data.update_required;
+    ZV_LOG(ZV_LOG_INFO, "update_required, %d\n", static_cast<int>(*required));
+    return ZV_OK;
+}
+
+int32_t zvc_state_get_logs_ready_status(uint32_t *ready)
+{
+    if (ready == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "null logs_ready\n");
+        return ZV_ERR_INVALID_PARAM;
+    }
+    ZV_LOG(ZV_LOG_INFO, "csi_get CSI_LOG_STATE\n");
+    uint8_t state = 0;
+    if (const int32_t result = get_csi_byte(CSI_LOG_STATE, state); result != ZV_OK) {
+        return result;
+    }
+    *ready = state;
+    ZV_LOG(ZV_LOG_INFO, "logs_ready, %d\n", state);
+    return ZV_OK;
+}
+
+int32_t zvc_state_get_required_networks(char *buffer, int32_t size)
+{
+    if (const int32_t result = check_buffer(buffer, size, std::source_location::current()); result != ZV_OK) {
+        return result;
+    }
+    if (gotRequiredNetworks == 0) {
+        keep_text(zvc_state_data.required_networks, gotRequiredNetworks, "[]");
+    }
+    copy_text(buffer, static_cast<size_t>(size), zvc_state_data.required_networks);
+    return ZV_OK;
+}
