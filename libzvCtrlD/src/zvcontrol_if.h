@@ -1,9 +1,298 @@
 /*
- * zvcontrol_if.h
+ * zvcontrol_if.h - the daemon link: commands to the control daemon, and the camera's identity as one record
+ *
+ * A process opens the link once, sets its caller id, sends any number of commands and closes the link at the end:
+ *
+ *     zvcontrol_interface_open();
+ *     zvcontrol_set_caller_id(3);
+ *     all_status_settings_t snapshot;
+ *     zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, NULL, 0, snapshot.bytes,
+ *                                              sizeof snapshot.bytes, NULL);
+ *     zvcontrol_interface_close();
+ *
+ * The link belongs to the process, and all its functions to one thread at a time. A command blocks for at most 10
+ * seconds, and about 20 when the queues must be brought in step first; longer only while the daemon's queue is full.
  */
 #ifndef ZVCONTROL_IF_H
 #define ZVCONTROL_IF_H
 
-#include "zvDbg.h"
+#include "messages.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The longest message of the link, in bytes, and the message size of a response queue. */
+#define DAEMON_MSG_MAX 10000
+
+/* ---- Commands -----------------------------------------------------------------------------------------------------
+ * The number travels as it is and is not examined. The numbers 0 to 34 and that of the resynchronisation are the
+ * daemon's. The others follow the order of the catalogue; somewhere between 35 and 101 the daemon's own numbers run one
+ * ahead of it, so that a caller takes those from the daemon's definition.
+ */
+typedef enum {
+    ZVCONTROL_EVENT_REGISTER_MQUEUE = 0,
+    ZVCONTROL_EVENT_FILTER_IN,
+    ZVCONTROL_FILTER_OUT,
+    ZVCONTROL_COMMAND_SHUTTER,
+    ZVCONTROL_MODE,
+    ZVCONTROL_MODE_SUB_MODE,
+    ZVCONTROL_SET_DATE_TIME,
+    ZVCONTROL_KEYMARK_TAG_RECORDING,
+    ZVCONTROL_KEYMARK_TAG_PLAYBACK,
+    ZVCONTROL_DELETE,
+    ZVCONTROL_DELETE_LAST,
+    ZVCONTROL_DELETE_GROUP,
+    ZVCONTROL_DELETE_ALL,
+    ZVCONTROL_FW_UPDATE_START,
+    ZVCONTROL_FW_UPDATE_CANCEL,
+    ZVCONTROL_FW_UPDATE_DONE,
+    ZVCONTROL_WIFI_AP_CONTROL,
+    ZVCONTROL_WIFI_AP_SSID_CONFIG,
+    ZVCONTROL_WIFI_BAND_SELECT,
+    ZVCONTROL_WIFI_SSID_SCAN,
+    ZVCONTROL_WIFI_SSID_LIST,
+    ZVCONTROL_WIFI_SSID_SAVE,
+    ZVCONTROL_WIFI_SSID_SELECT,
+    ZVCONTROL_WIFI_SSID_DELETE,
+    ZVCONTROL_WIFI_SSID_DELETE_ALL,
+    ZVCONTROL_RC_PAIR,
+    ZVCONTROL_RC_PAIR_CANCEL,
+    ZVCONTROL_VIDEO_VELLIX_RESET,
+    ZVCONTROL_PHOTO_VELLIX_RESET,
+    ZVCONTROL_MULTI_VELLIX_RESET,
+    ZVCONTROL_SET_SETTING_ID,
+    ZVCONTROL_GET_SETTING_ID,
+    ZVCONTROL_GET_ALL_SETTINGS,
+    ZVCONTROL_GET_ALL_STATUS,
+    ZVCONTROL_GET_ALL_SETTINGS_STATUS,
+    ZVCONTROL_SYSTEM_SHUTDOWN,
+    ZVCONTROL_SYSTEM_SLEEP,
+    ZVCONTROL_LOCATE,
+    ZVCONTROL_FACTORY_RESET,
+    ZVCONTROL_ANALYTICS_FILENAME_GET,
+    ZVCONTROL_ANALYTICS_CLEAR,
+    ZVCONTROL_REMOTE_API,
+    ZVCONTROL_SET_LOG_LEVEL,
+    ZVCONTROL_PUSH_NOTIFICATIONS,
+    ZVCONTROL_TRANSCODE_HISTORY,
+    ZVCONTROL_TRANSCODE_PHOTO_TO_VIDEO,
+    ZVCONTROL_TRANSCODE_VIDEO_TO_VIDEO_REQUEST,
+    ZVCONTROL_TRANSCODE_PHOTO_TO_VIDEO_REQUEST,
+    ZVCONTROL_TRANSCODE_TO_PHOTO_REQUEST,
+    ZVCONTROL_TRANSCODE_STATUS,
+    ZVCONTROL_TRANSCODE_CANCEL,
+    ZVCONTROL_LIVEVIEW_MODE_SET,
+    ZVCONTROL_VOICE_PHOTO_TAKE,
+    ZVCONTROL_VOICE_VIDEO_START,
+    ZVCONTROL_VOICE_VIDEO_STOP,
+    ZVCONTROL_VOICE_TIMELAPSE_START,
+    ZVCONTROL_VOICE_TIMELAPSE_STOP,
+    ZVCONTROL_VOICE_BURST_TAKE,
+    ZVCONTROL_VOICE_TAG,
+    ZVCONTROL_VOICE_MODE,
+    ZVCONTROL_SYSTEM_GET_GEOCAL,
+    ZVCONTROL_DIGITAL_ZOOM,
+    ZVCONTROL_VOICE_EDIT_MY_STORY,
+    ZVCONTROL_VOICE_DELETE_LAST,
+    ZVCONTROL_SYSTEM_GET_SHADINGDATA_FILE,
+    ZVCONTROL_BLE_CONTROL,
+    ZVCONTROL_CAPTURE_DELAY,
+    ZVCONTROL_MODE_SET_MODE,
+    ZVCONTROL_VELLIX_RESET,
+    ZVCONTROL_VIDEO_RUSHLAPSE_SPEED_1X_SET,
+    ZVCONTROL_PRESET_LIST_GROUPS,
+    ZVCONTROL_PRESET_LIST_IDS,
+    ZVCONTROL_PRESET_GET_INFO,
+    ZVCONTROL_PRESET_CUSTOM_CREATE,
+    ZVCONTROL_PRESET_CUSTOM_REMOVE,
+    ZVCONTROL_PRESET_SET_ORDER,
+    ZVCONTROL_PRESET_LOAD,
+    ZVCONTROL_PRESET_EDIT_START,
+    ZVCONTROL_PRESET_EDIT_CANCEL,
+    ZVCONTROL_PRESET_EDIT_STORE,
+    ZVCONTROL_PRESET_FACTORY_RESET,
+    ZVCONTROL_PRESET_GET_PRESETS,
+    ZVCONTROL_PRESET_SWITCH_FLATMODE,
+    ZVCONTROL_PRESET_SET_TITLE_AND_ICON,
+    ZVCONTROL_ONSCREEN_SHORTCUTS_RESET,
+    ZVCONTROL_VIDEO_RUSHLAPSE_SPEED_RAMP_SET,
+    ZVCONTROL_VIDEO_RUSHLAPSE_SPEED_RAMP_ACTIVE_SET,
+    ZVCONTROL_PRESET_GET_ACTIVE_PRESET,
+    ZVCONTROL_SYSTEM_BUTTON_SET,
+    ZVCONTROL_PRESET_GET_ACTIVE_GROUP,
+    ZVCONTROL_SET_IN_CONTEXTUAL_MENU,
+    ZVCONTROL_WEBCAM_REQUEST_EXIT,
+    ZVCONTROL_SET_CAMERA_CONTROL_STATUS,
+    ZVCONTROL_DELETE_LIST,
+    ZVCONTROL_GET_DELETE_LIST_RESULT,
+    ZVCONTROL_GET_ALL_SETTINGS_STATUS_IDS,
+    ZVCONTROL_SET_WIRED_USB_CONTROL,
+    ZVCONTROL_SET_CAH_AUTO_CLEAR,
+    ZVCONTROL_GET_DATE_TIME,
+    ZVCONTROL_QUICK_CAPTURE_START,
+    ZVCONTROL_GET_BUSY_STATUS,
+    ZVCONTROL_RESYNC_MESSAGE_QUEUE = 102,
+    ZVCONTROL_PRESET_GET_PRESETS_FOR_GROUP,
+    ZVCONTROL_PRESET_UPDATE_CUSTOM,
+    ZVCONTROL_SYSTEM_RESET,
+    ZVCONTROL_CMD_LAST,
+    ZVCONTROL_CMD_ANY = 0x7FFFFFFF, /* room for every number that the daemon may define */
+} zvcontrol_command_t;
+
+/* ---- The interface --------------------------------------------------------------------------------------------- */
+
+/*
+ * Opens the link with a response queue of the process's own, "/to_ZVCU" and the process id. Waits for the daemon's
+ * queue, at most 12 seconds. Returns 0, -1 when the link is open already or a queue can't be opened, or -2 when out of
+ * memory. On a failure the link is closed, unless it was open before, which is then untouched.
+ */
+ZV_API int32_t zvcontrol_interface_open(void);
+
+/*
+ * The same with the caller's own response queue, named by at most 256 characters; it holds messages of DAEMON_MSG_MAX
+ * bytes. A command is then posted without a wait and returns 0, its response arguments untouched; the caller reads the
+ * answer and takes it apart with the parse functions. A null name is zvcontrol_interface_open.
+ */
+ZV_API int32_t zvcontrol_interface_open_async(const char *queue_name);
+
+/* Closes the link and removes its own response queue. A closed one stays closed. Returns 0. */
+ZV_API int32_t zvcontrol_interface_close(void);
+
+/* 1 while the link is open, else 0. */
+ZV_API int32_t is_zvcontrol_interface_open(void);
+
+/* Who issues the commands: the daemon is told with each one. 0 at start, and kept over a close. */
+ZV_API void zvcontrol_set_caller_id(uint8_t id);
+ZV_API uint8_t zvcontrol_get_caller_id(void);
+
+/* ---- Sending commands ---------------------------------------------------------------------------------------------
+ * `param` is the command's parameter, `param_length` bytes; null leaves it out. A parameter whose message would pass
+ * DAEMON_MSG_MAX is refused: some 50 bytes less than that fit, depending on the response queue's name. The response's
+ * payload goes into `response`, cut to `response_size` bytes; null or 0 says that none is wanted. `response_length` may
+ * be null; otherwise it receives the bytes written into `response`, and is untouched when none were.
+ *
+ * Returns the daemon's return code, which may be negative itself, or
+ *
+ *     -1                  the link is closed, the parameter is too long, the post failed, or the answer is unusable
+ *     ZV_ERR_NO_RESPONSE  no answer in 10 seconds, or the queues could not be brought in step and nothing was sent
+ *
+ * What waits in the response queue is dropped before a command goes out. After a failed wait the next command begins
+ * with zvcontrol_send_resync, so that the late answer is not taken for its own.
+ */
+
+/*
+ * zvcontrol_send_command_param_response_ex without the length. When ZVCONTROL_SET_SETTING_ID succeeds for setting 139,
+ * setting 79 follows in a command of its own, 0 when the value was 3 and otherwise 1, and gives the result.
+ */
+ZV_API int32_t zvcontrol_send_command_param_response(zvcontrol_command_t command, const uint8_t *param,
+                                                     uint16_t param_length, uint8_t *response, uint16_t response_size);
+
+/*
+ * One command. For the snapshots, ZVCONTROL_GET_ALL_SETTINGS, ZVCONTROL_GET_ALL_STATUS and
+ * ZVCONTROL_GET_ALL_SETTINGS_STATUS, the last whole answer is kept, where `response_size` was the record's own size. In
+ * place of ZV_ERR_NO_RESPONSE a `response` with room for the record gets that one, zero bytes before the first, with
+ * system_system_busy set in a status record; the result is then 0.
+ */
+ZV_API int32_t zvcontrol_send_command_param_response_ex(zvcontrol_command_t command, const uint8_t *param,
+                                                        uint16_t param_length, uint8_t *response,
+                                                        uint16_t response_size, uint16_t *response_length);
+
+/* The exchange itself, without the kept snapshots. */
+ZV_API int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_command_t command, const uint8_t *param,
+                                                                 uint16_t param_length, uint8_t *response,
+                                                                 uint16_t response_size, uint16_t *response_length);
+
+/* ---- Keeping in step ------------------------------------------------------------------------------------------- */
+
+/* False after a failed wait, until a resynchronisation succeeds. */
+ZV_API bool zvcontrol_is_response_queue_sychronized(void);
+
+/*
+ * Sends a fresh key, which the daemon echoes; only that echo proves that the next answer belongs to the next command.
+ * Returns 0, or ZV_ERR_NO_RESPONSE for every failure, which leaves the state as it was. A link with the caller's own
+ * queue can't receive the echo.
+ */
+ZV_API int32_t zvcontrol_send_resync(void);
+
+/* ---- Receiving ------------------------------------------------------------------------------------------------- */
+
+/*
+ * Waits for the next message on the link's response queue, at most 10 seconds. Returns 0, with the message in `*buffer`
+ * until the next use of the link; or ZV_ERR_NO_RESPONSE with `*length` 0 and `*buffer` untouched, at once when the link
+ * is closed or the queue is the caller's own.
+ */
+ZV_API int32_t zvcontrol_wait_response(uint8_t **buffer, uint16_t *length);
+
+/* Drops what waits in the link's response queue. */
+ZV_API void zvcontrol_flush_response_queue(void);
+
+/*
+ * Takes an answer apart: `*ret` receives the daemon's return code, or -1 when the message is unusable, and the data of
+ * the first element of `type` is copied to `payload`, cut to `payload_size` bytes. `*payload_length` receives the bytes
+ * copied; it may be null. A null `payload`, a size of 0, or the return code ZV_ERR_NAK_OFF says that none is wanted.
+ * Returns 0, or -1 when the wanted element is missing.
+ */
+ZV_API int32_t zvcontrol_parse_ret_response_type(const uint8_t *buffer, uint16_t length, int32_t *ret, uint8_t *payload,
+                                                 uint16_t payload_size, uint8_t type, uint16_t *payload_length);
+
+/* The same for the response's payload, TLV_RSPARG. */
+ZV_API int32_t zvcontrol_parse_ret_response(const uint8_t *buffer, uint16_t length, int32_t *ret, uint8_t *payload,
+                                            uint16_t payload_size, uint16_t *payload_length);
+
+#ifdef __cplusplus
+/*
+ * Reads an answer into `msg` and returns the daemon's return code, or -1 for a message that is cut off, which leaves
+ * `msg` empty, that is no response, or that has no return code of 4 bytes or more.
+ */
+ZV_API int32_t parse_return_code(const uint8_t *buffer, uint16_t length, Msg &msg);
+#endif
+
+/* Turns the dumps of the link's messages off; enableMessageDebugging turns them on. */
+ZV_API void zvcontrol_debug_enable(void);
+
+/* ---- The camera ---------------------------------------------------------------------------------------------------
+ * These do not talk to the daemon, and need no open link.
+ */
+
+/*
+ * The camera information record: bytes in place, without alignment. Numbers are little-endian, texts are zero-filled
+ * and always terminated.
+ */
+#define CAMERA_INFO_SIZE 433
+enum {
+    CAMERA_INFO_MODEL_NUMBER = 0,                 /* 4 bytes */
+    CAMERA_INFO_MODEL_NAME = 4,                   /* text of 65 bytes */
+    CAMERA_INFO_BOARD_TYPE = 69,                  /* text of 65 bytes */
+    CAMERA_INFO_FIRMWARE_VERSION = 134,           /* text of 65 bytes */
+    CAMERA_INFO_SERIAL_NUMBER = 199,              /* text of 65 bytes */
+    CAMERA_INFO_AP_SSID = 264,                    /* text of 33 bytes */
+    CAMERA_INFO_AP_MAC = 297,                     /* text of 65 bytes */
+    CAMERA_INFO_AP_HAS_DEFAULT_CREDENTIALS = 362, /* 0 or 1 */
+    CAMERA_INFO_COMMON_CAMERA_FEATURES = 363,     /* 4 bytes */
+    CAMERA_INFO_REQUIRED_NETWORKS = 367,          /* text of 65 bytes */
+    CAMERA_INFO_VALID = 432,                      /* 1 when every field was read, else 0 */
+};
+
+/*
+ * Fills the record, CAMERA_INFO_SIZE bytes. Returns 0, -1 for null, or the first failing getter's result (zvc_state.h);
+ * the fields behind it are then zero.
+ */
+ZV_API int32_t zvcontrol_get_camera_info(uint8_t *info);
+
+/*
+ * The path of the camera's settings description, and that of the remote control's update: the one on the card when it
+ * can be read, otherwise the installed one. `size` is the whole buffer's; the rest of it is zero-filled. Returns 0, or
+ * -1 when the path was cut to `size` - 1 characters; null or a `size` below 1 is -1 too, and nothing is written.
+ */
+ZV_API int32_t zvcontrol_get_settings_json_path(char *path, int32_t size);
+ZV_API int32_t zvcontrol_get_rc3_path(char *path, int32_t size);
+
+/* zvc_state_get_logs_ready_status that logs a failure once more. */
+ZV_API int32_t zvcontrol_get_logs_ready_status(uint32_t *ready);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif
