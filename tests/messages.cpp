@@ -37,28 +37,19 @@ std::string assertion(Fault fault)
 
 TEST(Messages, WritesTheBytes)
 {
-    const uint8_t command[] = {0x1E, 0, 0, 0};
-    const uint8_t pair[] = {0x8B, 0, 0, 0, 3, 0, 0, 0};
-    const uint8_t source = 1;
+    const uint8_t command[] = {0x1E, 0x2D, 0x3C};
     MsgElement end(TLV_END, true);
     CommandMsg message;
     message.addElement(TLV_CMD, sizeof command, command);
-    message.addElement(TLV_CMDARG, sizeof pair, pair);
-    message.addElement(TLV_SRC, 12, reinterpret_cast<const uint8_t *>("/to_ZVCU123"));
-    message.addElement(TLV_ASOURCE, 1, &source);
     message.addElement(&end);
-
-    uint8_t buffer[49]; // of exactly the message's size
+    uint8_t buffer[15]; // of exactly the message's size
     memset(buffer, 0xA5, sizeof buffer);
     MemStream stream(buffer, sizeof buffer);
     stream << message;
-    EXPECT_EQ(49, stream.getLength());
-    EXPECT_EQ(49, message.getSize());
-    EXPECT_EQ(
-        (Bytes{0x00, 0x31, 0x00, 0x14, 0x00, 0x00, 0x04, 0x41, 0x1E, 0x00, 0x00, 0x00, 0x00, 0x00, 0x08, 0x42, 0x8B,
-               0x00, 0x00, 0x00, 0x03, 0x00, 0x00, 0x00, 0x00, 0x00, 0x0C, 0x44, 0x2F, 0x74, 0x6F, 0x5F, 0x5A, 0x56,
-               0x43, 0x55, 0x31, 0x32, 0x33, 0x00, 0x00, 0x00, 0x01, 0x57, 0x01, 0x00, 0x00, 0x00, 0xEE}),
-        Bytes(buffer, buffer + sizeof buffer));
+    EXPECT_EQ(15, stream.getLength());
+    EXPECT_EQ(15, message.getSize());
+    EXPECT_EQ((Bytes{0, 0x0F, 0, 0x14, 0, 0, 3, 0x41, 0x1E, 0x2D, 0x3C, 0, 0, 0, 0xEE}),
+              Bytes(buffer, buffer + sizeof buffer));
 
     stream.attach(buffer, sizeof buffer - 1);
     EXPECT_EQ("(m_index + len) <= m_sourceLen", assertion([&] { stream << message; }));

@@ -34,16 +34,6 @@ Bytes response(uint8_t acknowledge, uint8_t error, const Bytes &payload)
     return bytes;
 }
 
-Bytes element_of(const Bytes &message, uint8_t tag)
-{
-    const uint8_t *element = tlv_find(message.data(), tag);
-    if (element == nullptr) {
-        return {};
-    }
-    const auto length = static_cast<size_t>(element[1] << 8 | element[2]);
-    return {element + 4, element + 4 + length};
-}
-
 } // namespace
 
 Bytes text(const char *characters)
@@ -64,6 +54,16 @@ Bytes tlv_message(uint8_t category, const std::vector<Element> &elements)
     message[0] = static_cast<uint8_t>(message.size() >> 8);
     message[1] = static_cast<uint8_t>(message.size());
     return message;
+}
+
+Bytes element_of(const Bytes &message, uint8_t tag)
+{
+    const uint8_t *element = tlv_find(message.data(), tag);
+    if (element == nullptr) {
+        return {};
+    }
+    const auto length = static_cast<size_t>(element[1] << 8 | element[2]);
+    return {element + 4, element + 4 + length};
 }
 
 Bytes good(const Bytes &payload)

@@ -16,6 +16,7 @@ struct Element {
     Bytes value;
 };
 Bytes tlv_message(uint8_t category, const std::vector<Element> &elements);
+Bytes element_of(const Bytes &message, uint8_t tag); // the first element's value, empty without one
 Bytes text(const char *characters);
 
 // The answer to a remote API call, as it stands in TLV_RSPARG: acknowledge, error and payload, all in order.
