@@ -25,8 +25,8 @@
 
 namespace zv {
 
-// Room for one member with a number of any width, or as much literal text, and for what the blocks write behind it.
-inline constexpr size_t JSON_MEMBER_SIZE = 48;
+// Room for one member with a number, or with a text of up to 40 bytes, and for what the blocks write behind it.
+inline constexpr size_t JSON_MEMBER_SIZE = 64;
 
 // A short text, as many of its bytes as count, and their number.
 template <size_t SIZE>
@@ -113,6 +113,9 @@ class JsonWriter {
             --m_next;
         }
     }
+
+    // Takes back what was written behind `size`.
+    void truncate(std::streamsize size) { m_next = m_begin + size; }
 
     const char *begin() const { return m_begin; }
     std::streamsize size() const { return m_next - m_begin; }

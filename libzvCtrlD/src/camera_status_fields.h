@@ -1,0 +1,77 @@
+// What the camera publishes as status, and what of it takes part in change detection. Internal to the library.
+#pragma once
+
+#include "camera_status.h"
+#include "json_writer.h"
+
+#include <array>
+
+namespace zv {
+
+// How a value comes out of the record.
+enum class StatusOutput : uint8_t {
+    NONE,       // the id is free and publishes nothing
+    ZERO,       // always 0
+    INT,        // an unsigned number of 1, 4 or 8 bytes
+    SIGNED,     // a signed byte
+    EXTENDED,   // a signed byte, sign-extended to 32 bits and written as unsigned
+    BARE_TEXT,  // the same without quotes
+    TEXT,       // a text that ends with its field at the latest
+    CSI,        // a number of the system information service; the offset is its key
+    LEVEL,      // battery bars, which stand behind the charge state
+    PERCENTAGE, // battery charge, or the last good one
+    NEXT_POLL,
+    ANALYTICS,
+    LOGS,
+    EXPOSURE,   // what the exposure point selects
+    COORDINATE, // of the exposure point
+    GROUP,      // of the active preset
+    PRESET,     // the active one, of the active group
+    VELLIX,     // the default of the flat mode
+};
+
+// One status value. The row's index is its id.
+struct StatusField {
+    uint8_t id;
+    StatusOutput output;
+    uint8_t size;   // in bytes, where the output reads more than one field or text
+    int16_t offset; // in appc_system_all_status
+    char name[43];  // for log lines only
+};
+
+inline constexpr size_t STATUS_COUNT = 119;
+using StatusTable = std::array<StatusField, STATUS_COUNT>;
+
+// Both camera generations publish the same values.
+extern const StatusTable status_fields;
+
+enum class PushValue : uint8_t { NONE, BYTE, NUMBER, LONG_NUMBER, TEXT };
+
+// One status value's part in change detection; the rows run beside those of the status table.
+struct PushNotification {
+    uint8_t id;
+    PushValue value;
+    uint8_t mode;       // 0: none; 1, 2 and 3 are told apart by nobody here
+    uint8_t related_id; // another status, with mode 3
+};
+
+using PushTable = std::array<PushNotification, STATUS_COUNT>;
+extern const PushTable push_notification_fields;
+
+// Where a value lies in the record, in bytes; what it means is the output's business.
+struct Place {
+    int32_t offset;
+    int32_t size;
+};
+
+// The value alone, without its key.
+void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *status, const Place &place);
+
+// The public functions of the same purpose, over any table. A row with an offset outside the record is left out.
+void write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields);
+int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
+                             const StatusTable &fields, const PushTable &pushes);
+void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, const StatusTable &fields,
+                          const PushTable &pushes);
+
+} // namespace zv
