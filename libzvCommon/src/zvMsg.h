@@ -1,9 +1,48 @@
 /*
- * zvMsg.h
+ * zvMsg.h - one request, with or without an answer, through mailboxes that are open for that exchange alone
+ *
+ * The caller builds the message's body with zvmsg_build; the sends here add the addresses and the end. `from` is the
+ * sender's reply mailbox and `to` the destination, both written into the message; both are not empty. `via` is the
+ * mailbox that carries the message, such as a relay's; null means `to`. `direction` selects the row of the message
+ * trace (zvHex.h).
+ *
+ * Besides the argument a message takes 26 bytes and the two names, and must fit in iobuf->size; a message that does not
+ * is the caller's fault (assertion). Threads do not disturb each other with buffers and reply mailboxes of their own.
  */
 #ifndef ZVMSG_H
 #define ZVMSG_H
 
 #include "zvTlv.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/*
+ * Posts the message and waits for nothing. Returns 0, also where a full mailbox lost the message, or -1 when the
+ * mailbox cannot be opened.
+ */
+ZV_API int32_t zvmsg_send(zvIoBuf_t *iobuf, const char *from, const char *to, const char *via, int32_t direction);
+
+/*
+ * Posts the message and waits for the answer, which replaces it in `iobuf`. The reply mailbox exists for the time of
+ * the exchange alone; requests with the same one run one after the other.
+ *
+ * Returns the answer's length, or -1 when none came in `seconds`, when it is not a valid message, when iobuf->size
+ * is below the ZVMSG_MAX of the reply mailbox, and when a mailbox cannot be opened. The result also stands in
+ * iobuf->len. The name of the reply mailbox is free again at the return, unless somebody else held it.
+ *
+ * Blocks for up to `seconds`, behind up to 1.5 seconds for the reply mailbox.
+ */
+ZV_API int32_t zvmsg_send_timedreceive_w_time(zvIoBuf_t *iobuf, const char *from, const char *to, const char *via,
+                                              int32_t direction, int32_t seconds);
+
+/* The same with 10 seconds. */
+ZV_API int32_t zvmsg_send_timedreceive(zvIoBuf_t *iobuf, const char *from, const char *to, const char *via,
+                                       int32_t direction);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif

@@ -4,13 +4,13 @@
 #include "zvc_commands.h"
 
 #include "bytes.h"
+#include "message_finish.h"
 #include "queue_drain.h"
 #include "remote_command.h"
 #include "zvc_commands_zvx.h"
 
 #include <cassert>
 #include <cerrno>
-#include <cstring>
 
 using namespace zv;
 
@@ -66,19 +66,10 @@ constexpr ReadTexts UX_MODE_TEXTS{nullptr, "zvc_setup_get_camera_ux_mode:  zvc_s
 
 int32_t g_camera_id = 0;
 
-void add_element(zvIoBuf_t &iobuf, uint8_t tag, const char *value, size_t length)
+// A message that is not valid when it is finished was built wrongly in this library.
+void finish_message(zvc_msg_q_context_t *context, const char *dest, int32_t direction)
 {
-    iobuf.len += sntlv_add_bin(iobuf.buf, iobuf.size, tag, static_cast<uint32_t>(length),
-                               reinterpret_cast<const uint8_t *>(value));
-}
-
-// Adds the addresses and the end. A message that then is not valid was built wrongly in this library.
-void finish_message(zvc_msg_q_context_t *context, const char *dest, [[maybe_unused]] int32_t direction)
-{
-    zvIoBuf_t &iobuf = context->iobuf;
-    add_element(iobuf, TLV_SRC, context->mbox_name, strlen(context->mbox_name));
-    add_element(iobuf, TLV_DST, dest, strlen(dest));
-    add_element(iobuf, TLV_END, nullptr, 0);
+    zv::finish_message(&context->iobuf, context->mbox_name, dest, direction);
     assert(0 == (int)tlv_validate(context->iobuf.buf));
 }
 
