@@ -203,7 +203,7 @@ const Style UX_MODE = {nullptr, "ERROR zvc_setup_get_camera_ux_mode:  zvc_send_r
 struct Read {
     const char *name;
     std::function<std::pair<int32_t, Values>(Context *)> call;
-    std::function<int32_t()> call_with_null; // its last output
+    std::function<int32_t()> call_with_null; // every output
     uint8_t group, action;
     Bytes answer;
     Values values;
