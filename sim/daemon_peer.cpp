@@ -42,13 +42,14 @@ std::optional<Request> DaemonPeer::parse(View message) const
 
 Answer DaemonPeer::answer(const Request &request)
 {
+    m_camera.refresh();
     switch (request.command) {
     case GET_ALL_SETTINGS:
-        return good(m_state.settings_record());
+        return good(m_camera.state().settings_record());
     case GET_ALL_STATUS:
-        return good(m_state.status_record());
+        return good(m_camera.state().status_record());
     case GET_ALL_SETTINGS_STATUS:
-        return good(m_state.record());
+        return good(m_camera.state().record());
     case RESYNC_MESSAGE_QUEUE:
         return good(request.argument);
     default:

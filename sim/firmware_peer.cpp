@@ -1,5 +1,8 @@
 #include "firmware_peer.h"
 
+#include "remote_actions.h"
+#include "remote_values.h"
+
 #include <zvctrl/zvc_commands.h>
 
 #include "libzvCommon/src/bytes.h"
@@ -12,10 +15,49 @@ constexpr uint8_t CATEGORY_RELAY = 2;
 constexpr uint8_t CATEGORY_CAMERA = 4;
 constexpr char REMOTE_API[] = "YY";
 constexpr char CAMERA_QUEUE[] = "/to_camera";
-constexpr uint8_t NAK = 1;
 constexpr size_t COMMAND_SIZE = 2;
+constexpr size_t NUMBER_MAX = 4;
+
+// The low `width` bytes, most significant first.
+Bytes big_endian(uint64_t number, uint8_t width)
+{
+    Bytes bytes;
+    for (size_t i = width; i > 0; --i) {
+        bytes.push_back(static_cast<uint8_t>(number >> 8 * (i - 1)));
+    }
+    return bytes;
+}
+
+Answer set_value(State &state, const RemoteValue &value, View payload)
+{
+    if (payload.empty() || payload.size() > NUMBER_MAX) {
+        return refused(NAK);
+    }
+    uint64_t number = 0;
+    for (const uint8_t byte : payload) {
+        number = number << 8 | byte;
+    }
+    state.set(value.field, number);
+    for (const Field &twin : value.twins) {
+        state.set(twin, number);
+    }
+    return good();
+}
 
 } // namespace
+
+Answer run_remote_command(Camera &camera, uint8_t group, uint8_t action, View payload)
+{
+    if (const RemoteValue *value = find_remote_value(group, action)) {
+        return action == value->set ? set_value(camera.state(), *value, payload)
+                                    : good(big_endian(camera.state().get(value->field), value->read_width));
+    }
+    if (const RemoteAction *command = find_remote_action(group, action);
+        command != nullptr && payload.size() >= command->least) {
+        return command->run(camera, payload);
+    }
+    return refused(NAK);
+}
 
 std::optional<Request> FirmwarePeer::parse(View message) const
 {
@@ -52,10 +94,7 @@ Answer FirmwarePeer::answer(const Request &request)
     if (!request.valid) {
         return refused(NAK);
     }
-    if (request.group == REMOTE_GROUP_APP && request.action == 7) {
-        return good(Bytes{m_state.flat_mode(), 0});
-    }
-    return refused(NAK);
+    return run_remote_command(m_camera, request.group, request.action, request.payload);
 }
 
 Bytes FirmwarePeer::message(const Request &request, const Answer &answer) const

@@ -6,7 +6,6 @@ namespace {
 
 constexpr InitialValue INITIAL_RECORD[] = {
     // Status
-    {status(STATUS_APP_CURRENT_MODE), 12}, // video
     {status(STATUS_APP_ACTIVE_VIDEO_PRESETS, 4), 0xA0000},
     {status(STATUS_APP_ACTIVE_PHOTO_PRESETS, 4), 0xC0000},
     {status(STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, 4), 0xD0000},
@@ -42,7 +41,6 @@ constexpr InitialValue INITIAL_RECORD[] = {
     {settings(SETTINGS_SETUP_LCD_BRIGHTNESS), 70},          // 70 %
     {settings(SETTINGS_SETUP_LCD_SLEEP), 4},                // 5 minutes
     {settings(SETTINGS_SETUP_VIDEO_FORMAT), 0},             // 60 Hz
-    {settings(SETTINGS_SETUP_CURRENT_FLAT_MODE), 12},       // video
     {settings(SETTINGS_SETUP_ACC_MIC_MODE), 1},             // standard microphone
     {settings(SETTINGS_SETUP_AUTO_SCREEN_LOCK), 3},         // off
     {settings(SETTINGS_SETUP_FRONT_LCD_DISPLAY_MODE), 2},   // actual view

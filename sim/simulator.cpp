@@ -16,7 +16,7 @@ constexpr uint64_t MILLISECOND = 1000;
 } // namespace
 
 Simulator::Simulator(uint8_t model, uint32_t seed)
-    : m_state(model, seed), m_daemon(m_state), m_firmware(m_state), m_noise(seed)
+    : m_camera(model, seed), m_daemon(m_camera), m_firmware(m_camera), m_noise(seed)
 {
 }
 
@@ -28,7 +28,7 @@ std::string Simulator::open()
             return wrong;
         }
     }
-    return store_identity(m_state.model());
+    return store_identity(m_camera.state().model());
 }
 
 Peer &Simulator::peer(Link link)
@@ -136,6 +136,7 @@ void Simulator::record(Link link, bool from_client, const Bytes &message)
 void Simulator::advance(uint64_t microseconds)
 {
     m_now += microseconds;
+    m_camera.advance(microseconds);
     while (!m_late.empty() && m_late.begin()->first <= m_now) {
         const Late late = m_late.begin()->second;
         m_late.erase(m_late.begin());

@@ -23,7 +23,7 @@ class Simulator {
     // Each message from now on is a line of `trace`, which outlives the simulator; null: none.
     void set_trace(std::ostream *trace) { m_trace = trace; }
 
-    State &state() { return m_state; }
+    Camera &camera() { return m_camera; }
     Faults &faults() { return m_faults; }
     mqd_t descriptor(Link link) const { return m_queues[static_cast<size_t>(link)].descriptor(); }
 
@@ -59,7 +59,7 @@ class Simulator {
     Peer &peer(Link link);
     Queue &queue(Link link) { return m_queues[static_cast<size_t>(link)]; }
 
-    State m_state;
+    Camera m_camera;
     DaemonPeer m_daemon;
     FirmwarePeer m_firmware;
     Faults m_faults;

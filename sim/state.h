@@ -44,8 +44,6 @@ class State {
         return record().subspan(ALL_SETTINGS_OFFSET, ALL_SYSTEM_SETTINGS_OFFSET - ALL_SETTINGS_OFFSET);
     }
 
-    uint8_t flat_mode() const { return byte(settings(SETTINGS_SETUP_CURRENT_FLAT_MODE)); }
-
     // A number below `limit` that depends on the seed alone.
     uint32_t random(uint32_t limit) { return static_cast<uint32_t>(m_random() % limit); }
 

@@ -3,6 +3,13 @@
 #include "camera_double.h"
 #include "csi_double.h"
 #include "interpose.h"
+#include "remote_actions.h"
+#include "zvc_broadcast.h"
+#include "zvc_commands_zvx.h"
+#include "zvc_fwupdate.h"
+#include "zvc_settings.h"
+#include "zvc_storage.h"
+#include "zvc_video.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -47,6 +54,18 @@ class SimulatedCamera : public testing::Test {
         camera.serve();
         return answers();
     }
+    // A number in the record that the daemon tells.
+    uint64_t seen(Field field)
+    {
+        constexpr size_t RECORD = 16; // its place in the answer
+        const test::Bytes answer = ask_daemon(34).at(0);
+        uint64_t number = 0;
+        for (size_t i = field.width; i > 0; --i) {
+            number = number << 8 | answer.at(RECORD + field.offset + i - 1);
+        }
+        return number;
+    }
+
     std::vector<test::Bytes> answers()
     {
         std::vector<test::Bytes> all;
@@ -112,6 +131,130 @@ TEST_F(SimulatedCamera, SurvivesGarbage)
     int32_t mode = -1;
     int32_t flat_mode = -1;
     EXPECT_EQ(ZV_OK, zvc_app_get_mode_flat_mode(&context, &mode, &flat_mode));
+}
+
+TEST_F(SimulatedCamera, SurvivesEveryCommandWithAnyPayload)
+{
+    std::mt19937 random(11);
+    for (int i = 0; i < 200000; ++i) {
+        test::Bytes payload(random() % 48);
+        std::generate(payload.begin(), payload.end(), [&] { return static_cast<uint8_t>(random() % 40); });
+        run_remote_command(camera.camera(), static_cast<uint8_t>(random() % 20), static_cast<uint8_t>(random() % 100),
+                           payload);
+        camera.camera().advance(random() % 100 == 0 ? 1000000 : 0);
+    }
+}
+
+TEST_F(SimulatedCamera, ReadsBackWhatWasWritten)
+{
+    EXPECT_EQ(ZV_OK, zvc_system_set_lens_type(&context, 2));
+    EXPECT_EQ(2u, seen(status(STATUS_SYSTEM_CAMERA_LENS_TYPE)));
+    EXPECT_EQ(ZV_OK, zvc_broadcast_set_gop_size(&context, 0x01020304));
+    EXPECT_EQ(ZV_OK, zvc_broadcast_set_bit_rate(&context, 4000000));
+    uint32_t gop_size = 0;
+    uint32_t bit_rate = 0;
+    EXPECT_EQ(ZV_OK, zvc_broadcast_get_gop_size(&context, &gop_size));
+    EXPECT_EQ(ZV_OK, zvc_broadcast_get_bit_rate(&context, &bit_rate));
+    EXPECT_EQ(4u, gop_size);
+    EXPECT_EQ(4000000u, bit_rate);
+
+    const uint8_t preset[] = {1, 0, 0xD, 0}; // star trail, in a mode with settings of its own
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 17, 12, preset, sizeof preset));
+    EXPECT_EQ(0xD0001u, seen(status(STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, 4)));
+    EXPECT_EQ(2u, seen(status(STATUS_APP_ACTIVE_PRESETS_GROUP)));
+    EXPECT_EQ(29u, seen(settings(SETTINGS_SETUP_CURRENT_FLAT_MODE)));
+    EXPECT_EQ(ZV_OK, zvc_app_set_capture_delay(&context, 2));
+    EXPECT_EQ(ZV_OK, zvc_settings_set_onscreen_control(&context, 33, 2));
+    EXPECT_EQ(2u, seen(settings(SETTINGS_MULTI_SHOT_CAPTURE_DELAY)));
+    EXPECT_EQ(33u, seen(settings(SETTINGS_MULTI_SHOT_ONSCREEN_SHORTCUTS + 2)));
+}
+
+TEST_F(SimulatedCamera, OffersFormatsAndRefusesHorizonLevelingWithoutStabilisation)
+{
+    const auto format = [&] {
+        int32_t res = 0;
+        int32_t fps = 0;
+        int32_t fov = 0;
+        EXPECT_EQ(ZV_OK, zvc_video_get_res_fps_fov(&context, &res, &fps, &fov));
+        return std::vector{res, fps, fov};
+    };
+    EXPECT_EQ(ZV_OK, zvc_video_set_res_fps_fov(&context, 24, 0, 9)); // 5.3K has no 240
+    EXPECT_EQ((std::vector{24, 5, 8}), format());
+    EXPECT_EQ(ZV_OK, zvc_video_set_res_fps_fov(&context, 1, 5, 8)); // 4K at 60 has the horizon lock alone
+    EXPECT_EQ((std::vector{1, 5, 10}), format());
+    const uint8_t off = 0;
+    const uint8_t question[] = {1, 5, 10};
+    uint8_t *answer = nullptr;
+    uint16_t size = 0;
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 2, 44, &off, 1));
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload_response(&context, 2, 91, question, 3, &answer, &size));
+    EXPECT_EQ((test::Bytes{0}), test::Bytes(answer, answer + size));
+
+    uint8_t list[32];
+    uint16_t count = 0;
+    EXPECT_EQ(ZV_OK, zvc_get_res_list(&context, list, &count));
+    EXPECT_THAT(test::Bytes(list, list + count), testing::ElementsAre(24, 26, 1, 28, 4, 6, 9, 29, 30));
+}
+
+TEST_F(SimulatedCamera, RecordsAndCounts)
+{
+    const uint64_t videos = seen(status(STATUS_STORAGE_NUM_TOTAL_VIDEOS, 4));
+    const uint64_t space = seen(status(STATUS_STORAGE_REMAINING_SPACE, 8));
+    EXPECT_EQ(ZV_OK, zvc_shutter(&context, 1));
+    camera.advance(3000000);
+    EXPECT_EQ(1u, seen(status(STATUS_SYSTEM_ENCODING_ACTIVE)));
+    EXPECT_EQ(3u, seen(status(STATUS_VIDEO_VIDEO_PROGRESS_COUNTER, 4)));
+    EXPECT_GT(space, seen(status(STATUS_STORAGE_REMAINING_SPACE, 8)));
+    EXPECT_EQ(ZV_ERR, zvc_app_set_mode_sub_mode(&context, 1, 0)); // not while it records
+    EXPECT_EQ(FIRMWARE_BUSY, context.rtos_error_code);
+    EXPECT_EQ(ZV_OK, zvc_shutter(&context, 0));
+    EXPECT_EQ(0u, seen(status(STATUS_SYSTEM_ENCODING_ACTIVE)));
+    EXPECT_EQ(videos + 1, seen(status(STATUS_STORAGE_NUM_TOTAL_VIDEOS, 4)));
+
+    const uint64_t photos = seen(status(STATUS_STORAGE_NUM_TOTAL_PHOTOS, 4));
+    EXPECT_EQ(ZV_OK, zvc_app_set_mode_sub_mode(&context, 1, 4)); // time lapse, a photo each half second
+    EXPECT_EQ(ZV_OK, zvc_shutter(&context, 1));
+    camera.advance(10000000);
+    EXPECT_EQ(ZV_OK, zvc_shutter(&context, 0));
+    EXPECT_EQ(photos + 20, seen(status(STATUS_STORAGE_NUM_TOTAL_PHOTOS, 4)));
+    EXPECT_EQ(ZV_ERR, zvc_send_simple_remote_api(&context, 2, 27)); // the video's shutter
+}
+
+TEST_F(SimulatedCamera, GoesThroughAFirmwareUpdate)
+{
+    EXPECT_EQ(ZV_ERR, zvc_fwupdate_flashing_start(&context)); // nothing to flash yet
+    EXPECT_EQ(ZV_OK, zvc_fwupdate_download_start(&context));
+    EXPECT_EQ(6u, seen(status(STATUS_FWUPDATE_OTA_STATUS)));
+    EXPECT_EQ(ZV_OK, zvc_fwupdate_download_done(&context, false));
+    EXPECT_EQ(ZV_OK, zvc_fwupdate_flashing_start(&context));
+    EXPECT_EQ(1u, seen(status(STATUS_SYSTEM_SYSTEM_BUSY)));
+    camera.advance(5000000);
+    EXPECT_EQ(0u, seen(status(STATUS_SYSTEM_SYSTEM_BUSY)));
+    EXPECT_EQ(0u, seen(status(STATUS_FWUPDATE_OTA_STATUS)));
+}
+
+TEST(SimulatedTime, FollowsFromTheSeed)
+{
+    const auto record_after_an_hour = [](uint32_t seed) {
+        Camera camera(62, seed);
+        camera.advance(3600ull * 1000000);
+        return test::Bytes(camera.state().record().begin(), camera.state().record().end());
+    };
+    EXPECT_EQ(record_after_an_hour(1), record_after_an_hour(1));
+    EXPECT_NE(record_after_an_hour(1), record_after_an_hour(2));
+}
+
+TEST(FaultRules, SayWhatIsWrongWithThem)
+{
+    FaultRule rule;
+    EXPECT_EQ("", parse_fault("refuse:group=2,action=27,code=-5", rule));
+    EXPECT_THAT(parse_fault("drip", rule), testing::StartsWith("unknown fault 'drip'; known are drop, delay"));
+    EXPECT_EQ("'every' is no NAME=VALUE", parse_fault("drop:every", rule));
+    EXPECT_EQ("every takes a number, not '3x'", parse_fault("drop:every=3x", rule));
+    EXPECT_EQ("every is 1 or more", parse_fault("drop:every=0", rule));
+    EXPECT_EQ("drop has no option 'ms'", parse_fault("drop:ms=3", rule));
+    EXPECT_EQ("ms cannot be negative", parse_fault("delay:ms=-3", rule));
+    EXPECT_EQ("link is daemon or camera, not 'moon'", parse_fault("drop:link=moon", rule));
 }
 
 TEST_F(SimulatedCamera, DropsDoublesAndDelaysByRule)

@@ -34,7 +34,11 @@ int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *buffer)
 
 int32_t csi_set(uint8_t key, const uint8_t *value, uint32_t length)
 {
-    csi().sets.emplace_back(key, std::string(reinterpret_cast<const char *>(value), length));
+    const std::string text(reinterpret_cast<const char *>(value), length);
+    csi().sets.emplace_back(key, text);
+    if (csi().set_result == 0) {
+        csi().values[key] = text;
+    }
     return csi().set_result;
 }
 
