@@ -146,6 +146,7 @@ TEST(Messages, ElementsOwnTheirData)
     EXPECT_EQ(1, array[0]);
     element.setData(bytes, 3);
     EXPECT_EQ(array, element.getData());
+    EXPECT_EQ(9, array[0]);
     element.setData(element.getData() + 1, 2); // a part of its own
     EXPECT_EQ(3, element.getData()[1]);
     EXPECT_EQ(6, element.getSize());

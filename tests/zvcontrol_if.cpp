@@ -339,6 +339,9 @@ TEST_F(Link, PostsWithoutAWaitOnTheCallersQueue)
 {
     const Queue queue("/to_ZVCU123", 5, 10000);
     ASSERT_EQ(0, zvcontrol_interface_open_async(queue.name()));
+    uint8_t *buffer = nullptr;
+    uint16_t length = 0;
+    EXPECT_EQ(-81, zvcontrol_wait_response(&buffer, &length)); // not its queue; that it is out of step stops no send
     zvcontrol_set_caller_id(1);
     daemon.expect(30, {139, 0, 0, 0, 3, 0, 0, 0});
     daemon.expect(30, {79, 0, 0, 0, 0, 0, 0, 0});
@@ -352,7 +355,7 @@ TEST_F(Link, PostsWithoutAWaitOnTheCallersQueue)
     EXPECT_EQ(daemon_answer(0), queue.receive());
 
     uint8_t response[634] = {0x77};
-    uint16_t length = 634;
+    length = 634;
     daemon.expect(34, {}, SILENCE);
     EXPECT_EQ(0, zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, response, 634,
                                                           &length));
@@ -364,6 +367,11 @@ TEST_F(Link, PostsWithoutAWaitOnTheCallersQueue)
     EXPECT_EQ("Response to (ZVCONTROL_RESYNC_MESSAGE_QUEUE) has wrong size, 0", log_messages().back());
     zvcontrol_interface_close();
     DaemonDouble::send(queue.name(), {1}); // it is still there
+
+    open_in_step();
+    daemon.expect(34, {}, SILENCE);
+    EXPECT_EQ(0, zvcontrol_send_command_param_response(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, response, 634));
+    EXPECT_NE(0x77, response[0]); // what was not received was not kept
 }
 
 TEST(Camera, InformationIsOneRecord)
