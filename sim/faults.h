@@ -3,7 +3,8 @@
 //     KIND[:NAME=VALUE[,NAME=VALUE]...]
 //
 //     drop                the request is carried out, its answer is lost
-//     delay               the answer comes `ms` milliseconds late (15000: longer than a client waits)
+//     delay               the answer comes `ms` milliseconds late (15000: longer than a client waits), and behind it
+//                         what the daemon answers meanwhile
 //     double              the answer comes twice
 //     truncate            the answer is cut to `bytes` bytes (half of it)
 //     corrupt             `bytes` bytes of the answer are overwritten at random (4)

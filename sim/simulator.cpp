@@ -96,13 +96,26 @@ void Simulator::take(Link link, const Bytes &message)
     }
     Bytes reply = peer(link).message(*request, answer);
     distort(effects, reply);
+    const uint64_t due = std::max(m_now + MILLISECOND * effects.delay_ms, last_due(link));
     for (uint32_t copy = 0; copy < effects.copies; ++copy) {
-        if (effects.delay_ms > 0) {
-            m_late.insert({m_now + MILLISECOND * effects.delay_ms, {link, request->source, reply}});
+        if (due > m_now) {
+            m_late.insert({due, {link, request->source, reply}});
         } else {
             send(link, request->source, reply);
         }
     }
+}
+
+// The daemon answers in order: nothing overtakes an answer of its that is late.
+uint64_t Simulator::last_due(Link link) const
+{
+    uint64_t last = 0;
+    for (const auto &[due, late] : m_late) {
+        if (link == Link::DAEMON && late.link == link) {
+            last = due;
+        }
+    }
+    return last;
 }
 
 void Simulator::distort(const Effects &effects, Bytes &message)

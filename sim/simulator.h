@@ -52,6 +52,7 @@ class Simulator {
     };
 
     void take(Link link, const Bytes &message);
+    uint64_t last_due(Link link) const;
     void send(Link link, const std::string &queue, const Bytes &message);
     void distort(const Effects &effects, Bytes &message);
     void record(Link link, bool from_client, const Bytes &message);

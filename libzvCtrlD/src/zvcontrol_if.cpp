@@ -312,6 +312,7 @@ int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_command_t co
             ZV_LOG(ZV_LOG_ERROR, "Resync failed, cannot send command");
             return ZV_ERR_NO_RESPONSE;
         }
+        zvcontrol_flush_response_queue(); // an echo that came twice is no answer to what follows
     }
     const auto number = static_cast<uint32_t>(command);
     if (const int32_t result = post_command(number, param, param_length, where); result != ZV_OK) {
