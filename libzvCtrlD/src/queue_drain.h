@@ -10,7 +10,7 @@ namespace zv {
 // Receives and drops what waits in `queue`, into `buffer`, which holds the queue's message size. `outstanding` is the
 // format of the first log line, with the count. A queue that cannot be asked, such as a closed one, is left alone.
 inline void drain_queue(mqd_t queue, char *buffer, size_t size, const char *outstanding,
-                        const std::source_location &where = std::source_location::current())
+                        const SourceLocation &where = SourceLocation::current())
 {
     mq_attr state = {};
     if (mq_getattr(queue, &state) != 0 || state.mq_curmsgs == 0) {

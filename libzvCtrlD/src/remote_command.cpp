@@ -29,7 +29,7 @@ int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::in
     return result;
 }
 
-int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const std::source_location &where)
+int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const SourceLocation &where)
 {
     if (answer.size >= expected) {
         return ZV_OK;
@@ -39,7 +39,7 @@ int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &te
 }
 
 int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,
-                    Payload &answer, const std::source_location &where)
+                    Payload &answer, const SourceLocation &where)
 {
     const int32_t result = remote_send(context, command, {}, &answer);
     if (texts.opening != nullptr) {
@@ -53,7 +53,7 @@ int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_
 }
 
 int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t *value, const char *text,
-                        uint16_t least, const ReadTexts &texts, const std::source_location &where)
+                        uint16_t least, const ReadTexts &texts, const SourceLocation &where)
 {
     if (value == nullptr) {
         return ZV_ERR_INVALID_PARAM;
@@ -71,7 +71,7 @@ int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uin
 }
 
 int32_t remote_set(zvc_msg_q_context_t *context, RemoteCommand command, int32_t value, const SetRule &rule,
-                   const std::source_location &where)
+                   const SourceLocation &where)
 {
     if (value > rule.highest) {
         ZV_LOG_AT(where, ZV_LOG_ERROR, rule.refusal, value);

@@ -2,7 +2,7 @@
 // library.
 //
 // A command is a group and an action of the remote API; its name is the firmware's. The log lines of an engine name the
-// public function that called it, by its std::source_location.
+// public function that called it, by its source location.
 #pragma once
 
 #include "log_at.h"
@@ -48,10 +48,10 @@ int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::in
 
 // Sends the bare command and asks for at least `expected` bytes. A shorter answer is ZV_ERR_INVALID_PARAM.
 int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,
-                    Payload &answer, const std::source_location &where);
+                    Payload &answer, const SourceLocation &where);
 
 // The last step of a read: an answer of fewer than `expected` bytes is logged and is ZV_ERR_INVALID_PARAM.
-int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const std::source_location &where);
+int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const SourceLocation &where);
 
 // Remote getter of neighbouring bytes: payload byte i, converted to the value's type (as a signed byte for int8_t), in
 // *values[i]. `text` logs the payload bytes at INFO, or is null. A null output is ZV_ERR_INVALID_PARAM, and nothing is
@@ -59,7 +59,7 @@ int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &te
 template <class Value, size_t COUNT>
 int32_t remote_get_bytes(zvc_msg_q_context_t *context, RemoteCommand command, Value *const (&values)[COUNT],
                          const char *text, const ReadTexts &texts = READ_TEXTS,
-                         const std::source_location &where = std::source_location::current())
+                         const SourceLocation &where = SourceLocation::current())
 {
     if (std::find(values, values + COUNT, nullptr) != values + COUNT) {
         return ZV_ERR_INVALID_PARAM;
@@ -83,8 +83,7 @@ int32_t remote_get_bytes(zvc_msg_q_context_t *context, RemoteCommand command, Va
 // Remote getter: one byte.
 template <class Value>
 int32_t remote_get(zvc_msg_q_context_t *context, RemoteCommand command, Value *value, const char *text,
-                   const ReadTexts &texts = READ_TEXTS,
-                   const std::source_location &where = std::source_location::current())
+                   const ReadTexts &texts = READ_TEXTS, const SourceLocation &where = SourceLocation::current())
 {
     return remote_get_bytes(context, command, {value}, text, texts, where);
 }
@@ -93,7 +92,7 @@ int32_t remote_get(zvc_msg_q_context_t *context, RemoteCommand command, Value *v
 // logged as one that should have had `least` bytes, any other short one as one that should have had 4.
 int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t *value, const char *text,
                         uint16_t least, const ReadTexts &texts,
-                        const std::source_location &where = std::source_location::current());
+                        const SourceLocation &where = SourceLocation::current());
 
 // What a remote setter logs and refuses.
 struct SetRule {
@@ -104,7 +103,7 @@ struct SetRule {
 
 // Remote setter: the value's low byte. A value above the rule's limit is ZV_ERR_INVALID_PARAM, and nothing is sent.
 int32_t remote_set(zvc_msg_q_context_t *context, RemoteCommand command, int32_t value, const SetRule &rule = {},
-                   const std::source_location &where = std::source_location::current());
+                   const SourceLocation &where = SourceLocation::current());
 
 // Remote setter of a number of 4 bytes, big-endian.
 int32_t remote_set_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t value);

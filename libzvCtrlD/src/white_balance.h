@@ -14,8 +14,7 @@ constexpr int32_t WHITE_BALANCE_MAX = 12;
 // that cannot be read is logged with `unreadable`, the code its argument, and counts as Auto; a number that is no white
 // balance is ZV_ERR.
 inline int32_t read_white_balance(zvc_msg_q_context_t *context, RemoteCommand get, const char *unreadable,
-                                  int32_t &white_balance,
-                                  const std::source_location &where = std::source_location::current())
+                                  int32_t &white_balance, const SourceLocation &where = SourceLocation::current())
 {
     Payload answer;
     int32_t result = remote_send(context, get, {}, &answer);

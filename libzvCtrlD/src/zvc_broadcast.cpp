@@ -50,7 +50,7 @@ constexpr window_size_row window_size_map[] = {
 
 template <class Record>
 int32_t get_record(zvc_msg_q_context_t *context, RemoteCommand command, Record *record,
-                   const std::source_location &where = std::source_location::current())
+                   const SourceLocation &where = SourceLocation::current())
 {
     if (record == nullptr) {
         return ZV_ERR_INVALID_PARAM;

@@ -50,7 +50,7 @@ int32_t gotCCFeatures = 0;
 int32_t gotUpdateRequired = 0;
 int32_t gotRequiredNetworks = 0;
 
-int32_t check_buffer(const char *buffer, int32_t size, const std::source_location &where)
+int32_t check_buffer(const char *buffer, int32_t size, const zv::SourceLocation &where)
 {
     if (buffer == nullptr) {
         ZV_LOG_AT(where, ZV_LOG_ERROR, "null buf\n");
@@ -76,7 +76,7 @@ void keep_text(char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, const char *text
 }
 
 // Reads a text whose last byte in the service is its terminator. `*length` is the value's whole length.
-int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, uint32_t *length, const std::source_location &where)
+int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, uint32_t *length, const zv::SourceLocation &where)
 {
     if (const int32_t result = check_buffer(buffer, size, where); result != ZV_OK) {
         return result;
@@ -94,7 +94,7 @@ int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, uint32_t *length, c
 }
 
 int32_t get_kept_csi_str(uint8_t key, char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, char *buffer, int32_t size,
-                         const std::source_location &where = std::source_location::current())
+                         const zv::SourceLocation &where = zv::SourceLocation::current())
 {
     if (got != 0) {
         const int32_t result = check_buffer(buffer, size, where);
@@ -112,7 +112,7 @@ int32_t get_kept_csi_str(uint8_t key, char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t
 }
 
 // The first byte of a value. Returns ZV_ERR_INVALID_PARAM when the service refuses, ZV_ERR when the value is empty.
-int32_t get_csi_byte(uint8_t key, uint8_t &byte, const std::source_location &where = std::source_location::current())
+int32_t get_csi_byte(uint8_t key, uint8_t &byte, const zv::SourceLocation &where = zv::SourceLocation::current())
 {
     uint8_t value[CSI_VALUE_MAX] = {};
     uint32_t length = 0;
@@ -140,7 +140,7 @@ uint8_t parse_model_number(const char *text)
 }
 
 // Reads the model number from the camera's configuration file, and keeps it.
-uint8_t load_model_number(const std::source_location &where)
+uint8_t load_model_number(const zv::SourceLocation &where)
 {
     ZV_LOG_AT(where, ZV_LOG_WARN, "csi model_number lookup failed\n");
     FILE *pipe = popen(MODEL_NUMBER_COMMAND, "r");
@@ -165,7 +165,7 @@ uint8_t zvc_state_get_model_number()
         get_csi_byte(CSI_MODEL_NUMBER, zvc_state_data.model_number);
     }
     if (zvc_state_data.model_number == 0) {
-        return load_model_number(std::source_location::current());
+        return load_model_number(zv::SourceLocation::current());
     }
     ZV_LOG(ZV_LOG_INFO, "model_number, %d\n", zvc_state_data.model_number);
     return zvc_state_data.model_number;
@@ -173,7 +173,7 @@ uint8_t zvc_state_get_model_number()
 
 int32_t zvc_state_get_model_name(char *buffer, int32_t size)
 {
-    if (const int32_t result = check_buffer(buffer, size, std::source_location::current()); result != ZV_OK) {
+    if (const int32_t result = check_buffer(buffer, size, zv::SourceLocation::current()); result != ZV_OK) {
         return result;
     }
     if (gotModelName != 0) {
@@ -222,7 +222,7 @@ int32_t zvc_state_get_ap_mac(char *buffer, int32_t size)
 int32_t zvc_state_get_ap_ssid(char *buffer, int32_t size)
 {
     uint32_t length = 0;
-    return get_csi_str(CSI_AP_SSID, buffer, size, &length, std::source_location::current());
+    return get_csi_str(CSI_AP_SSID, buffer, size, &length, zv::SourceLocation::current());
 }
 
 int32_t zvc_state_get_ap_has_default_credentials(bool *result)
@@ -299,7 +299,7 @@ int32_t zvc_state_get_logs_ready_status(uint32_t *ready)
 
 int32_t zvc_state_get_required_networks(char *buffer, int32_t size)
 {
-    if (const int32_t result = check_buffer(buffer, size, std::source_location::current()); result != ZV_OK) {
+    if (const int32_t result = check_buffer(buffer, size, zv::SourceLocation::current()); result != ZV_OK) {
         return result;
     }
     if (gotRequiredNetworks == 0) {

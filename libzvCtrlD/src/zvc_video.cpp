@@ -420,7 +420,7 @@ int32_t zvc_video_get_current_res_fps_shutter(zvc_msg_q_context_t *context, int3
         ZV_LOG(ZV_LOG_ERROR, "zvc_send_remote_api_for_response error, %d", result);
         return result;
     }
-    if (check_size(answer, SETTINGS_VIDEO_EXPOSURE_TIME + 1, READ_TEXTS, std::source_location::current()) != ZV_OK) {
+    if (check_size(answer, SETTINGS_VIDEO_EXPOSURE_TIME + 1, READ_TEXTS, SourceLocation::current()) != ZV_OK) {
         return ZV_ERR_INVALID_PARAM;
     }
     for (const auto &[output, offset] : outputs) {
@@ -439,7 +439,7 @@ int32_t zvc_video_get_current_flat_mode(zvc_msg_q_context_t *context, int32_t *f
     }
     Payload answer;
     const int32_t result = remote_read(context, REMOTE_SETUP_CURRENT_SETTINGS_GET, CURRENT_SETTINGS_SIZE, READ_TEXTS,
-                                       answer, std::source_location::current());
+                                       answer, SourceLocation::current());
     if (result == ZV_OK) {
         *flat_mode = signed_byte(answer.bytes, SETTINGS_SETUP_CURRENT_FLAT_MODE);
         ZV_LOG(ZV_LOG_INFO, "flat_mode, %d", *flat_mode);

@@ -120,7 +120,7 @@ size_t command_size(const uint8_t *param, uint16_t param_length)
 }
 
 // Writes a command into the receive buffer, which its answer will overwrite, and posts it.
-int32_t post_command(uint32_t command, const uint8_t *param, uint16_t param_length, const std::source_location &where)
+int32_t post_command(uint32_t command, const uint8_t *param, uint16_t param_length, const zv::SourceLocation &where)
 {
     uint8_t number[NUMBER_SIZE];
     zv::put_le32(number, command);
@@ -150,7 +150,7 @@ int32_t post_command(uint32_t command, const uint8_t *param, uint16_t param_leng
 
 // The next message, as the answer to a command that was posted.
 int32_t wait_answer(uint32_t command, const char *name, const uint8_t *&answer, uint16_t &length,
-                    const std::source_location &where)
+                    const zv::SourceLocation &where)
 {
     uint8_t *buffer = nullptr;
     const int32_t result = zvcontrol_wait_response(&buffer, &length);
@@ -296,7 +296,7 @@ int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_command_t co
                                                           uint16_t param_length, uint8_t *response,
                                                           uint16_t response_size, uint16_t *response_length)
 {
-    const auto where = std::source_location::current();
+    const auto where = zv::SourceLocation::current();
     if (pReceiveBuffer == nullptr) {
         ZV_LOG(ZV_LOG_ERROR, "pReceiveBuffer NULL!");
         return ZV_ERR;
@@ -336,7 +336,7 @@ int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_command_t co
 
 int32_t zvcontrol_send_resync()
 {
-    const auto where = std::source_location::current();
+    const auto where = zv::SourceLocation::current();
     const uint32_t sync_key = ++lastSyncKey;
     uint8_t key[NUMBER_SIZE];
     zv::put_le32(key, sync_key);
