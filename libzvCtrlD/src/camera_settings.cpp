@@ -1,1 +1,276 @@
 #include "camera_settings.h"
+
+#include "camera_settings_catalogue.h"
+#include "json_writer.h"
+
+#include <atomic>
+#include <cstdio>
+#include <mutex>
+
+namespace {
+
+using zv::is_sable_knoll;
+
+// A map that callers are given: empty at first, filled by the first call with a sable_knoll model and then the same for
+// good. It is never destroyed, so that a caller may still read it while the process ends.
+template <class Map>
+class WorkingCopy {
+  public:
+    const Map &fill(uint32_t model, Map (*make)())
+    {
+        std::call_once(m_created, [this] { m_map = new Map; });
+        if (is_sable_knoll(model)) {
+            std::call_once(m_filled, [this, make] { *m_map = make(); });
+        }
+        return *m_map;
+    }
+
+  private:
+    std::once_flag m_created;
+    std::once_flag m_filled;
+    Map *m_map = nullptr;
+};
+
+using ModeGroups = std::map<uint32_t, const char *>;
+
+WorkingCopy<zv::OptionValues> cameraOptionIds;
+WorkingCopy<zv::OptionLists> cameraOptions;
+WorkingCopy<zv::FilterRules> cameraFilters;
+WorkingCopy<ModeGroups> cameraUIModeGroups;
+
+// The copies that no caller sees are answered from constant tables; what stands here is whether they are filled.
+std::atomic<bool> cameraOptionValues = false; // with them cameraDefaultOptions: the same functions fill both
+
+enum class BypassSet { EMPTY, DEFAULT, SABLE_KNOLL };
+std::atomic<BypassSet> cameraBypassPresetEditStart = BypassSet::EMPTY;
+
+constexpr const char *sable_knoll_open_zelvar_version = "2.0";
+
+constexpr zv::FlatModes VIDEO_SETTINGS_MODES{12, 13, 14, 15, 23, 24, 25, 27};
+
+// Two shortcuts share a value with a second one; the flat mode tells which one is meant.
+constexpr uint32_t FIRST_SHORTCUT = 129;
+constexpr uint32_t LAST_SHORTCUT = 132;
+constexpr uint32_t FLAT_MODE_VIDEO = 12;
+constexpr uint32_t FLAT_MODE_LOOPING = 15;
+constexpr uint32_t FLAT_MODE_SINGLE_PHOTO = 16;
+
+constexpr uint32_t INTERVAL_VALUE = 13;
+constexpr uint32_t INTERVAL_ID = 13;
+constexpr uint32_t LOOPING_INTERVAL_ID = 109;
+constexpr uint32_t SHUTTER_VALUE = 6;
+constexpr uint32_t SHUTTER_ID = 6;
+constexpr uint32_t VIDEO_SHUTTER_ID = 111;
+
+bool is_shortcut(uint32_t setting)
+{
+    return setting >= FIRST_SHORTCUT && setting <= LAST_SHORTCUT;
+}
+
+ModeGroups make_mode_groups()
+{
+    return {{1000, "VIDEO"}, {1001, "PHOTO"}, {1002, "TIME LAPSE"}};
+}
+
+uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)
+{
+    if (value == INTERVAL_VALUE) {
+        return flat_mode == FLAT_MODE_LOOPING ? LOOPING_INTERVAL_ID : INTERVAL_ID;
+    }
+    if (value == SHUTTER_VALUE) {
+        return flat_mode == FLAT_MODE_VIDEO || flat_mode == FLAT_MODE_SINGLE_PHOTO ? VIDEO_SHUTTER_ID : SHUTTER_ID;
+    }
+    return id;
+}
+
+uint32_t option_id_by_value(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
+{
+    bool filled = cameraOptionValues.load(std::memory_order_relaxed);
+    if (!filled && is_sable_knoll(model)) {
+        cameraOptionValues.store(true, std::memory_order_relaxed);
+        filled = true;
+    }
+    const zv::OptionId found = filled ? zv::option_id_of_value(setting, value) : zv::OptionId{false, value};
+    if (!found.known) {
+        ZV_LOG(ZV_LOG_ERROR, "Could not find option value:%u for setting:%u for camera:%d", value, setting,
+               static_cast<int>(model));
+    }
+    return is_shortcut(setting) ? shortcut_id(value, flat_mode, found.id) : found.id;
+}
+
+// ---- Documents ----
+
+uint32_t option_id(const settings_field_t &row, const zv::SettingsSource &source)
+{
+    const auto value = static_cast<uint32_t>(zv::field_value(row, source));
+    return option_id_by_value(source.model, row.id, value, source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
+}
+
+template <class Visit>
+void for_each_setting(uint32_t model, Visit visit)
+{
+    const auto &fields = is_sable_knoll(model) ? zv::settings_all_fields_sable_knoll : zv::settings_all_fields;
+    for (const settings_field_t *row = fields.data(); row->id != zv::SETTINGS_END_ID; ++row) {
+        if (row->id != 0) {
+            visit(*row);
+        }
+    }
+}
+
+zv::SettingsSource source_of(const all_status_settings_t *record, uint32_t model)
+{
+    return {record->bytes + ALL_SETTINGS_OFFSET, record->bytes + ALL_STATUS_OFFSET, model};
+}
+
+// The document's head and end count as a member each.
+constexpr size_t DOCUMENT_SIZE = (zv::SETTINGS_END_ROW + 2) * zv::JSON_MEMBER_SIZE;
+
+} // namespace
+
+const char *getOpenZelvarVersion(uint32_t model)
+{
+    return is_sable_knoll(model) ? sable_knoll_open_zelvar_version : " ";
+}
+
+const ModeGroups &getUIModeGroups(uint32_t model)
+{
+    return cameraUIModeGroups.fill(model, make_mode_groups);
+}
+
+const zv::OptionLists &getCameraOptions(uint32_t model)
+{
+    return cameraOptions.fill(model, zv::make_option_lists);
+}
+
+const zv::FilterRules &getCameraFilters(uint32_t model)
+{
+    return cameraFilters.fill(model, zv::make_filter_rules);
+}
+
+const zv::OptionValues &getOptionIds(uint32_t model)
+{
+    return cameraOptionIds.fill(model, zv::make_option_values);
+}
+
+bool bypassPresetEditStart(uint32_t setting, uint32_t model)
+{
+    auto set = BypassSet::EMPTY;
+    const auto wanted = is_sable_knoll(model) ? BypassSet::SABLE_KNOLL : BypassSet::DEFAULT;
+    if (cameraBypassPresetEditStart.compare_exchange_strong(set, wanted)) {
+        set = wanted;
+    }
+    return zv::bypasses_preset_edit(setting, set == BypassSet::SABLE_KNOLL);
+}
+
+bool skipOptionCheck(uint32_t setting, uint32_t value)
+{
+    return zv::skips_option_check(setting, value);
+}
+
+bool usesVideoSettings(uint32_t flat_mode)
+{
+    return VIDEO_SETTINGS_MODES.contains(flat_mode);
+}
+
+bool usesPhotoSettings(uint32_t flat_mode)
+{
+    return zv::PHOTO_MODES.contains(flat_mode);
+}
+
+bool usesMultiShotSettings(uint32_t flat_mode)
+{
+    return zv::MULTI_SHOT_MODES.contains(flat_mode);
+}
+
+bool optionIdExists(uint32_t model, uint32_t setting, uint32_t id)
+{
+    if (zv::skips_option_check(setting, id)) {
+        return true;
+    }
+    const zv::OptionValues &settings = getOptionIds(model);
+    const auto options = settings.find(setting);
+    return options != settings.end() && options->second.contains(id);
+}
+
+uint32_t getOptionIdByValue(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
+{
+    return option_id_by_value(model, setting, value, flat_mode);
+}
+
+uint32_t getOptionValueById(uint32_t model, uint32_t setting, uint32_t id)
+{
+    const zv::OptionValues &settings = getOptionIds(model);
+    if (is_shortcut(setting) && id == LOOPING_INTERVAL_ID) {
+        return INTERVAL_VALUE;
+    }
+    if (is_shortcut(setting) && id == VIDEO_SHUTTER_ID) {
+        return SHUTTER_VALUE;
+    }
+    if (const auto options = settings.find(setting); options != settings.end()) {
+        if (const auto option = options->second.find(id); option != options->second.end()) {
+            return option->second;
+        }
+    }
+    return id;
+}
+
+int32_t camera_settings_serialize_to_json(std::stringstream &stream, const appc_setup_all_settings *settings,
+                                          const appc_system_all_status *status, const zvcontrol_system_settings *,
+                                          uint32_t model)
+{
+    if (settings == nullptr) {
+        fprintf(stderr, "%s(%d): NULL settings\n", __func__, __LINE__);
+        return -1;
+    }
+    const zv::SettingsSource source = {settings->bytes, status != nullptr ? status->bytes : nullptr, model};
+    char buffer[DOCUMENT_SIZE];
+    zv::JsonWriter json(buffer);
+    json.literal("\"settings\":{");
+    for_each_setting(model, [&](const settings_field_t &row) {
+        json.key(row.id);
+        json.number(option_id(row, source));
+        json.comma();
+    });
+    json.drop_comma();
+    json.literal("}");
+    stream.write(json.begin(), json.size());
+    return 0;
+}
+
+int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stream,
+                                                         const all_status_settings_t *current,
+                                                         const all_status_settings_t *previous, uint32_t model)
+{
+    if (current == nullptr) {
+        fprintf(stderr, "%s(%d): NULL settings\n", __func__, __LINE__);
+        return -1;
+    }
+    const zv::SettingsSource before = source_of(previous, model);
+    const zv::SettingsSource now = source_of(current, model);
+    char buffer[DOCUMENT_SIZE];
+    zv::JsonWriter json(buffer);
+    int32_t changes = 0;
+    for_each_setting(model, [&](const settings_field_t &row) {
+        const uint32_t old_id = option_id(row, before);
+        const uint32_t id = option_id(row, now);
+        if (id != old_id) {
+            ++changes;
+            json.key(row.id);
+            json.number(id);
+            json.comma();
+        }
+    });
+    json.drop_comma();
+    stream.write(json.begin(), json.size());
+    return changes;
+}
+
+void update_camera_settings(const all_status_settings_t *record, uint32_t model, std::vector<uint32_t> &values)
+{
+    if (record == nullptr) {
+        fprintf(stderr, "%s(%d): NULL settings\n", __func__, __LINE__);
+        return;
+    }
+    const zv::SettingsSource source = source_of(record, model);
+    for_each_setting(model, [&](const settings_field_t &row) { values[row.id] = option_id(row, source); });
+}
