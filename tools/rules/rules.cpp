@@ -1,0 +1,149 @@
+#include "rules.h"
+
+#include <algorithm>
+#include <iterator>
+#include <zvctrl/camera_status.h>
+
+namespace zv {
+
+namespace {
+
+using Options = std::map<uint32_t, std::vector<option_t *>>;
+
+const option_t *find_option(const Options &catalogue, uint32_t setting, uint32_t id)
+{
+    if (const auto options = catalogue.find(setting); options != catalogue.end()) {
+        for (const option_t *option : options->second) {
+            if (option->id == id) {
+                return option;
+            }
+        }
+    }
+    return nullptr;
+}
+
+bool lists(const filter_info_t &element, const std::string &text)
+{
+    return std::find(element.values.begin(), element.values.end(), text) != element.values.end();
+}
+
+// Puts what the condition looks at into `current`.
+bool holds(const filter_info_t &condition, const CameraState &state, const Options &catalogue, std::string &current)
+{
+    const bool wanted = condition.include == 1;
+    if (condition.type == FILTER_INFO_STATUS) {
+        current = std::to_string(state.statuses.at(condition.id));
+        return lists(condition, current) == wanted;
+    }
+    const uint32_t id = state.settings.at(condition.id);
+    const option_t *option = find_option(catalogue, condition.id, id);
+    current = option != nullptr ? option->key : std::to_string(id);
+    return (option != nullptr && lists(condition, current)) == wanted;
+}
+
+// The consequence that takes away the option with `key`, or without a key the setting as a whole; null for none.
+const filter_info_t *consequence_against(const std::vector<filter_info_t *> &rule, uint32_t setting, const char *key)
+{
+    for (const filter_info_t *element : rule) {
+        if (element->type != FILTER_INFO_BLOCK || element->id != setting) {
+            continue;
+        }
+        if (element->values.empty() || (key != nullptr && lists(*element, key) == (element->include == 1))) {
+            return element;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+CameraState read_state(const all_status_settings_t &record, uint32_t model)
+{
+    CameraState state;
+    appc_system_all_status status;
+    std::copy_n(record.bytes + ALL_STATUS_OFFSET, sizeof status.bytes, status.bytes);
+    update_camera_settings(&record, model, state.settings);
+    update_camera_status(&status, model, state.statuses);
+    return state;
+}
+
+std::string because(const Removal &removal)
+{
+    std::string text;
+    for (const MetCondition &met : removal.conditions) {
+        text += text.empty() ? "" : " and ";
+        text += met.condition->type == FILTER_INFO_STATUS ? "status " : "setting ";
+        text += std::to_string(met.condition->id) + " is " + met.current;
+    }
+    return text;
+}
+
+Availability::Availability(const CameraState &state, uint32_t model) : m_catalogue(getCameraOptions(model))
+{
+    for (const auto &[number, elements] : getCameraFilters(model)) {
+        Applied rule = {number, &elements, {}};
+        const bool applies = std::all_of(elements.begin(), elements.end(), [&](const filter_info_t *element) {
+            if (element->type == FILTER_INFO_BLOCK) {
+                return true;
+            }
+            MetCondition &met = rule.conditions.emplace_back(MetCondition{element, {}});
+            return holds(*element, state, m_catalogue, met.current);
+        });
+        if (applies) {
+            m_applied.push_back(std::move(rule));
+        }
+    }
+    for (const auto &[setting, options] : m_catalogue) {
+        const auto taken = [&](const char *key) {
+            return std::any_of(m_applied.begin(), m_applied.end(), [&](const Applied &rule) {
+                return consequence_against(*rule.elements, setting, key) != nullptr;
+            });
+        };
+        Offer &offer = m_offers[setting];
+        offer.off = taken(nullptr);
+        std::copy_if(options.begin(), options.end(), std::back_inserter(offer.options),
+                     [&](const option_t *option) { return !taken(option->key); });
+    }
+}
+
+std::vector<Removal> Availability::removals(uint32_t setting, const char *key) const
+{
+    std::vector<Removal> found;
+    for (const Applied &rule : m_applied) {
+        if (const filter_info_t *consequence = consequence_against(*rule.elements, setting, key)) {
+            found.push_back({rule.number, consequence, rule.conditions});
+        }
+    }
+    return found;
+}
+
+bool Availability::offers(uint32_t setting) const
+{
+    const auto offer = m_offers.find(setting);
+    return offer != m_offers.end() && !offer->second.off;
+}
+
+bool Availability::offers(uint32_t setting, uint32_t option_id) const
+{
+    const std::vector<const option_t *> left = options(setting);
+    return std::any_of(left.begin(), left.end(), [option_id](const option_t *o) { return o->id == option_id; });
+}
+
+std::vector<const option_t *> Availability::options(uint32_t setting) const
+{
+    const auto offer = m_offers.find(setting);
+    return offer != m_offers.end() ? offer->second.options : std::vector<const option_t *>{};
+}
+
+std::vector<Removal> Availability::why(uint32_t setting) const
+{
+    return removals(setting, nullptr);
+}
+
+std::vector<Removal> Availability::why(uint32_t setting, uint32_t option_id) const
+{
+    const option_t *option = find_option(m_catalogue, setting, option_id);
+    return option != nullptr ? removals(setting, option->key) : std::vector<Removal>{};
+}
+
+} // namespace zv
