@@ -1,5 +1,6 @@
 #include "zvDbg.h"
 
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
@@ -47,7 +48,7 @@ namespace {
 constexpr char TIMER_PATH[] = "/sys/generic-timer/counter";
 constexpr int32_t TIMER_CLOSED = -22;
 
-int32_t timestamp_fd = TIMER_CLOSED;
+std::atomic<int32_t> timestamp_fd = TIMER_CLOSED; // threads that find it closed may both open it; the last one stays
 
 constexpr const char *pLogLevelStrings[] = {
     "[ OFF ]", "[FATAL]", "[ERROR]", "[WARN ]", "[DEBUG]", "[INFO ]", "[TRACE]",
@@ -81,10 +82,10 @@ int32_t timestampinit()
     if (timestamp_fd >= 0) {
         return 0;
     }
-    timestamp_fd = open(TIMER_PATH, O_RDONLY | O_CLOEXEC);
-    if (timestamp_fd < 0) {
-        printf("***********************************\nfailed to open sysfs timer at %s (%d)\n", TIMER_PATH,
-               timestamp_fd);
+    const int fd = open(TIMER_PATH, O_RDONLY | O_CLOEXEC);
+    timestamp_fd = fd;
+    if (fd < 0) {
+        printf("***********************************\nfailed to open sysfs timer at %s (%d)\n", TIMER_PATH, fd);
         return -1;
     }
     return 0;
@@ -96,16 +97,17 @@ void getlogtime(char *buf)
         return;
     }
     timestampinit();
-    if (timestamp_fd >= 0) {
+    if (int32_t fd = timestamp_fd; fd >= 0) {
         uint64_t counter = 0;
-        const ssize_t got = pread(timestamp_fd, &counter, sizeof counter, 0);
+        const ssize_t got = pread(fd, &counter, sizeof counter, 0);
         if (got == static_cast<ssize_t>(sizeof counter)) {
             snprintf(buf, TIME_SIZE, "[%.8u]", static_cast<uint32_t>(counter / 1000));
             return;
         }
         printf("******** failed to read sysfs counter (%d)\n", static_cast<int>(got));
-        close(timestamp_fd);
-        timestamp_fd = TIMER_CLOSED;
+        if (timestamp_fd.compare_exchange_strong(fd, TIMER_CLOSED)) { // another thread has not closed it yet
+            close(fd);
+        }
     }
     timespec now = {};
     clock_gettime(CLOCK_BOOTTIME, &now);
