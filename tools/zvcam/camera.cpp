@@ -1,0 +1,156 @@
+// The camera itself: what it is, its mode, its format, the shutter, the lens.
+
+#include "command.h"
+#include "failure.h"
+#include "links.h"
+#include "number.h"
+#include "options.h"
+#include "output.h"
+
+#include <zvctrl/camera_settings.h>
+#include <zvctrl/zvc_commands_zvx.h>
+#include <zvctrl/zvc_video.h>
+#include <zvctrl/zvcontrol_if.h>
+
+namespace zvcam {
+
+namespace {
+
+constexpr int64_t BYTE = UINT8_MAX;
+constexpr FormatSettings VIDEO_SETTINGS = {SETTING_VIDEO_RESOLUTION, SETTING_VIDEO_FPS, SETTING_VIDEO_FOV};
+
+constexpr Number ZOOM = {"digital zoom", read_with<zvc_app_get_digital_zoom>, write_with<zvc_app_set_digital_zoom>,
+                         BYTE};
+constexpr Number DELAY = {"capture delay", read_with<zvc_app_get_capture_delay>, write_with<zvc_app_set_capture_delay>,
+                          BYTE, SETTING_CAPTURE_DELAY};
+constexpr Number LENS_TYPE = {"lens type", read_with<zvc_system_get_lens_type>, write_with<zvc_system_set_lens_type>,
+                              INT8_MAX, SETTING_ADDON_LENS_ACTIVE};
+constexpr Number LENS_STATUS = {"lens status", read_with<zvc_system_get_lens_status>,
+                                write_with<zvc_system_set_lens_status>, INT8_MAX, SETTING_ADDON_LENS_STATUS};
+constexpr Number LENS_MODE = {"lens mode", read_with<zvc_system_get_lens_mode>, write_with<zvc_system_set_lens_mode>,
+                              INT8_MAX};
+constexpr Number LENS_IN_USE = {"lens in use", read_with<zvc_system_get_lens>, write_with<zvc_system_set_lens>,
+                                INT8_MAX};
+
+// A field of the camera information record: a text, or a number where `is_number`.
+struct InfoField {
+    const char *name;
+    size_t offset;
+    bool is_number;
+};
+
+constexpr InfoField INFO_FIELDS[] = {
+    {"model", CAMERA_INFO_MODEL_NAME, false},
+    {"model number", CAMERA_INFO_MODEL_NUMBER, true},
+    {"board", CAMERA_INFO_BOARD_TYPE, false},
+    {"firmware", CAMERA_INFO_FIRMWARE_VERSION, false},
+    {"serial number", CAMERA_INFO_SERIAL_NUMBER, false},
+    {"network name", CAMERA_INFO_AP_SSID, false},
+    {"network address", CAMERA_INFO_AP_MAC, false},
+    {"features", CAMERA_INFO_COMMON_CAMERA_FEATURES, true},
+    {"networks required", CAMERA_INFO_REQUIRED_NETWORKS, false},
+};
+
+uint32_t number_at(const uint8_t *bytes)
+{
+    return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
+           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
+}
+
+void info(const Arguments &)
+{
+    uint8_t camera[CAMERA_INFO_SIZE] = {};
+    check(zvcontrol_get_camera_info(camera), "read the camera's identity from the system information service");
+    for (const InfoField &field : INFO_FIELDS) {
+        const uint8_t *bytes = camera + field.offset;
+        const std::string text =
+            field.is_number ? std::to_string(number_at(bytes)) : reinterpret_cast<const char *>(bytes);
+        print("%-18s %s\n", field.name, printable(text).c_str());
+    }
+}
+
+void shutter(const Arguments &arguments)
+{
+    const std::string &state = arguments.words.front();
+    if (state != "on" && state != "off") {
+        fail(WRONG_USAGE, "the shutter is on or off, not \"%s\"", state.c_str());
+    }
+    const bool on = state == "on";
+    CameraLink camera;
+    camera.check(zvc_shutter(camera, on ? 1 : 0), on ? "start the capture" : "stop the capture");
+    print("%s\n", on ? "capture started" : "capture stopped");
+}
+
+void mode(const Arguments &)
+{
+    CameraLink camera;
+    int32_t pair_mode = 0;
+    int32_t sub_mode = 0;
+    int32_t flat_mode = 0;
+    camera.check(zvc_app_get_mode_flat_mode(camera, &pair_mode, &flat_mode), "read the mode");
+    camera.check(zvc_app_get_mode_sub_mode(camera, &pair_mode, &sub_mode), "read the sub mode");
+    print("%s: flat mode %d, mode %d, sub mode %d\n",
+          value_text(SETTING_CURRENT_FLAT_MODE, static_cast<uint32_t>(flat_mode)).c_str(), flat_mode, pair_mode,
+          sub_mode);
+}
+
+Format read_format(CameraLink &camera)
+{
+    Format format = {};
+    camera.check(zvc_video_get_res_fps_fov(camera, &format.resolution, &format.fps, &format.fov), "read the format");
+    return format;
+}
+
+void tell_adjustment(const char *what, uint32_t setting, int32_t wanted, int32_t now)
+{
+    if (wanted != now) {
+        print("adjusted: %s %s is not offered there, %s is\n", what,
+              value_text(setting, static_cast<uint32_t>(wanted)).c_str(),
+              value_text(setting, static_cast<uint32_t>(now)).c_str());
+    }
+}
+
+void format(const Arguments &arguments)
+{
+    CameraLink camera;
+    Format now = read_format(camera);
+    if (!arguments.words.empty()) {
+        const Format wanted = parse_format(arguments, VIDEO_SETTINGS, now);
+        camera.check(zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov), "set the format");
+        now = read_format(camera);
+        tell_adjustment("resolution", SETTING_VIDEO_RESOLUTION, wanted.resolution, now.resolution);
+        tell_adjustment("frame rate", SETTING_VIDEO_FPS, wanted.fps, now.fps);
+        tell_adjustment("field of view", SETTING_VIDEO_FOV, wanted.fov, now.fov);
+    }
+    print("%s\n", format_text(now, VIDEO_SETTINGS).c_str());
+}
+
+void lens(const Arguments &)
+{
+    CameraLink camera;
+    for (const Number *number : {&LENS_TYPE, &LENS_STATUS, &LENS_MODE, &LENS_IN_USE}) {
+        show_number(camera, *number);
+    }
+}
+
+constexpr Command COMMANDS[] = {
+    {"info", "", "which camera this is", info},
+    {"shutter", "on|off", "start or stop a capture in the present mode", shutter},
+    {"mode", "", "the capture mode", mode},
+    {"format", "[RESOLUTION] [FPS] [FOV]",
+     "the video format: show it, or set the nearest that the camera offers; what is not given is kept", format},
+    {"zoom", "[ZOOM]", "the digital zoom", show_or_set<ZOOM>},
+    {"delay", "[DELAY]", "the capture delay, an option of setting 105", show_or_set<DELAY>},
+    {"lens", "", "the lens", lens},
+    {"lens show", "", "all of it", lens},
+    {"lens type", "[TYPE]", "the lens that is mounted, an option of setting 189", show_or_set<LENS_TYPE>},
+    {"lens status", "[STATUS]", "whether the add-on lens is on, an option of setting 190", show_or_set<LENS_STATUS>},
+    {"lens mode", "[MODE]", "how the lens is chosen", show_or_set<LENS_MODE>},
+    {"lens use", "[LENS]", "the lens in use", show_or_set<LENS_IN_USE>},
+};
+
+} // namespace
+
+constinit const Commands CAMERA_COMMANDS = COMMANDS;
+
+} // namespace zvcam

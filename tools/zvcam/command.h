@@ -1,0 +1,57 @@
+// A command of the tool is a row: its name, what it takes, a line of help, and a function. Each noun has a source of
+// its own with a table of such rows; main.cpp turns the tables into the option parser's words.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace zvcam {
+
+struct Option {
+    const char *name = nullptr;    // "--json"
+    const char *operand = nullptr; // what stands behind it; null for a flag
+    const char *help = nullptr;
+};
+
+// What stands behind the command's name.
+struct Arguments {
+    std::vector<std::string> words;             // operands, in order
+    std::map<std::string, std::string> options; // those that were given
+
+    bool given(const char *option) const { return options.count(option) != 0; }
+
+    // An option's number between the limits, or `otherwise` when it was not given.
+    int64_t number(const char *option, int64_t otherwise, int64_t low, int64_t high) const;
+};
+
+// A number between the limits, decimal or 0x and hexadecimal. Anything else is wrong usage, and `what` names it.
+int64_t parse_number(const std::string &text, const char *what, int64_t low, int64_t high);
+
+struct Command {
+    const char *name;     // "status"; "media tag" is a command of the group "media", whose row stands before it
+    const char *operands; // "NAME [OPTION]"; the last one may take many: "[HEX...]"
+    const char *help;
+    void (*run)(const Arguments &); // throws Failure
+    Option options[4] = {};
+};
+
+using Commands = std::span<const Command>;
+
+extern const Commands STATUS_COMMANDS;
+extern const Commands SETTINGS_COMMANDS;
+extern const Commands CAMERA_COMMANDS;
+extern const Commands BROADCAST_COMMANDS;
+extern const Commands FIRMWARE_COMMANDS;
+extern const Commands MESSAGE_COMMANDS;
+
+constexpr Option JSON = {"--json", nullptr, "print the JSON that services serve"};
+constexpr Option YES = {"--yes", nullptr, "do not ask"};
+
+// Asks on the terminal before something that cannot be undone, unless --yes was given. No is the answer of whoever
+// cannot be asked, and ends the command.
+void confirm(const Arguments &arguments, const char *question);
+
+} // namespace zvcam

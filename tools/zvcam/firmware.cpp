@@ -1,0 +1,53 @@
+// The stages of a firmware update over the air.
+
+#include "command.h"
+#include "failure.h"
+#include "links.h"
+
+#include <zvctrl/zvc_fwupdate.h>
+
+namespace zvcam {
+
+namespace {
+
+void download_start(const Arguments &arguments)
+{
+    confirm(arguments, "Tell the camera that a firmware download begins?");
+    check(zvc_fwupdate_download_start(nullptr), "store that the download begins");
+}
+
+void download_cancel(const Arguments &arguments)
+{
+    confirm(arguments, "Tell the camera that the firmware download is given up?");
+    check(zvc_fwupdate_download_cancel(nullptr), "store that the download is given up");
+}
+
+void download_done(const Arguments &arguments)
+{
+    CameraLink camera;
+    confirm(arguments, "Tell the camera that the firmware is there?");
+    camera.check(zvc_fwupdate_download_done(camera, arguments.given("--prompt")), "report the download");
+}
+
+void flash(const Arguments &arguments)
+{
+    CameraLink camera;
+    confirm(arguments, "Flash the firmware now? The camera must not lose power until it is done.");
+    camera.check(zvc_fwupdate_flashing_start(camera), "start flashing");
+}
+
+constexpr Option PROMPT = {"--prompt", nullptr, "the camera asks its user first"};
+
+constexpr Command COMMANDS[] = {
+    {"firmware", "", "a firmware update over the air", nullptr},
+    {"firmware download-start", "", "the download begins", download_start, {YES}},
+    {"firmware download-cancel", "", "the download is given up", download_cancel, {YES}},
+    {"firmware download-done", "", "the download is complete", download_done, {YES, PROMPT}},
+    {"firmware flash", "", "flash what was downloaded", flash, {YES}},
+};
+
+} // namespace
+
+constinit const Commands FIRMWARE_COMMANDS = COMMANDS;
+
+} // namespace zvcam

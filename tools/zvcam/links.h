@@ -1,0 +1,56 @@
+// The two links to the camera. Each opens its queues when it is made and closes them when it goes; a signal that ends
+// the process takes the process's own queues along.
+#pragma once
+
+#include <mqueue.h>
+#include <string>
+#include <zvctrl/camera_status.h>
+#include <zvctrl/zvc_commands.h>
+
+namespace zvcam {
+
+// Wait for the camera's side to come up, as the library does, instead of giving up at once.
+void wait_for_peers(bool wait);
+
+// From now on SIGINT, SIGTERM, SIGHUP and SIGPIPE remove this process's queues before they end it.
+void remove_queues_at_signals();
+
+// SIGINT and SIGTERM are the ordinary end of what runs now: exit code 0.
+void expect_interruption();
+
+// The control daemon.
+class DaemonLink {
+  public:
+    DaemonLink();
+    ~DaemonLink();
+    DaemonLink(const DaemonLink &) = delete;
+    DaemonLink &operator=(const DaemonLink &) = delete;
+
+    // The camera's whole state as it is now; no answer ends the command.
+    all_status_settings_t poll();
+
+    // The same, but without an answer the last known state with the busy flag set, and false.
+    bool poll(all_status_settings_t &record);
+};
+
+// The firmware, behind the relay.
+class CameraLink {
+  public:
+    CameraLink();
+    ~CameraLink();
+    CameraLink(const CameraLink &) = delete;
+    CameraLink &operator=(const CameraLink &) = delete;
+
+    operator zvc_msg_q_context_t *() { return &m_context; }
+
+    // Ends the command when `result`, of a call on this link, is not 0.
+    void check(int32_t result, const char *doing) const;
+
+  private:
+    zvc_msg_q_context_t m_context = {};
+};
+
+// The camera's model number, which selects the tables of settings and options; 0 when nobody knows it.
+uint32_t camera_model();
+
+} // namespace zvcam

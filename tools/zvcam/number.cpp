@@ -1,0 +1,41 @@
+#include "number.h"
+
+#include "options.h"
+#include "output.h"
+
+namespace zvcam {
+
+void show_number(CameraLink &camera, const Number &number)
+{
+    int64_t value = 0;
+    camera.check(number.read(camera, value), (std::string("read the ") + number.name).c_str());
+    const bool named = number.setting != 0 && value >= 0;
+    print("%-20s %s\n", number.name,
+          named ? value_text(number.setting, static_cast<uint32_t>(value)).c_str() : std::to_string(value).c_str());
+}
+
+void set_number(CameraLink &camera, const Number &number, const std::string &text)
+{
+    const int64_t value = number.setting != 0 ? static_cast<int64_t>(find_value(number.setting, text))
+                                              : parse_number(text, number.name, 0, number.high);
+    camera.check(number.write(camera, value), (std::string("set the ") + number.name).c_str());
+}
+
+Format parse_format(const Arguments &arguments, const FormatSettings &settings, const Format &present)
+{
+    const auto parse = [&](size_t word, uint32_t setting, int32_t otherwise) {
+        return word < arguments.words.size() ? static_cast<int32_t>(find_value(setting, arguments.words[word]))
+                                             : otherwise;
+    };
+    return {parse(0, settings.resolution, present.resolution), parse(1, settings.fps, present.fps),
+            parse(2, settings.fov, present.fov)};
+}
+
+std::string format_text(const Format &format, const FormatSettings &settings)
+{
+    return value_text(settings.resolution, static_cast<uint32_t>(format.resolution)) + ", " +
+           value_text(settings.fps, static_cast<uint32_t>(format.fps)) + " frames a second, " +
+           value_text(settings.fov, static_cast<uint32_t>(format.fov));
+}
+
+} // namespace zvcam

@@ -1,0 +1,73 @@
+// Numbers of the camera that have a read and a write of their own: a row each, and one piece of code for all.
+#pragma once
+
+#include "command.h"
+#include "links.h"
+
+#include <string>
+
+namespace zvcam {
+
+struct Number {
+    const char *name;
+    int32_t (*read)(zvc_msg_q_context_t *, int64_t &);
+    int32_t (*write)(zvc_msg_q_context_t *, int64_t);
+    int64_t high;         // the largest number that goes out whole
+    uint32_t setting = 0; // whose options name the numbers, where there is one
+};
+
+// A read and a write of the library, whatever the type of their number.
+template <auto Read>
+int32_t read_with(zvc_msg_q_context_t *context, int64_t &number)
+{
+    const auto call = [&]<typename Value>(int32_t (*read)(zvc_msg_q_context_t *, Value *)) {
+        Value value = {};
+        const int32_t result = read(context, &value);
+        number = value;
+        return result;
+    };
+    return call(Read);
+}
+
+template <auto Write>
+int32_t write_with(zvc_msg_q_context_t *context, int64_t number)
+{
+    const auto call = [&]<typename Value>(int32_t (*write)(zvc_msg_q_context_t *, Value)) {
+        return write(context, static_cast<Value>(number));
+    };
+    return call(Write);
+}
+
+void show_number(CameraLink &camera, const Number &number);
+void set_number(CameraLink &camera, const Number &number, const std::string &text);
+
+// The command of one number: sets it to the operand, if there is one, and shows it.
+template <const Number &number>
+void show_or_set(const Arguments &arguments)
+{
+    CameraLink camera;
+    if (!arguments.words.empty()) {
+        set_number(camera, number, arguments.words.front());
+    }
+    show_number(camera, number);
+}
+
+// A format: resolution, frame rate and field of view, each the firmware's number of an option of a setting.
+struct Format {
+    int32_t resolution;
+    int32_t fps;
+    int32_t fov;
+};
+
+struct FormatSettings {
+    uint32_t resolution;
+    uint32_t fps;
+    uint32_t fov;
+};
+
+// Operands as options; what is not given stays as it is in `present`.
+Format parse_format(const Arguments &arguments, const FormatSettings &settings, const Format &present);
+
+std::string format_text(const Format &format, const FormatSettings &settings);
+
+} // namespace zvcam

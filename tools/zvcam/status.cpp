@@ -1,0 +1,87 @@
+// What the camera says of itself: status, poll, watch.
+
+#include "command.h"
+#include "links.h"
+#include "output.h"
+#include "settings.h"
+#include "state.h"
+
+#include <cstdio>
+#include <ctime>
+
+namespace zvcam {
+
+namespace {
+
+constexpr int64_t POLL_MILLISECONDS = 500; // what the camera asks of its clients
+constexpr int64_t LONGEST_INTERVAL = 3600000;
+
+void status(const Arguments &arguments)
+{
+    const State state(DaemonLink().poll());
+    if (arguments.given("--json")) {
+        print("{%s}\n", status_document(state).c_str());
+    } else {
+        print_status(state);
+    }
+}
+
+void poll(const Arguments &arguments)
+{
+    const State state(DaemonLink().poll());
+    if (arguments.given("--json")) {
+        print("{%s,%s}\n", status_document(state).c_str(), settings_document(state).c_str());
+    } else {
+        print("Status\n");
+        print_status(state);
+        print("Settings\n");
+        print_settings(state);
+    }
+}
+
+void pause(int64_t milliseconds)
+{
+    const timespec length = {milliseconds / 1000, milliseconds % 1000 * 1000000};
+    nanosleep(&length, nullptr);
+}
+
+void watch(const Arguments &arguments)
+{
+    const bool json = arguments.given("--json");
+    const int64_t count = arguments.number("--count", INT64_MAX, 1, INT64_MAX);
+    const int64_t interval = arguments.number("--interval", POLL_MILLISECONDS, 1, LONGEST_INTERVAL);
+    DaemonLink daemon;
+    Changes changes;
+    expect_interruption();
+    changes.look(State(daemon.poll()));
+    for (int64_t look = 1;; ++look) {
+        if (changes.any()) {
+            json ? changes.print_json() : changes.print_words();
+        }
+        if (!flush_output() || look == count) {
+            return;
+        }
+        pause(interval);
+        all_status_settings_t record = {};
+        if (!daemon.poll(record)) {
+            fprintf(stderr, "zvcam: no answer; this is the last known state\n");
+        }
+        changes.look(State(record));
+    }
+}
+
+constexpr Command COMMANDS[] = {
+    {"status", "", "the camera's status, by number and name", status, {JSON}},
+    {"poll", "", "status and settings of one moment, in one document", poll, {JSON}},
+    {"watch",
+     "",
+     "status and settings once, then what changes, until interrupted",
+     watch,
+     {{"--count", "N", "end after N looks"}, {"--interval", "MILLISECONDS", "between two looks; 500"}, JSON}},
+};
+
+} // namespace
+
+constinit const Commands STATUS_COMMANDS = COMMANDS;
+
+} // namespace zvcam
