@@ -8,6 +8,7 @@
 #include "zvc_photo.h"
 #include "zvc_settings.h"
 #include "zvc_setup.h"
+#include "zvc_storage.h"
 #include "zvc_video.h"
 
 #include <gmock/gmock.h>
@@ -69,7 +70,7 @@ struct Write {
 
 const char COMMANDS[] = "zvc_commands.cpp", VIDEO[] = "zvc_video.cpp", PHOTO[] = "zvc_photo.cpp";
 const char MULTISHOT[] = "zvc_multishot.cpp", BROADCAST[] = "zvc_broadcast.cpp", SETUP[] = "zvc_setup.cpp";
-const char SETTINGS[] = "zvc_settings.cpp", FWUPDATE[] = "zvc_fwupdate.cpp";
+const char SETTINGS[] = "zvc_settings.cpp", FWUPDATE[] = "zvc_fwupdate.cpp", STORAGE[] = "zvc_storage.cpp";
 
 // clang-format off
 const Write WRITES[] = {
@@ -121,6 +122,8 @@ const Write WRITES[] = {
     {WRITE(zvc_audio_set_mic_option, 5), 14, 11, {5}, COMMANDS, ""},
     {WRITE(zvc_settings_set_onscreen_control, 33, 2), 17, 17, {2, 33}, SETTINGS, "INFO control_type_id=2 onscreen_control_type=33"},
     {WRITE(zvc_preset_onscreen_shortcuts_reset), 17, 18, {}, COMMANDS, ""},
+    {WRITE(zvc_storage_delete_last), 9, 9, {}, STORAGE, ""},
+    {WRITE(zvc_storage_delete_all), 9, 10, {}, STORAGE, ""},
     {WRITE(zvc_fwupdate_flashing_start), 11, 0, {}, FWUPDATE, ""},
     {WRITE(zvc_fwupdate_download_done, true), 11, 3, {1}, FWUPDATE, "INFO REMOTE_FWUPDATE_DOWNLOAD_DONE user_prompt, 1\n"},
     {WRITE(zvc_video_set_res_fps_fov_camera, 30, 14, 11), 2, 3, {30, 14, 11}, VIDEO, "DEBUG zvc_video_set_res_fps_fov res/fps/fov, 30,14,11"},
@@ -163,12 +166,9 @@ TEST(Operations, WritesAboveTheirLimitSendNothing)
         {zvc_multishot_nightlapse_rate_set, 14, "invalid nightlapse_rate, 14\n"},
         {zvc_broadcast_set_window_size, 10, "invalid window_size, 10\n"},
         {zvc_broadcast_set_window_size, -1, "invalid window_size, -1\n"},
-        {[](Context *c, int32_t res) { return zvc_video_set_res_fps_fov_camera(c, res, 15, 12); }, 31,
-         "invalid res, 31"},
-        {[](Context *c, int32_t fps) { return zvc_video_set_res_fps_fov_camera(c, 30, fps, 12); }, 15,
-         "invalid fps, 15"},
-        {[](Context *c, int32_t fov) { return zvc_video_set_res_fps_fov_camera(c, -5, 14, fov); }, 12,
-         "invalid fov, 12"},
+        {[](Context *c, int32_t v) { return zvc_video_set_res_fps_fov_camera(c, v, 15, 12); }, 31, "invalid res, 31"},
+        {[](Context *c, int32_t v) { return zvc_video_set_res_fps_fov_camera(c, 30, v, 12); }, 15, "invalid fps, 15"},
+        {[](Context *c, int32_t v) { return zvc_video_set_res_fps_fov_camera(c, -5, 14, v); }, 12, "invalid fov, 12"},
     };
     for (const Case &c : cases) {
         SCOPED_TRACE(c.message);
@@ -236,7 +236,28 @@ auto null_reader(int32_t (*function)(Context *, Outputs *...))
     return [function] { return function(nullptr, static_cast<Outputs *>(nullptr)...); };
 }
 
+// The same for a record, a value for each byte.
+template <class Record>
+auto record_reader(int32_t (*function)(Context *, Record *))
+{
+    return [function](Context *context) {
+        Record record;
+        std::fill(std::begin(record.bytes), std::end(record.bytes), static_cast<uint8_t>(UNTOUCHED));
+        const int32_t result = function(context, &record);
+        return std::pair(result, Values(std::begin(record.bytes), std::end(record.bytes)));
+    };
+}
+
+#define READ_RECORD(function) #function, record_reader(function), null_reader(function)
 #define READ(function) #function, reader(function), null_reader(function)
+
+template <class Numbers>
+Numbers ascending(size_t count)
+{
+    Numbers numbers(count);
+    std::iota(numbers.begin(), numbers.end(), typename Numbers::value_type{1});
+    return numbers;
+}
 
 // clang-format off
 const Read READS[] = {
@@ -260,6 +281,8 @@ const Read READS[] = {
     {READ(zvc_broadcast_get_bit_rate), 5, 20, {0xF1, 2, 3, 4}, {0xF1020304}, BROADCAST, FEED, "INFO bit_rate -251526396\n"},
     {READ(zvc_broadcast_get_window_size), 5, 22, {200}, {200}, BROADCAST, FEED, "INFO window_size 200\n"},
     {READ(zvc_broadcast_get_progress_counter), 5, 24, {1, 2, 3, 4}, {0x01020304}, BROADCAST, FEED, "INFO progress counter 16909060\n", 1},
+    {READ_RECORD(zvc_broadcast_get_settings), 5, 25, ascending<Bytes>(20), ascending<Values>(20), BROADCAST, FEED, ""},
+    {READ_RECORD(zvc_broadcast_get_status), 5, 26, ascending<Bytes>(12), ascending<Values>(12), BROADCAST, FEED, ""},
     {READ(zvc_app_get_mode_sub_mode), 1, 4, {1, 0xC2}, {1, 0xC2}, COMMANDS, PLAIN, "INFO m/sm, 1,194"},
     {READ(zvc_app_get_mode_flat_mode), 1, 7, {12, 3}, {3, 12}, COMMANDS, PLAIN, "INFO m/fm, 3,12"},
     {READ(zvc_app_get_digital_zoom), 1, 11, {100}, {100}, COMMANDS, PLAIN, "INFO z, 100"},
@@ -327,32 +350,6 @@ TEST(Operations, ReadsTakeTheWholeAnswerOrNothing)
         EXPECT_EQ(-3, read.call_with_null());
         EXPECT_TRUE(log_lines().empty()); // so it did not get as far as the context
     }
-}
-
-TEST(Operations, BroadcastRecordsComeAsTheyAre)
-{
-    reset();
-    CameraDouble camera;
-    Bytes bytes(21);
-    std::iota(bytes.begin(), bytes.end(), uint8_t{1});
-    zvc_broadcast_settings settings = {};
-    zvc_broadcast_status status = {};
-    camera.expect(5, 25, {}, good(bytes));
-    EXPECT_EQ(0, zvc_broadcast_get_settings(camera.context(), &settings));
-    EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + 20), Bytes(settings.bytes, settings.bytes + 20));
-    camera.expect(5, 26, {}, good({bytes.begin(), bytes.begin() + 12}));
-    EXPECT_EQ(0, zvc_broadcast_get_status(camera.context(), &status));
-    EXPECT_EQ(Bytes(bytes.begin(), bytes.begin() + 12), Bytes(status.bytes, status.bytes + 12));
-
-    settings = {};
-    camera.expect(5, 25, {}, good({bytes.begin(), bytes.begin() + 19}));
-    EXPECT_EQ(-3, zvc_broadcast_get_settings(camera.context(), &settings));
-    EXPECT_EQ(0, settings.bytes[0]);
-    camera.expect(5, 26, {}, good({bytes.begin(), bytes.begin() + 11}));
-    EXPECT_EQ(-3, zvc_broadcast_get_status(camera.context(), &status));
-    EXPECT_THAT(log_messages(), ElementsAre("rsp_size exp/act, 20,19\n", "rsp_size exp/act, 12,11\n"));
-    EXPECT_EQ(-3, zvc_broadcast_get_settings(camera.context(), nullptr));
-    EXPECT_EQ(-3, zvc_broadcast_get_status(camera.context(), nullptr));
 }
 
 // ---- Image controls ----

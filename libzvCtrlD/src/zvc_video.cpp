@@ -75,32 +75,31 @@ struct ValueList {
     const uint8_t *end() const { return values + count; }
 };
 
-// The messages of a malformed list.
-struct ListTexts {
-    const char *size;  // 0
+// What a list must have, and the messages of one that has not.
+struct ListRule {
+    uint8_t least;     // values
+    const char *empty; // size, 0
     const char *count; // count, size
 };
 
-constexpr ListTexts FPS_LIST_TEXTS{
-    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
-    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fps_count %d, rsp_size, %d"};
-constexpr ListTexts FOV_LIST_TEXTS{
-    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
-    "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fov_count %d, rsp_size, %d"};
-constexpr ListTexts RES_LIST_TEXTS{
-    "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid rsp_size, %d",
+constexpr ListRule FPS_LIST{1, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
+                            "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fps_count %d, rsp_size, %d"};
+constexpr ListRule FOV_LIST{0, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
+                            "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fov_count %d, rsp_size, %d"};
+constexpr ListRule RES_LIST{
+    0, "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid rsp_size, %d",
     "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid res_count %d, rsp_size, %d"};
 
-// Count and values, one byte each. `least` is the shortest list that the caller can use.
-int32_t take_list(const Payload &answer, const ListTexts &texts, uint8_t least, ValueList &list)
+// Count and values, one byte each.
+int32_t take_list(const Payload &answer, const ListRule &rule, ValueList &list)
 {
     if (answer.size == 0) {
-        ZV_LOG(ZV_LOG_ERROR, texts.size, 0);
+        ZV_LOG(ZV_LOG_ERROR, rule.empty, 0);
         return ZV_ERR_INVALID_PARAM;
     }
     const uint8_t count = answer.bytes[0];
-    if (count >= answer.size || count < least) {
-        ZV_LOG(ZV_LOG_ERROR, texts.count, count, answer.size);
+    if (count >= answer.size || count < rule.least) {
+        ZV_LOG(ZV_LOG_ERROR, rule.count, count, answer.size);
         return ZV_ERR_INVALID_PARAM;
     }
     std::copy_n(answer.bytes + 1, count, list.values);
@@ -147,8 +146,7 @@ struct FilterQuery {
     uint8_t listed_key;
     uint8_t filter_key;
     uint8_t filter_value;
-    const ListTexts &texts;
-    uint8_t least;
+    const ListRule &rule;
 };
 
 // ZV_ERR_NOT_SUPPORTED, for which there is another way, is not logged.
@@ -174,7 +172,7 @@ int32_t query_list(zvc_msg_q_context_t *context, const Situation &situation, int
                                        },
                                        &answer);
     if (result == ZV_OK) {
-        return take_list(answer, query.texts, query.least, list);
+        return take_list(answer, query.rule, list);
     }
     if (result != ZV_ERR_NOT_SUPPORTED) {
         ZV_LOG(ZV_LOG_ERROR, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET error, %d", result);
@@ -276,8 +274,8 @@ int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int
            situation.anti_flicker);
     const auto anti_flicker = static_cast<uint8_t>(situation.anti_flicker);
     ValueList offered;
-    int32_t result = query_list(context, situation, res,
-                                {CAP_KEY_FPS, CAP_KEY_ANTI_FLICKER, anti_flicker, FPS_LIST_TEXTS, 1}, offered);
+    int32_t result =
+        query_list(context, situation, res, {CAP_KEY_FPS, CAP_KEY_ANTI_FLICKER, anti_flicker, FPS_LIST}, offered);
     if (result == ZV_ERR_NOT_SUPPORTED) {
         return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
     }
@@ -293,8 +291,8 @@ int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int
            "video_profile:%d fps:%d",
            situation.lens, situation.ux_mode, POWER_PROFILE, situation.capture_mode, res, situation.video_profile,
            suggested_fps);
-    result = query_list(context, situation, res, {CAP_KEY_FOV, CAP_KEY_FPS, low_byte(suggested_fps), FOV_LIST_TEXTS, 0},
-                        offered);
+    result =
+        query_list(context, situation, res, {CAP_KEY_FOV, CAP_KEY_FPS, low_byte(suggested_fps), FOV_LIST}, offered);
     if (result == ZV_ERR_NOT_SUPPORTED) {
         return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
     }
@@ -380,7 +378,7 @@ int32_t zvc_get_res_list(zvc_msg_q_context_t *context, uint8_t *list, uint16_t *
         ZV_LOG(ZV_LOG_ERROR, "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS error, %d", result);
         return result;
     }
-    result = take_list(answer, RES_LIST_TEXTS, 0, offered);
+    result = take_list(answer, RES_LIST, offered);
     if (result != ZV_OK) {
         return result;
     }

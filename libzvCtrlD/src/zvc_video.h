@@ -55,8 +55,7 @@ ZV_API int32_t zvc_video_set_easy_res_fps_fov(zvc_msg_q_context_t *context, uint
  * Brings the present format back to a resolution that the present mode offers: the present one if it is offered,
  * otherwise the smallest number below it, otherwise the first one offered; with the present frame rate and field of
  * view it goes through zvc_video_set_res_fps_fov in any case. Two exchanges more than that function.
- * ZV_ERR_INVALID_PARAM, and nothing written, when the camera offers no resolution at all. Of more than 32 offered
- * resolutions the first 32 are considered.
+ * ZV_ERR_INVALID_PARAM, and nothing written, when the camera offers no resolution at all.
  */
 ZV_API int32_t zvc_video_reset_to_valid_res_fps_fov(zvc_msg_q_context_t *context);
 
