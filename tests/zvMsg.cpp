@@ -131,7 +131,7 @@ TEST_F(Request, TurnsAwayWhatIsNoAnswer)
     Bytes overrun = ANSWER;
     overrun[12] = 0x7F;
     const Bytes no_source = tlv_message(5, {{TLV_CMD, text("YY")}, {TLV_DST, text("/somewhere")}, {TLV_END, {}}});
-    for (const Bytes &message : {shorter, longer, overrun, no_source, Bytes{}, Bytes{0}, Bytes(1500, 0xFF)}) {
+    for (const Bytes &message : {shorter, longer, overrun, no_source, Bytes{0}, Bytes(1500, 0xFF)}) {
         reset();
         EXPECT_EQ(-1, exchange(message));
         EXPECT_EQ(1u, log_messages().size());
