@@ -1,6 +1,8 @@
 #include "daemon_peer.h"
 
-#include <zvctrl/zvTlv.h>
+#include "setting_writes.h"
+
+#include <zvctrl/zvDbg.h>
 
 #include "libzvCommon/src/bytes.h"
 
@@ -8,63 +10,41 @@ namespace zv::sim {
 
 namespace {
 
-constexpr uint8_t CATEGORY_COMMAND = 20;
-constexpr uint8_t CATEGORY_RESPONSE = 21;
-
 // The daemon's own numbers.
+constexpr uint32_t SET_SETTING_ID = 30;
 constexpr uint32_t GET_ALL_SETTINGS = 32;
 constexpr uint32_t GET_ALL_STATUS = 33;
 constexpr uint32_t GET_ALL_SETTINGS_STATUS = 34;
-constexpr uint32_t RESYNC_MESSAGE_QUEUE = 102;
+
+// The setting's number and the option's value.
+Answer set_setting(Camera &camera, View argument)
+{
+    constexpr size_t SIZE = 8;
+    if (argument.size() != SIZE) {
+        return refused(ZV_ERR_INVALID_PARAM);
+    }
+    return refused(write_setting(camera, le32(argument.data()), le32(argument.data() + 4)));
+}
 
 } // namespace
 
-std::optional<Request> DaemonPeer::parse(View message) const
+Answer answer_as_daemon(Camera &camera, const Request &request)
 {
-    if (!well_formed(message) || message[3] != CATEGORY_COMMAND) {
-        return std::nullopt;
-    }
-    const auto command = find_element(message, TLV_CMD);
-    const auto source = find_element(message, TLV_SRC);
-    if (!command || command->size() != sizeof(uint32_t) || !source) {
-        return std::nullopt;
-    }
-    Request request;
-    request.link = Link::DAEMON;
-    request.category = CATEGORY_COMMAND;
-    request.command = le32(command->data());
-    request.source = queue_name(*source);
-    if (const auto argument = find_element(message, TLV_CMDARG)) {
-        request.argument.assign(argument->begin(), argument->end());
-    }
-    return request.source.empty() ? std::nullopt : std::optional(request);
-}
-
-Answer DaemonPeer::answer(const Request &request)
-{
-    m_camera.refresh();
+    camera.refresh();
     switch (request.command) {
+    case SET_SETTING_ID:
+        return set_setting(camera, request.argument);
     case GET_ALL_SETTINGS:
-        return good(m_camera.state().settings_record());
+        return good(camera.state().settings_record());
     case GET_ALL_STATUS:
-        return good(m_camera.state().status_record());
+        return good(camera.state().status_record());
     case GET_ALL_SETTINGS_STATUS:
-        return good(m_camera.state().record());
+        return good(camera.state().record());
     case RESYNC_MESSAGE_QUEUE:
         return good(request.argument);
     default:
         return refused(ZV_ERR_NOT_SUPPORTED);
     }
-}
-
-Bytes DaemonPeer::message(const Request &, const Answer &answer) const
-{
-    uint8_t code[sizeof(uint32_t)];
-    put_le32(code, static_cast<uint32_t>(answer.switched_off ? ZV_ERR_NAK_OFF : answer.code));
-    if (answer.payload.empty()) {
-        return build_message(CATEGORY_RESPONSE, {{TLV_RSP, code}});
-    }
-    return build_message(CATEGORY_RESPONSE, {{TLV_RSP, code}, {TLV_RSPARG, answer.payload}});
 }
 
 } // namespace zv::sim

@@ -2,20 +2,11 @@
 #pragma once
 
 #include "camera.h"
-#include "peer.h"
+#include "request.h"
 
 namespace zv::sim {
 
-class DaemonPeer : public Peer {
-  public:
-    explicit DaemonPeer(Camera &camera) : m_camera(camera) {}
-
-    std::optional<Request> parse(View message) const override;
-    Answer answer(const Request &request) override;
-    Bytes message(const Request &request, const Answer &answer) const override;
-
-  private:
-    Camera &m_camera;
-};
+// A command that it does not know is answered with ZV_ERR_NOT_SUPPORTED.
+Answer answer_as_daemon(Camera &camera, const Request &request);
 
 } // namespace zv::sim

@@ -27,7 +27,7 @@
 // For example `drop:link=daemon,every=3` or `refuse:group=2,action=27,code=2`.
 #pragma once
 
-#include "message.h"
+#include "request.h"
 
 namespace zv::sim {
 

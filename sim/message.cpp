@@ -2,8 +2,6 @@
 
 #include <zvctrl/zvTlv.h>
 
-#include <algorithm>
-
 #include "libzvCommon/src/bytes.h"
 
 namespace zv::sim {
@@ -55,27 +53,6 @@ std::optional<View> find_element(View message, uint8_t tag)
         return std::nullopt;
     }
     return View(element + HEADER_SIZE, be16(element + 1));
-}
-
-Answer good(View payload)
-{
-    Answer answer;
-    answer.payload.assign(payload.begin(), payload.end());
-    return answer;
-}
-
-Answer refused(int32_t code)
-{
-    Answer answer;
-    answer.code = code;
-    return answer;
-}
-
-std::string queue_name(View value)
-{
-    const auto end = std::find(value.begin(), value.end(), '\0');
-    const std::string name(value.begin(), end);
-    return name.size() > 1 && name.front() == '/' ? name : std::string();
 }
 
 View view_of(const std::string &text)

@@ -37,35 +37,6 @@ bool well_formed(View message);
 // The value of the first element with `tag`, in a well formed message.
 std::optional<View> find_element(View message, uint8_t tag);
 
-// The queue's name that a client wrote, up to a zero byte: a slash and more. Empty for anything else.
-std::string queue_name(View value);
-
 View view_of(const std::string &text);
-
-// A request, taken apart. On the daemon link `command` is the command's number; on the relay it is 0, and a remote API
-// request has a group and an action.
-struct Request {
-    Link link = Link::DAEMON;
-    uint32_t command = 0;
-    uint8_t group = 0;
-    uint8_t action = 0;
-    uint8_t category = 0;
-    std::string code;   // relay: the two-character command code
-    Bytes argument;     // daemon: the parameter; relay: the whole command argument
-    Bytes payload;      // remote API: what stands behind the request's header
-    bool valid = false; // remote API: the header's payload size is that of the payload
-    std::string source; // the queue that the answer goes to
-};
-
-// What a peer answers. `code` is the daemon's return code or the firmware's acknowledge byte.
-struct Answer {
-    int32_t code = 0;
-    uint8_t error = 0;         // the firmware's own error
-    bool switched_off = false; // the firmware's one-byte answer of a camera that is off
-    Bytes payload;
-};
-
-Answer good(View payload = {});
-Answer refused(int32_t code);
 
 } // namespace zv::sim

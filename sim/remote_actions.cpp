@@ -1,6 +1,6 @@
 #include "remote_actions.h"
 
-#include "capabilities.h"
+#include "capability_commands.h"
 #include "identity.h"
 #include "own_fields.h"
 
@@ -14,13 +14,6 @@
 namespace zv::sim {
 
 namespace {
-
-Answer failed(FirmwareError error)
-{
-    Answer answer;
-    answer.error = error;
-    return answer;
-}
 
 Answer done(bool success, FirmwareError error)
 {
@@ -210,91 +203,6 @@ Answer reset_multishot_controls(Camera &camera, View)
         settings(SETTINGS_MULTI_SHOT_VELLIX_EV),    settings(SETTINGS_MULTI_SHOT_VELLIX_WHITE_BALANCE)};
     camera.reset(CONTROLS);
     return good();
-}
-
-// ---- Capabilities --------------------------------------------------------------------------------------------------
-
-Situation present_situation(const Camera &camera)
-{
-    Situation situation;
-    situation.lens = camera.state().byte(status(STATUS_SYSTEM_CAMERA_LENS_TYPE));
-    situation.flat_mode = camera.mode().flat_mode;
-    situation.video_profile = camera.state().byte(settings(SETTINGS_VIDEO_PROFILE));
-    situation.anti_flicker = camera.state().byte(settings(SETTINGS_SETUP_VIDEO_FORMAT));
-    return situation;
-}
-
-Answer value_list(const std::optional<Bytes> &values)
-{
-    if (!values) {
-        return failed(FIRMWARE_BAD_VALUE);
-    }
-    Bytes list = {static_cast<uint8_t>(values->size())};
-    list.insert(list.end(), values->begin(), values->end());
-    return good(list);
-}
-
-// The key of the setting to list; the present resolution and frame rate narrow what depends on them.
-Answer present_list(Camera &camera, View payload)
-{
-    Situation situation = present_situation(camera);
-    if (payload[0] != CAP_KEY_RESOLUTION) {
-        situation.resolution = camera.state().byte(settings(SETTINGS_VIDEO_RESOLUTION));
-    }
-    if (payload[0] == CAP_KEY_FOV) {
-        situation.fps = camera.state().byte(settings(SETTINGS_VIDEO_FPS));
-    }
-    return value_list(capability_list(payload[0], situation));
-}
-
-// Lens, user interface mode, power profile, capture mode, number of pairs of key and value, the pairs, 0, and the key
-// of the setting to list.
-Answer filtered_list(Camera &, View payload)
-{
-    constexpr size_t PAIRS = 5;
-    const size_t end = PAIRS + 2 * size_t{payload[PAIRS - 1]};
-    const FlatMode *mode = find_capture_mode(payload[3]);
-    if (payload.size() != end + 2) {
-        return refused(NAK);
-    }
-    if (mode == nullptr) {
-        return failed(FIRMWARE_BAD_VALUE);
-    }
-    Situation situation;
-    situation.lens = payload[0];
-    situation.flat_mode = mode->flat_mode;
-    for (size_t pair = PAIRS; pair < end; pair += 2) {
-        const uint8_t value = payload[pair + 1];
-        switch (payload[pair]) {
-        case CAP_KEY_RESOLUTION:
-            situation.resolution = value;
-            break;
-        case CAP_KEY_FPS:
-            situation.fps = value;
-            break;
-        case CAP_KEY_ANTI_FLICKER:
-            situation.anti_flicker = value;
-            break;
-        case CAP_KEY_VIDEO_PROFILE:
-            situation.video_profile = value;
-            break;
-        default:
-            break;
-        }
-    }
-    return value_list(capability_list(payload[end + 1], situation));
-}
-
-// Whether a horizon field of view can be had at this resolution and frame rate: not without stabilisation.
-Answer horizon_option(Camera &camera, View payload)
-{
-    Situation situation = present_situation(camera);
-    situation.resolution = payload[0];
-    situation.fps = payload[1];
-    const Bytes views = capability_list(CAP_KEY_FOV, situation).value_or(Bytes{});
-    const bool offered = std::find(views.begin(), views.end(), payload[2]) != views.end();
-    const bool stabilised = camera.state().get(status(STATUS_VIDEO_EIS)) != 0;
-    return good(Bytes{static_cast<uint8_t>(offered && stabilised)});
 }
 
 // ---- Broadcast -----------------------------------------------------------------------------------------------------
@@ -565,6 +473,13 @@ constexpr RemoteAction REMOTE_ACTIONS[] = {
 };
 
 } // namespace
+
+Answer failed(FirmwareError error)
+{
+    Answer answer;
+    answer.error = error;
+    return answer;
+}
 
 const RemoteAction *find_remote_action(uint8_t group, uint8_t action)
 {

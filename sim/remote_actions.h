@@ -2,6 +2,7 @@
 #pragma once
 
 #include "camera.h"
+#include "request.h"
 
 namespace zv::sim {
 
@@ -14,6 +15,8 @@ enum FirmwareError : uint8_t {
     FIRMWARE_NO_FILE = 2,   // no such file on the card
     FIRMWARE_BAD_VALUE = 3, // no such mode, preset, ...
 };
+
+Answer failed(FirmwareError error);
 
 struct RemoteAction {
     uint8_t group;

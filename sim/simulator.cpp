@@ -10,15 +10,11 @@ namespace {
 
 constexpr Link LINKS[] = {Link::DAEMON, Link::RELAY};
 constexpr const char *QUEUE_NAMES[] = {"/to_zvCtlD", "/to_zvnet"};
-constexpr uint32_t RESYNC_MESSAGE_QUEUE = 102;
 constexpr uint64_t MILLISECOND = 1000;
 
 } // namespace
 
-Simulator::Simulator(uint8_t model, uint32_t seed)
-    : m_camera(model, seed), m_daemon(m_camera), m_firmware(m_camera), m_noise(seed)
-{
-}
+Simulator::Simulator(uint8_t model, uint32_t seed) : m_camera(model, seed), m_noise(seed) {}
 
 std::string Simulator::open()
 {
@@ -29,14 +25,6 @@ std::string Simulator::open()
         }
     }
     return store_identity(m_camera.state().model());
-}
-
-Peer &Simulator::peer(Link link)
-{
-    if (link == Link::DAEMON) {
-        return m_daemon;
-    }
-    return m_firmware;
 }
 
 bool Simulator::reads(Link link) const
@@ -60,48 +48,21 @@ void Simulator::serve()
 void Simulator::take(Link link, const Bytes &message)
 {
     record(link, true, message);
-    const std::optional<Request> request = peer(link).parse(message);
+    const std::optional<Request> request = parse_request(link, message);
     if (!request) {
         return;
     }
     const Effects effects = m_faults.meet(*request);
     if (effects.dead_ms > 0 || effects.full_ms > 0) {
-        const bool forgets = effects.dead_ms > 0;
-        m_outages[static_cast<size_t>(link)] = {m_now + MILLISECOND * (forgets ? effects.dead_ms : effects.full_ms),
-                                                forgets};
-        if (!forgets) {
-            queue(link).fill();
-        }
+        begin_outage(link, effects);
         return;
     }
-
-    Answer answer;
-    if (effects.switched_off) {
-        answer.switched_off = true;
-    } else if (effects.refusal) {
-        answer.code = *effects.refusal;
-    } else if (effects.error && link == Link::DAEMON) {
-        answer.code = *effects.error;
-    } else if (effects.error) {
-        answer.error = static_cast<uint8_t>(*effects.error);
-    } else {
-        answer = peer(link).answer(*request);
-    }
-    if (effects.wrong_key && link == Link::DAEMON && request->command == RESYNC_MESSAGE_QUEUE &&
-        !answer.payload.empty()) {
-        ++answer.payload.front();
-    }
-    if (effects.drop) {
-        return;
-    }
-    Bytes reply = peer(link).message(*request, answer);
-    distort(effects, reply);
-    const uint64_t due = std::max(m_now + MILLISECOND * effects.delay_ms, last_due(link));
-    for (uint32_t copy = 0; copy < effects.copies; ++copy) {
+    for (const Reply &reply : replies(*request, effects)) {
+        const uint64_t due = std::max(m_now + reply.delay, last_due(link));
         if (due > m_now) {
-            m_late.insert({due, {link, request->source, reply}});
+            m_late.insert({due, {link, request->source, reply.message}});
         } else {
-            send(link, request->source, reply);
+            send(link, request->source, reply.message);
         }
     }
 }
@@ -118,9 +79,55 @@ uint64_t Simulator::last_due(Link link) const
     return last;
 }
 
+// The messages that go to the client, with all that befalls them.
+std::vector<Reply> Simulator::replies(const Request &request, const Effects &effects)
+{
+    std::vector<Reply> all;
+    if (const std::vector<Reply> *recorded = m_replay.find(request)) {
+        all = *recorded;
+    } else {
+        all.push_back({0, build_answer(request, answer(request, effects))});
+    }
+    if (effects.drop) {
+        return {};
+    }
+    std::vector<Reply> sent;
+    for (Reply &reply : all) {
+        reply.delay += MILLISECOND * effects.delay_ms;
+        distort(effects, reply.message);
+        sent.insert(sent.end(), effects.copies, reply);
+    }
+    return sent;
+}
+
+Answer Simulator::answer(const Request &request, const Effects &effects)
+{
+    const bool daemon = request.link == Link::DAEMON;
+    Answer answer;
+    if (effects.switched_off) {
+        answer.switched_off = true;
+        return answer;
+    }
+    if (effects.refusal) {
+        return refused(*effects.refusal);
+    }
+    if (effects.error) {
+        if (daemon) {
+            return refused(*effects.error);
+        }
+        answer.error = static_cast<uint8_t>(*effects.error);
+        return answer;
+    }
+    answer = daemon ? answer_as_daemon(m_camera, request) : answer_as_firmware(m_camera, request);
+    if (effects.wrong_key && daemon && request.command == RESYNC_MESSAGE_QUEUE && !answer.payload.empty()) {
+        ++answer.payload.front();
+    }
+    return answer;
+}
+
 void Simulator::distort(const Effects &effects, Bytes &message)
 {
-    for (uint32_t i = 0; i < effects.corrupt_bytes; ++i) {
+    for (uint32_t i = 0; i < effects.corrupt_bytes && !message.empty(); ++i) {
         message[m_noise() % message.size()] = static_cast<uint8_t>(m_noise());
     }
     if (effects.cut_to) {
@@ -156,6 +163,15 @@ void Simulator::advance(uint64_t microseconds)
         send(late.link, late.queue, late.message);
     }
     end_outages();
+}
+
+void Simulator::begin_outage(Link link, const Effects &effects)
+{
+    const bool dead = effects.dead_ms > 0;
+    m_outages[static_cast<size_t>(link)] = {m_now + MILLISECOND * (dead ? effects.dead_ms : effects.full_ms), dead};
+    if (!dead) {
+        queue(link).fill();
+    }
 }
 
 void Simulator::end_outages()

@@ -6,6 +6,7 @@
 #include "faults.h"
 #include "firmware_peer.h"
 #include "queue.h"
+#include "replay.h"
 #include "trace.h"
 
 #include <iosfwd>
@@ -25,6 +26,8 @@ class Simulator {
 
     Camera &camera() { return m_camera; }
     Faults &faults() { return m_faults; }
+    // Requests that it knows are answered from it, all others by the camera.
+    Replay &replay() { return m_replay; }
     mqd_t descriptor(Link link) const { return m_queues[static_cast<size_t>(link)].descriptor(); }
 
     // False while a fault has it that the queue is not read.
@@ -40,7 +43,7 @@ class Simulator {
     std::optional<uint64_t> next_due() const;
 
   private:
-    // An answer on its way.
+    // An answer that is sent later.
     struct Late {
         Link link;
         std::string queue;
@@ -53,17 +56,18 @@ class Simulator {
 
     void take(Link link, const Bytes &message);
     uint64_t last_due(Link link) const;
-    void send(Link link, const std::string &queue, const Bytes &message);
+    std::vector<Reply> replies(const Request &request, const Effects &effects);
+    Answer answer(const Request &request, const Effects &effects);
     void distort(const Effects &effects, Bytes &message);
+    void send(Link link, const std::string &queue, const Bytes &message);
+    void begin_outage(Link link, const Effects &effects);
     void record(Link link, bool from_client, const Bytes &message);
     void end_outages();
-    Peer &peer(Link link);
     Queue &queue(Link link) { return m_queues[static_cast<size_t>(link)]; }
 
     Camera m_camera;
-    DaemonPeer m_daemon;
-    FirmwarePeer m_firmware;
     Faults m_faults;
+    Replay m_replay;
     std::mt19937 m_noise; // apart from the state's, so that faults do not change what the camera does
     std::array<Queue, LINK_COUNT> m_queues;
     std::array<Outage, LINK_COUNT> m_outages;

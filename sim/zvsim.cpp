@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -19,7 +20,7 @@ namespace {
 using namespace zv::sim;
 
 constexpr char CONTROL_QUEUE[] = "/to_zvsim";
-constexpr size_t CONTROL_MESSAGE_MAX = 1024;
+constexpr size_t CONTROL_MESSAGE_MAX = 8192;
 
 enum ExitCode : int { OK = 0, FAILED = 1, WRONG_USAGE = 2 };
 
@@ -68,7 +69,74 @@ std::string become_the_one(Queue &control)
     return {};
 }
 
-// ---- Running ---------------------------------------------------------------------------------------------------
+// ---- Orders --------------------------------------------------------------------------------------------------------
+// Posted to the control queue by another zvsim: "clear", "media QUEUE", or a fault rule.
+
+constexpr char CLEAR[] = "clear";
+constexpr char MEDIA[] = "media ";
+
+// Lines that fit in one message.
+std::string cut_listing(std::string listing)
+{
+    if (listing.size() > CONTROL_MESSAGE_MAX) {
+        const std::string more = "...\n";
+        listing.resize(listing.rfind('\n', CONTROL_MESSAGE_MAX - more.size() - 1) + 1);
+        listing += more;
+    }
+    return listing;
+}
+
+void take_order(const std::string &order, Simulator &simulator)
+{
+    FaultRule rule;
+    if (order == CLEAR) {
+        simulator.faults().clear();
+    } else if (order.starts_with(MEDIA)) {
+        post(order.substr(strlen(MEDIA)), view_of(cut_listing(simulator.camera().card().listing())));
+    } else if (parse_fault(order, rule).empty()) {
+        simulator.faults().add(rule);
+    }
+}
+
+int give_order(const std::string &text)
+{
+    if (!is_running()) {
+        return fail(FAILED, "no simulated camera is running on this machine");
+    }
+    return post(CONTROL_QUEUE, view_of(text)) ? OK : fail(FAILED, "the simulated camera takes no orders now");
+}
+
+int give_fault(const std::string &text)
+{
+    FaultRule rule;
+    if (const std::string wrong = text == CLEAR ? "" : parse_fault(text, rule); !wrong.empty()) {
+        return fail(WRONG_USAGE, wrong);
+    }
+    return give_order(text);
+}
+
+int list_media()
+{
+    constexpr int PATIENCE_MS = 2000;
+    Queue reply;
+    if (const std::string wrong = reply.open("/to_zvsim" + std::to_string(getpid()), CONTROL_MESSAGE_MAX);
+        !wrong.empty()) {
+        return fail(FAILED, wrong);
+    }
+    if (const int result = give_order(MEDIA + reply.name()); result != OK) {
+        return result;
+    }
+    pollfd source = {reply.descriptor(), POLLIN, 0};
+    poll(&source, 1, PATIENCE_MS);
+    const auto listing = reply.receive();
+    if (!listing) {
+        return fail(FAILED, "the simulated camera does not answer");
+    }
+    std::cout << std::string(listing->begin(), listing->end());
+    return OK;
+}
+
+// ---- Running -------------------------------------------------------------------------------------------------------
 
 class Clock {
   public:
@@ -85,21 +153,7 @@ class Clock {
     std::chrono::steady_clock::time_point m_last = std::chrono::steady_clock::now();
 };
 
-void take_orders(Queue &control, Faults &faults)
-{
-    while (const auto message = control.receive()) {
-        const std::string order(message->begin(), message->end());
-        FaultRule rule;
-        if (order == "clear") {
-            faults.clear();
-        } else if (const std::string wrong = parse_fault(order, rule); wrong.empty()) {
-            faults.add(rule);
-        } else {
-            std::cerr << "zvsim: " << wrong << '\n';
-        }
-    }
-}
-
+// SIGINT and SIGTERM, as a descriptor.
 int signal_descriptor()
 {
     sigset_t ends;
@@ -110,32 +164,34 @@ int signal_descriptor()
     return signalfd(-1, &ends, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-constexpr int SECOND_MS = 1000;
-
-int wait_limit(const Simulator &camera)
+// How long to wait for a message, in milliseconds, when time passes by itself meanwhile.
+int wait_limit(const Simulator &simulator)
 {
-    const auto due = camera.next_due();
-    return due ? static_cast<int>(std::min<uint64_t>(*due / 1000 + 1, SECOND_MS)) : SECOND_MS;
+    constexpr uint64_t SECOND = 1000000; // in microseconds
+    const uint64_t due = std::min(simulator.next_due().value_or(SECOND), SECOND);
+    return static_cast<int>(due / 1000 + 1);
 }
 
-// Until SIGINT or SIGTERM.
-void run(Simulator &camera, Queue &control, int signals)
+// Until a signal comes.
+void run(Simulator &simulator, Queue &control, int signals)
 {
     Clock clock;
     for (;;) {
         pollfd sources[] = {
-            {camera.reads(Link::DAEMON) ? camera.descriptor(Link::DAEMON) : -1, POLLIN, 0},
-            {camera.reads(Link::RELAY) ? camera.descriptor(Link::RELAY) : -1, POLLIN, 0},
+            {simulator.reads(Link::DAEMON) ? simulator.descriptor(Link::DAEMON) : -1, POLLIN, 0},
+            {simulator.reads(Link::RELAY) ? simulator.descriptor(Link::RELAY) : -1, POLLIN, 0},
             {control.descriptor(), POLLIN, 0},
             {signals, POLLIN, 0},
         };
-        poll(sources, std::size(sources), wait_limit(camera));
+        poll(sources, std::size(sources), wait_limit(simulator));
         if (sources[3].revents != 0) {
             return;
         }
-        camera.advance(clock.elapsed());
-        take_orders(control, camera.faults());
-        camera.serve();
+        simulator.advance(clock.elapsed());
+        while (const auto order = control.receive()) {
+            take_order(std::string(order->begin(), order->end()), simulator);
+        }
+        simulator.serve();
     }
 }
 
@@ -144,18 +200,29 @@ struct Options {
     uint32_t seed = 1;
     std::vector<std::string> faults;
     std::string trace;
+    std::string replay;
 };
 
 int simulate(const Options &options)
 {
-    Queue control; // before the camera, and so removed after the camera's queues
-    Simulator camera(static_cast<uint8_t>(options.model), options.seed);
+    Queue control; // before the simulator, and so removed after its queues
+    Simulator simulator(static_cast<uint8_t>(options.model), options.seed);
     for (const std::string &text : options.faults) {
         FaultRule rule;
         if (const std::string wrong = parse_fault(text, rule); !wrong.empty()) {
             return fail(WRONG_USAGE, "--fault " + text + ": " + wrong);
         }
-        camera.faults().add(rule);
+        simulator.faults().add(rule);
+    }
+    if (!options.replay.empty()) {
+        std::ifstream recorded(options.replay);
+        const std::string wrong = recorded ? simulator.replay().read(recorded) : strerror(errno);
+        if (!wrong.empty()) {
+            return fail(FAILED, options.replay + ": " + wrong);
+        }
+    }
+    if (const std::string wrong = become_the_one(control); !wrong.empty()) {
+        return fail(FAILED, wrong);
     }
     std::ofstream trace;
     if (!options.trace.empty()) {
@@ -163,34 +230,18 @@ int simulate(const Options &options)
         if (!trace) {
             return fail(FAILED, options.trace + ": " + strerror(errno));
         }
+        trace << std::unitbuf; // whoever watches the file sees each message at once
         trace << "# zvsim --model " << options.model << " --seed " << options.seed << '\n';
-        camera.set_trace(&trace);
-    }
-    if (const std::string wrong = become_the_one(control); !wrong.empty()) {
-        return fail(FAILED, wrong);
-    }
-    if (const std::string wrong = camera.open(); !wrong.empty()) {
-        return fail(FAILED, wrong);
+        simulator.set_trace(&trace);
     }
     const int signals = signal_descriptor();
+    if (const std::string wrong = simulator.open(); !wrong.empty()) {
+        return fail(FAILED, wrong);
+    }
     std::cout << "zvsim: camera of model " << options.model << " is ready" << std::endl;
-    run(camera, control, signals);
+    run(simulator, control, signals);
     close(signals);
     return OK;
-}
-
-int order(const std::string &text)
-{
-    FaultRule rule;
-    if (text != "clear") {
-        if (const std::string wrong = parse_fault(text, rule); !wrong.empty()) {
-            return fail(WRONG_USAGE, wrong);
-        }
-    }
-    if (!is_running()) {
-        return fail(FAILED, "no simulated camera is running on this machine");
-    }
-    return post(CONTROL_QUEUE, view_of(text)) ? OK : fail(FAILED, "the simulated camera takes no orders now");
 }
 
 } // namespace
@@ -205,15 +256,21 @@ int main(int argc, char **argv)
     app.add_option("--seed", options.seed, "What the camera does by itself follows from it")->capture_default_str();
     app.add_option("--fault", options.faults, "Fault rule, such as drop:link=daemon,every=3; may be repeated");
     app.add_option("--trace", options.trace, "Write each message to this file");
+    app.add_option("--replay", options.replay, "Answer the requests of this trace as it was answered there");
 
     std::string rule;
     CLI::App *fault = app.add_subcommand("fault", "Add a fault rule to the running camera, or clear them all");
     fault->add_option("rule", rule, "The rule, or clear")->required();
+    CLI::App *media = app.add_subcommand("media", "List what is on the running camera's card");
+    app.require_subcommand(0, 1);
 
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? OK : WRONG_USAGE;
     }
-    return fault->parsed() ? order(rule) : simulate(options);
+    if (fault->parsed()) {
+        return give_fault(rule);
+    }
+    return media->parsed() ? list_media() : simulate(options);
 }

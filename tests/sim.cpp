@@ -2,6 +2,7 @@
 
 #include "camera_double.h"
 #include "csi_double.h"
+#include "firmware_peer.h"
 #include "interpose.h"
 #include "remote_actions.h"
 #include "zvc_broadcast.h"
@@ -217,7 +218,32 @@ TEST_F(SimulatedCamera, RecordsAndCounts)
     camera.advance(10000000);
     EXPECT_EQ(ZV_OK, zvc_shutter(&context, 0));
     EXPECT_EQ(photos + 20, seen(status(STATUS_STORAGE_NUM_TOTAL_PHOTOS, 4)));
+    EXPECT_EQ(ZV_OK, zvc_storage_delete_last(&context)); // all of the group
+    EXPECT_EQ(photos, seen(status(STATUS_STORAGE_NUM_TOTAL_PHOTOS, 4)));
     EXPECT_EQ(ZV_ERR, zvc_send_simple_remote_api(&context, 2, 27)); // the video's shutter
+}
+
+TEST_F(SimulatedCamera, DeletesAndTagsMedia)
+{
+    const Card &card = camera.camera().card();
+    ASSERT_EQ(9u, card.files().size()); // two videos, two photos, a burst of five
+    std::string video = card.files().front().name;
+    std::replace(video.begin(), video.end(), '\\', '/');
+    EXPECT_EQ(ZV_OK, zvc_storage_tag_file(&context, video.c_str(), 20, 1500, 1));
+    EXPECT_EQ(1u, seen(status(STATUS_STORAGE_NUM_KEYMARKS)));
+    EXPECT_EQ(1500u, seen(status(STATUS_STORAGE_LAST_KEYMARK_TIME_MSEC, 4)));
+    EXPECT_EQ(ZV_OK, zvc_storage_delete_file(&context, video.c_str(), 20));
+    EXPECT_EQ(ZV_ERR, zvc_storage_delete_file(&context, video.c_str(), 20));
+    EXPECT_EQ(FIRMWARE_NO_FILE, context.rtos_error_code);
+    EXPECT_EQ(ZV_OK, zvc_storage_delete_group(&context, card.files()[3].name.c_str(), 20));
+    EXPECT_EQ(3u, card.files().size());
+    file_list_item_t list[2] = {};
+    card.files()[0].name.copy(list[0].name, sizeof list[0].name);
+    card.files()[2].name.copy(list[1].name, sizeof list[1].name);
+    EXPECT_EQ(ZV_OK, zvc_storage_delete_list(&context, list, 2));
+    EXPECT_EQ(1u, card.files().size());
+    EXPECT_EQ(ZV_OK, zvc_storage_delete_all(&context));
+    EXPECT_EQ(ZV_ERR, zvc_storage_delete_last(&context));
 }
 
 TEST_F(SimulatedCamera, GoesThroughAFirmwareUpdate)
@@ -231,6 +257,102 @@ TEST_F(SimulatedCamera, GoesThroughAFirmwareUpdate)
     camera.advance(5000000);
     EXPECT_EQ(0u, seen(status(STATUS_SYSTEM_SYSTEM_BUSY)));
     EXPECT_EQ(0u, seen(status(STATUS_FWUPDATE_OTA_STATUS)));
+}
+
+TEST_F(SimulatedCamera, SetsSettingsThroughTheDaemon)
+{
+    struct Case {
+        uint32_t setting;
+        uint32_t value;
+        Field field;
+        uint64_t seen;
+    };
+    const Case cases[] = {
+        {3, 8, settings(SETTINGS_VIDEO_FPS), 8},
+        {62, 2500000, settings(SETTINGS_STREAM_BIT_RATE, 4), 2500000},
+        {135, 4, status(STATUS_VIDEO_EIS), 4},
+        {176, 107, settings(SETTINGS_VIDEO_FPS), 9},
+        {168, 0x0779, status(STATUS_APP_SCHEDULED_HOUR), 7},
+        {130, 33, settings(SETTINGS_VIDEO_ONSCREEN_SHORTCUTS + 1), 33},
+        {42, 8, settings(SETTINGS_BROADCAST_FPS), 8},
+        {191, 1, settings(SETTINGS_SETUP_CURRENT_FLAT_MODE), 18},
+        {118, 2, settings(SETTINGS_PHOTO_VELLIX_EV), 2}, // the mode is the night photo's now
+    };
+    const auto set = [this](uint32_t setting, uint32_t value) {
+        test::Bytes argument;
+        for (const uint32_t number : {setting, value}) {
+            for (int shift = 0; shift < 32; shift += 8) {
+                argument.push_back(static_cast<uint8_t>(number >> shift));
+            }
+        }
+        return ask_daemon(30, argument).at(0).at(8); // the return code's low byte
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.setting);
+        EXPECT_EQ(0, set(c.setting, c.value));
+        EXPECT_EQ(c.seen, seen(c.field));
+    }
+    EXPECT_EQ(0, set(79, 1)); // what the library sends behind 139
+    EXPECT_EQ(0xFD, set(4, 1));
+    EXPECT_EQ(0xFD, set(176, 99));
+    EXPECT_EQ(0xFD, set(168, 24 << 8 | 1));
+}
+
+TEST_F(SimulatedCamera, AnswersFromATrace)
+{
+    std::stringstream trace;
+    camera.set_trace(&trace);
+    ask_daemon(33);
+    camera.camera().state().set(status(STATUS_APP_DIGITAL_ZOOM), 77);
+    const test::Bytes second = ask_daemon(33).at(0);
+    fault("drop:command=32");
+    ask_daemon(32);
+    camera.set_trace(nullptr);
+    camera.faults().clear();
+    camera.camera().state().set(status(STATUS_APP_DIGITAL_ZOOM), 5);
+
+    ASSERT_EQ("", camera.replay().read(trace));
+    EXPECT_EQ(0, ask_daemon(33).at(0).at(16 + STATUS_APP_DIGITAL_ZOOM));
+    camera.advance(1);
+    EXPECT_EQ(second, ask_daemon(33).at(0));
+    EXPECT_EQ(second, ask_daemon(33).at(0));
+    EXPECT_EQ(0u, ask_daemon(32).size());
+    EXPECT_EQ(5, ask_daemon(34).at(0).at(16 + STATUS_APP_DIGITAL_ZOOM)); // not in the trace
+    std::istringstream broken("0.000000 client>moon 0\n");
+    EXPECT_THAT(camera.replay().read(broken), testing::StartsWith("line 1: "));
+}
+
+TEST_F(SimulatedCamera, LosesAndSpoilsAnswersByRule)
+{
+    fault("truncate:command=34,bytes=5");
+    EXPECT_EQ(5u, ask_daemon(34).at(0).size());
+    fault("key:skip=1");
+    EXPECT_EQ(4, ask_daemon(102, {4, 3, 2, 1}).at(0).at(16));
+    EXPECT_EQ(5, ask_daemon(102, {4, 3, 2, 1}).at(0).at(16));
+    fault("refuse:group=1,code=9,count=1");
+    fault("error:group=1,code=-7,count=1,skip=1");
+    fault("off:group=1,count=1,skip=2");
+    EXPECT_EQ(ZV_ERR_NAK, zvc_send_simple_remote_api(&context, 1, 7));
+    EXPECT_EQ(9, context.rtos_error_code);
+    EXPECT_EQ(ZV_ERR, zvc_send_simple_remote_api(&context, 1, 7));
+    EXPECT_EQ(0xF9, context.rtos_error_code);
+    uint8_t *payload = nullptr;
+    uint16_t size = 0;
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_for_response(&context, 1, 7, &payload, &size));
+    EXPECT_EQ((test::Bytes{ZVN_NACK_OFF}), test::Bytes(payload, payload + size));
+
+    fault("die:command=33,ms=1000,count=1");
+    EXPECT_EQ(0u, ask_daemon(33).size());
+    EXPECT_EQ(0u, ask_daemon(33).size());
+    camera.advance(1000000);
+    EXPECT_EQ(0u, answers().size()); // forgotten
+    EXPECT_EQ(1u, ask_daemon(33).size());
+    fault("full:command=33,ms=1000,count=1");
+    EXPECT_EQ(0u, ask_daemon(33).size());
+    EXPECT_FALSE(post("/to_zvCtlD", test::Bytes{1}));
+    camera.advance(1000000);
+    camera.serve();
+    EXPECT_EQ(1u, ask_daemon(33).size());
 }
 
 TEST(SimulatedTime, FollowsFromTheSeed)
