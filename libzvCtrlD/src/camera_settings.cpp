@@ -10,6 +10,7 @@
 namespace {
 
 using zv::is_sable_knoll;
+using zv::is_shortcut;
 
 // A map that callers are given: empty at first, filled by the first call with a sable_knoll model and then the same for
 // good. It is never destroyed, so that a caller may still read it while the process ends.
@@ -49,8 +50,6 @@ constexpr const char *sable_knoll_open_zelvar_version = "2.0";
 constexpr zv::FlatModes VIDEO_SETTINGS_MODES{12, 13, 14, 15, 23, 24, 25, 27};
 
 // Two shortcuts share a value with a second one; the flat mode tells which one is meant.
-constexpr uint32_t FIRST_SHORTCUT = 129;
-constexpr uint32_t LAST_SHORTCUT = 132;
 constexpr uint32_t FLAT_MODE_VIDEO = 12;
 constexpr uint32_t FLAT_MODE_LOOPING = 15;
 constexpr uint32_t FLAT_MODE_SINGLE_PHOTO = 16;
@@ -61,11 +60,6 @@ constexpr uint32_t LOOPING_INTERVAL_ID = 109;
 constexpr uint32_t SHUTTER_VALUE = 6;
 constexpr uint32_t SHUTTER_ID = 6;
 constexpr uint32_t VIDEO_SHUTTER_ID = 111;
-
-bool is_shortcut(uint32_t setting)
-{
-    return setting >= FIRST_SHORTCUT && setting <= LAST_SHORTCUT;
-}
 
 ModeGroups make_mode_groups()
 {
@@ -83,19 +77,53 @@ uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)
     return id;
 }
 
-uint32_t option_id_by_value(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
+// Fills cameraOptionValues where the model lets it; whether it is filled.
+bool fill_option_values(uint32_t model)
 {
-    bool filled = cameraOptionValues.load(std::memory_order_relaxed);
-    if (!filled && is_sable_knoll(model)) {
-        cameraOptionValues.store(true, std::memory_order_relaxed);
-        filled = true;
+    if (cameraOptionValues.load(std::memory_order_relaxed)) {
+        return true;
     }
-    const zv::OptionId found = filled ? zv::option_id_of_value(setting, value) : zv::OptionId{false, value};
-    if (!found.known) {
+    if (is_sable_knoll(model)) {
+        cameraOptionValues.store(true, std::memory_order_relaxed);
+        return true;
+    }
+    return false;
+}
+
+// The ways of reading that are not a plain look-up.
+[[gnu::noinline]] uint32_t other_option_id(bool filled, uint32_t model, uint32_t setting, uint32_t value,
+                                           uint32_t flat_mode)
+{
+    const bool known = filled && setting < zv::VALUE_ROWS.size();
+    const zv::ValueRow row = known ? zv::VALUE_ROWS[setting] : zv::ValueRow{};
+    uint32_t id = value;
+    switch (row.reading) {
+    case zv::Reading::NO_OPTIONS:
         ZV_LOG(ZV_LOG_ERROR, "Could not find option value:%u for setting:%u for camera:%d", value, setting,
                static_cast<int>(model));
+        break;
+    case zv::Reading::RATE:
+        return zv::bit_rate_id(value);
+    case zv::Reading::TABLE_OR_ITSELF:
+        return value < row.end ? zv::table_id(row, value) : value;
+    case zv::Reading::TABLE:
+    case zv::Reading::SHORTCUT:
+        id = zv::table_id(row, value);
+        break;
     }
-    return is_shortcut(setting) ? shortcut_id(value, flat_mode, found.id) : found.id;
+    return is_shortcut(setting) ? shortcut_id(value, flat_mode, id) : id;
+}
+
+inline uint32_t option_id_by_value(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
+{
+    const bool filled = fill_option_values(model);
+    if (filled && setting < zv::VALUE_ROWS.size()) {
+        const zv::ValueRow &row = zv::VALUE_ROWS[setting];
+        if (row.reading == zv::Reading::TABLE) {
+            return zv::table_id(row, value);
+        }
+    }
+    return other_option_id(filled, model, setting, value, flat_mode);
 }
 
 // ---- Documents ----

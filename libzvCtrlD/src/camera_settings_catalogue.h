@@ -3,6 +3,7 @@
 
 #include "camera_settings.h"
 
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -69,12 +70,39 @@ constexpr bool skips_option_check(uint32_t setting, uint32_t value)
     return setting == 168 || setting == 91 || (setting == 88 && value >= 10 && value <= 100);
 }
 
-// The option id that a firmware value of a setting reads as.
-struct OptionId {
-    bool known; // false for a setting without options; `id` is then the value
-    uint32_t id;
+// Four slots of one kind, the only settings where two options share a value.
+constexpr bool is_shortcut(uint32_t setting)
+{
+    return setting >= 129 && setting <= 132;
+}
+
+// How the values of a setting read as option ids. A poll reads every setting, so that the common way has no branch that
+// depends on the value.
+enum class Reading : uint8_t {
+    NO_OPTIONS,
+    TABLE,           // VALUE_IDS[first + value]; the entry at `end` stands for all values from there on
+    TABLE_OR_ITSELF, // the same, but a value from `end` on reads as itself
+    SHORTCUT,        // TABLE, and the flat mode tells which of two options a value is
+    RATE,            // bit_rate_id(value)
 };
-OptionId option_id_of_value(uint32_t setting, uint32_t value);
+
+struct ValueRow {
+    uint16_t first;
+    uint16_t end;
+    Reading reading;
+};
+
+inline constexpr size_t VALUE_ID_COUNT = 1736;
+extern const std::array<ValueRow, SETTINGS_END_ROW> VALUE_ROWS; // by setting id
+extern const std::array<uint16_t, VALUE_ID_COUNT> VALUE_IDS;
+
+inline uint32_t table_id(const ValueRow &row, uint32_t value)
+{
+    return VALUE_IDS[row.first + std::min<uint32_t>(value, row.end)];
+}
+
+// A bit rate of the stream reads as itself, any other value as the default.
+uint32_t bit_rate_id(uint32_t value);
 
 using OptionLists = std::map<uint32_t, std::vector<option_t *>>;
 using OptionValues = std::map<uint32_t, std::map<uint32_t, uint32_t>>;

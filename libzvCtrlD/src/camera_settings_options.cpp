@@ -56,41 +56,27 @@ static_assert(OPTION_RANGES.back().first + OPTION_RANGES.back().count == OPTION_
 
 // ---- Value to id ----
 
-// What a value reads as that stands in no table.
-enum class Otherwise : uint8_t {
-    ITSELF_UNKNOWN, // the setting has no options
-    ITSELF,
-    DEFAULT,
-    BIT_RATE, // itself if it is a bit rate, else the default
-};
-
-// A value below `limit` reads as VALUE_IDS.ids[first + value].
-struct ValueRow {
-    uint16_t first;
-    uint16_t limit;
-    Otherwise otherwise;
-    uint32_t default_id;
-};
-
-constexpr uint32_t lowest_unlisted(const SettingOptions &row)
+constexpr Reading reading_of(const SettingOptions &row)
 {
-    uint32_t limit = 0;
+    if (is_shortcut(row.setting)) {
+        return Reading::SHORTCUT;
+    }
+    if (row.setting == SETTING_STREAM_BIT_RATE) {
+        return Reading::RATE;
+    }
+    return skips_option_check(row.setting, UINT32_MAX) ? Reading::TABLE_OR_ITSELF : Reading::TABLE;
+}
+
+constexpr uint32_t table_end(const SettingOptions &row)
+{
+    uint32_t end = 0;
     for (const Option &option : row.options) {
-        limit = std::max(limit, option.value + 1);
+        end = std::max(end, option.value + 1);
     }
-    return row.setting == SETTING_STREAM_BIT_RATE ? 0 : limit;
+    return end;
 }
 
-constexpr size_t value_id_count()
-{
-    size_t count = 0;
-    for (const SettingOptions &row : SETTING_OPTIONS) {
-        count += lowest_unlisted(row);
-    }
-    return count;
-}
-
-constexpr uint32_t listed_id(const SettingOptions &row, uint32_t value)
+constexpr uint32_t id_of(const SettingOptions &row, uint32_t value)
 {
     for (const Option &option : row.options) {
         if (option.value == value) {
@@ -100,39 +86,33 @@ constexpr uint32_t listed_id(const SettingOptions &row, uint32_t value)
     return skips_option_check(row.setting, value) ? value : row.default_id;
 }
 
-constexpr Otherwise otherwise(const SettingOptions &row)
-{
-    if (row.setting == SETTING_STREAM_BIT_RATE) {
-        return Otherwise::BIT_RATE;
-    }
-    return skips_option_check(row.setting, UINT32_MAX) ? Otherwise::ITSELF : Otherwise::DEFAULT;
-}
-
-struct ValueIds {
-    std::array<ValueRow, SETTINGS_END_ROW> rows;
-    std::array<uint16_t, value_id_count()> ids;
-};
-
-constexpr ValueIds make_value_ids()
-{
-    ValueIds table = {};
-    uint16_t first = 0;
+constexpr auto VALUE_TABLES = [] {
+    struct {
+        std::array<ValueRow, SETTINGS_END_ROW> rows;
+        std::array<uint16_t, VALUE_ID_COUNT> ids;
+    } tables = {};
+    size_t next = 0;
     for (const SettingOptions &row : SETTING_OPTIONS) {
-        const auto limit = static_cast<uint16_t>(lowest_unlisted(row));
-        table.rows[row.setting] = {first, limit, otherwise(row), row.default_id};
-        for (uint32_t value = 0; value < limit; ++value) {
-            const uint32_t id = listed_id(row, value);
-            if (id > UINT16_MAX) {
-                throw "an id of the direct table does not fit";
-            }
-            table.ids[first + value] = static_cast<uint16_t>(id);
+        const Reading reading = reading_of(row);
+        if (reading == Reading::RATE) {
+            tables.rows[row.setting] = {0, 0, reading};
+            continue;
         }
-        first = static_cast<uint16_t>(first + limit);
+        const uint32_t end = table_end(row);
+        tables.rows[row.setting] = {static_cast<uint16_t>(next), static_cast<uint16_t>(end), reading};
+        for (uint32_t value = 0; value <= end; ++value) {
+            const uint32_t id = id_of(row, value);
+            if (id > UINT16_MAX) {
+                throw "an id does not fit in the table";
+            }
+            tables.ids[next++] = static_cast<uint16_t>(id);
+        }
     }
-    return table;
-}
-
-constexpr ValueIds VALUE_IDS = make_value_ids();
+    if (next != VALUE_ID_COUNT) {
+        throw "the table's size is another";
+    }
+    return tables;
+}();
 
 constexpr auto BIT_RATES = [] {
     std::array<uint32_t, std::size(STREAM_BIT_RATE)> rates = {};
@@ -140,6 +120,11 @@ constexpr auto BIT_RATES = [] {
                    [](const Option &option) { return option.value; });
     return rates;
 }();
+
+constexpr uint32_t DEFAULT_BIT_RATE =
+    std::find_if(std::begin(SETTING_OPTIONS), std::end(SETTING_OPTIONS), [](const SettingOptions &row) {
+        return row.setting == SETTING_STREAM_BIT_RATE;
+    })->default_id;
 
 static_assert(std::all_of(std::begin(STREAM_BIT_RATE), std::end(STREAM_BIT_RATE),
                           [](const Option &option) { return option.id == option.value; }));
@@ -155,26 +140,16 @@ constinit const std::array<Option, OPTION_COUNT> OPTIONS = [] {
     return options;
 }();
 
-OptionId option_id_of_value(uint32_t setting, uint32_t value)
+constinit const std::array<ValueRow, SETTINGS_END_ROW> VALUE_ROWS = VALUE_TABLES.rows;
+constinit const std::array<uint16_t, VALUE_ID_COUNT> VALUE_IDS = VALUE_TABLES.ids;
+
+uint32_t bit_rate_id(uint32_t value)
 {
-    if (setting >= VALUE_IDS.rows.size()) {
-        return {false, value};
+    bool known = false;
+    for (const uint32_t rate : BIT_RATES) {
+        known |= rate == value;
     }
-    const ValueRow &row = VALUE_IDS.rows[setting];
-    if (value < row.limit) {
-        return {true, VALUE_IDS.ids[row.first + value]};
-    }
-    switch (row.otherwise) {
-    case Otherwise::ITSELF_UNKNOWN:
-        return {false, value};
-    case Otherwise::ITSELF:
-        return {true, value};
-    case Otherwise::BIT_RATE:
-        return {true, std::find(BIT_RATES.begin(), BIT_RATES.end(), value) != BIT_RATES.end() ? value : row.default_id};
-    case Otherwise::DEFAULT:
-        break;
-    }
-    return {true, row.default_id};
+    return known ? value : DEFAULT_BIT_RATE;
 }
 
 OptionLists make_option_lists()
