@@ -3,6 +3,7 @@
 #include "bytes.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 #define ZV_SOURCE_PATH "libzvCommon/src/zvTlv"
@@ -33,22 +34,50 @@ bool has_header(uint32_t offset, uint32_t area)
     return offset + HEADER_SIZE <= area;
 }
 
-// The sum of the elements' lengths; goes over `area` where the last one does not end with the message.
-uint32_t walked_length(const uint8_t *msg, uint32_t area)
-{
-    uint32_t offset = 0;
-    while (offset < area) {
-        offset += has_header(offset, area) ? element_length(msg + HEADER_SIZE + offset) : HEADER_SIZE;
+// What a message must have, as bits that gather the kinds of its elements.
+enum Kind : uint8_t { HAS_CMD = 1, HAS_CMDARG = 2, HAS_DST = 4, HAS_SRC = 8, HAS_RSPARG = 16 };
+
+constexpr auto KINDS = [] {
+    std::array<uint8_t, 256> kinds = {};
+    kinds[TLV_CMD] = HAS_CMD;
+    kinds[TLV_CMDARG] = HAS_CMDARG;
+    kinds[TLV_DST] = HAS_DST;
+    kinds[TLV_SRC] = HAS_SRC;
+    kinds[TLV_RSPARG] = HAS_RSPARG;
+    return kinds;
+}();
+
+// One pass over the elements, each inside the area or the last to be looked at.
+struct Elements {
+    uint32_t length = 0;          // their sum; over the area where the last one does not end with the message
+    uint8_t kinds = 0;            // bits of Kind
+    const uint8_t *end = nullptr; // the first TLV_END
+
+    Elements(const uint8_t *msg, uint32_t area)
+    {
+        while (has_header(length, area)) {
+            const uint8_t *element = msg + HEADER_SIZE + length;
+            kinds |= KINDS[element[TAG_OFFSET]];
+            if (element[TAG_OFFSET] == TLV_END && end == nullptr) {
+                end = element;
+            }
+            length += element_length(element);
+        }
+        if (length < area) {
+            length += HEADER_SIZE;
+        }
     }
-    return offset;
-}
+
+    bool lacks(Kind kind) const { return (kinds & kind) == 0; }
+};
 
 // A value as text for the log, from its character `skip` on: a malformed message need not end it with a zero byte.
 struct ValueText {
     char text[ZVMSG_MAX + 1] = {};
 
-    ValueText(const uint8_t *element, uint32_t skip)
+    ValueText(const uint8_t *msg, uint8_t tag, uint32_t skip)
     {
+        const uint8_t *element = tlv_find(msg, tag);
         if (const uint32_t length = value_length(element); length > skip) {
             memcpy(text, element + HEADER_SIZE + skip, std::min<size_t>(length - skip, ZVMSG_MAX));
         }
@@ -81,8 +110,10 @@ int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, co
     if (new_end > size || new_end > LENGTH_FIELD_MAX) {
         return 0;
     }
-    ZV_ASSERT((atype != TLV_SRC) || (alen > 0));
-    ZV_ASSERT((atype != TLV_DST) || (alen > 0));
+    if (len == 0) {
+        ZV_ASSERT((atype != TLV_SRC) || (alen > 0));
+        ZV_ASSERT((atype != TLV_DST) || (alen > 0));
+    }
 
     uint8_t *element = msg + end;
     element[0] = 0;
@@ -153,9 +184,10 @@ int32_t tlv_validate(const uint8_t *msg)
         return -1;
     }
     const uint32_t area = static_cast<uint32_t>(length) - HEADER_SIZE;
-    if (const uint32_t walked = walked_length(msg, area); walked != area) {
+    const Elements elements(msg, area);
+    if (elements.length != area) {
         ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG length (%d) does not match internal length (%d0.\n",
-               static_cast<int>(walked), static_cast<int>(area));
+               static_cast<int>(elements.length), static_cast<int>(area));
         return -1;
     }
     const uint8_t *last = msg + length - 1;
@@ -163,43 +195,40 @@ int32_t tlv_validate(const uint8_t *msg)
         ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG is missing ending TLV: 0xEE\n");
         return -1;
     }
-    const uint8_t *cmd = tlv_find(msg, TLV_CMD);
-    if (cmd == nullptr) {
+    if (elements.lacks(HAS_CMD)) {
         ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG needs a CMD\n");
         return -3;
     }
-    const uint8_t *dst = tlv_find(msg, TLV_DST);
-    if (dst == nullptr) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a DST\n", ValueText(cmd, 0).text);
+    if (elements.lacks(HAS_DST)) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a DST\n", ValueText(msg, TLV_CMD, 0).text);
         return -3;
     }
-    const uint8_t *src = tlv_find(msg, TLV_SRC);
-    if (src == nullptr) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a SRC\n", ValueText(cmd, 0).text);
+    if (elements.lacks(HAS_SRC)) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a SRC\n", ValueText(msg, TLV_CMD, 0).text);
         return -3;
     }
-    if (const uint8_t *end = tlv_find(msg, TLV_END); end == nullptr || end + TAG_OFFSET != last) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG has too many ending TLV: 0xEE\n", ValueText(cmd, 0).text);
+    if (elements.end == nullptr || elements.end + TAG_OFFSET != last) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG has too many ending TLV: 0xEE\n", ValueText(msg, TLV_CMD, 0).text);
         return -1;
     }
     const uint8_t category = msg[3];
     if (category > CATEGORY_MAX) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a known CATagory. CAT=0x%02x\n", ValueText(cmd, 0).text,
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a known CATagory. CAT=0x%02x\n", ValueText(msg, TLV_CMD, 0).text,
                category);
         return -2;
     }
     const bool response = category % 2 == 1;
-    if (tlv_find(msg, TLV_CMDARG) == nullptr) {
+    if (elements.lacks(HAS_CMDARG)) {
         if (response) {
-            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s RSP needs a CMDARG\n", ValueText(cmd, 0).text);
+            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s RSP needs a CMDARG\n", ValueText(msg, TLV_CMD, 0).text);
         } else {
-            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s CMD needs a CMDARG\n", ValueText(cmd, 0).text);
+            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s CMD needs a CMDARG\n", ValueText(msg, TLV_CMD, 0).text);
         }
         return -3;
     }
-    if (response && tlv_find(msg, TLV_RSPARG) == nullptr) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_WARNING: MSG :%s RSP needs a RSPARG fr%s %s\n", ValueText(cmd, 0).text,
-               ValueText(src, 3).text, ValueText(dst, 0).text);
+    if (response && elements.lacks(HAS_RSPARG)) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_WARNING: MSG :%s RSP needs a RSPARG fr%s %s\n", ValueText(msg, TLV_CMD, 0).text,
+               ValueText(msg, TLV_SRC, 3).text, ValueText(msg, TLV_DST, 0).text);
     }
     return 0;
 }
