@@ -1,0 +1,236 @@
+// Exchanges over message queues with a peer process, which answers everything at once: the library's beside bare
+// mq_send and mq_receive of messages of the same size. The two processes share one core, or have one each.
+#include "allocations.h"
+#include "zvc_commands.h"
+#include "zvcontrol_if.h"
+
+#include "camera_status.h"
+
+#include <benchmark/benchmark.h>
+#include <cstring>
+#include <fcntl.h>
+#include <sched.h>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+constexpr long DEPTH = 5;
+constexpr long DAEMON_SIZE = 10000;
+
+enum class Cores { SAME, TWO };
+
+// The first two processors that this process may use; the same one twice where there is no second.
+std::pair<int, int> processors()
+{
+    static const std::pair<int, int> found = [] {
+        cpu_set_t allowed;
+        sched_getaffinity(0, sizeof allowed, &allowed);
+        std::vector<int> numbers;
+        for (int i = 0; i < CPU_SETSIZE; ++i) {
+            if (CPU_ISSET(i, &allowed)) {
+                numbers.push_back(i);
+            }
+        }
+        return std::pair(numbers.front(), numbers.size() > 1 ? numbers[1] : numbers[0]);
+    }();
+    return found;
+}
+
+void run_on(int processor)
+{
+    cpu_set_t set;
+    CPU_ZERO(&set);
+    CPU_SET(processor, &set);
+    sched_setaffinity(0, sizeof set, &set);
+}
+
+// A queue that this program makes and removes, open for both ends.
+class Queue {
+  public:
+    Queue(std::string name, long message_size) : m_name(std::move(name))
+    {
+        mq_attr attributes = {};
+        attributes.mq_maxmsg = DEPTH;
+        attributes.mq_msgsize = message_size;
+        mq_unlink(m_name.c_str());
+        m_descriptor = mq_open(m_name.c_str(), O_RDWR | O_CREAT, 0600, &attributes);
+    }
+    ~Queue()
+    {
+        mq_close(m_descriptor);
+        mq_unlink(m_name.c_str());
+    }
+    Queue(const Queue &) = delete;
+    Queue &operator=(const Queue &) = delete;
+
+    const char *name() const { return m_name.c_str(); }
+    mqd_t descriptor() const { return m_descriptor; }
+
+  private:
+    std::string m_name;
+    mqd_t m_descriptor;
+};
+
+ssize_t receive(mqd_t queue, Bytes &buffer)
+{
+    return mq_receive(queue, reinterpret_cast<char *>(buffer.data()), buffer.size(), nullptr);
+}
+
+int send(mqd_t queue, const Bytes &message)
+{
+    const char *bytes = message.empty() ? "" : reinterpret_cast<const char *>(message.data());
+    return mq_send(queue, bytes, message.size(), 0);
+}
+
+// A process that answers every message with the same bytes, until an empty one.
+class Peer {
+  public:
+    Peer(mqd_t requests, mqd_t answers, const Bytes &answer, Cores cores) : m_requests(requests)
+    {
+        Bytes buffer(DAEMON_SIZE);
+        run_on(processors().first);
+        m_process = fork();
+        if (m_process == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            run_on(cores == Cores::SAME ? processors().first : processors().second);
+            while (receive(requests, buffer) > 0) {
+                send(answers, answer);
+            }
+            _exit(0);
+        }
+    }
+    ~Peer()
+    {
+        send(m_requests, {});
+        waitpid(m_process, nullptr, 0);
+    }
+    Peer(const Peer &) = delete;
+    Peer &operator=(const Peer &) = delete;
+
+  private:
+    mqd_t m_requests;
+    pid_t m_process;
+};
+
+void add(Bytes &message, uint8_t tag, const Bytes &value)
+{
+    message.resize(message.size() + 4 + value.size());
+    sntlv_add_bin(message.data(), static_cast<uint32_t>(message.size()), tag, static_cast<uint32_t>(value.size()),
+                  value.data());
+}
+
+Bytes text(const char *characters)
+{
+    return {characters, characters + strlen(characters)};
+}
+
+// The camera's answer to a remote API call: acknowledge, error, and a payload of one byte.
+Bytes camera_answer()
+{
+    Bytes message(4);
+    sntlv_msg_init(message.data(), 4, 5);
+    add(message, TLV_CMD, text("YY"));
+    add(message, TLV_CMDARG, {0, 1, 9, 0, 0});
+    add(message, TLV_RSPARG, {0, 0, 0, 0, 0, 0, 1, 0x42});
+    add(message, TLV_SRC, text("/to_camera"));
+    add(message, TLV_DST, text("/bench_reply"));
+    add(message, TLV_END, {});
+    return message;
+}
+
+// The daemon's answer to a snapshot request: return code 0 and the record.
+Bytes daemon_answer()
+{
+    Bytes message(4);
+    sntlv_msg_init(message.data(), 4, CAT_ZVCTRL_RSP);
+    add(message, TLV_RSP, Bytes(4));
+    add(message, TLV_RSPARG, Bytes(sizeof(all_status_settings_t), 7));
+    add(message, TLV_END, {});
+    return message;
+}
+
+void remote_api(benchmark::State &state, Cores cores)
+{
+    const Queue relay("/bench_relay", ZVMSG_MAX);
+    const Queue reply("/bench_reply", ZVMSG_MAX);
+    const Peer peer(relay.descriptor(), reply.descriptor(), camera_answer(), cores);
+    zvc_msg_q_context_t context = {};
+    context.mbox_name = reply.name();
+    context.mq_tx = relay.descriptor();
+    context.mq_rx = reply.descriptor();
+    uint8_t *payload = nullptr;
+    uint16_t size = 0;
+    const uint64_t before = bench::allocations();
+    for (auto _ : state) {
+        if (zvc_send_remote_api_for_response(&context, REMOTE_GROUP_APP, 9, &payload, &size) != ZV_OK || size != 1) {
+            state.SkipWithError("the exchange failed");
+        }
+    }
+    if (bench::allocations() != before) {
+        state.SkipWithError("the exchange allocates memory");
+    }
+}
+
+void daemon_snapshot(benchmark::State &state, Cores cores)
+{
+    const Queue daemon("/to_zvCtlD", DAEMON_SIZE);
+    if (zvcontrol_interface_open() != ZV_OK) {
+        state.SkipWithError("the daemon link does not open");
+        return;
+    }
+    const std::string response_name = "/to_ZVCU" + std::to_string(getpid());
+    const mqd_t responses = mq_open(response_name.c_str(), O_WRONLY);
+    {
+        const Peer peer(daemon.descriptor(), responses, daemon_answer(), cores);
+        all_status_settings_t record;
+        for (auto _ : state) {
+            if (zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, record.bytes,
+                                                         sizeof record.bytes, nullptr) != ZV_OK) {
+                state.SkipWithError("the exchange failed");
+            }
+        }
+    }
+    mq_close(responses);
+    zvcontrol_interface_close();
+}
+
+void bare(benchmark::State &state, size_t request_size, size_t answer_size, Cores cores)
+{
+    const Queue requests("/bench_request", DAEMON_SIZE);
+    const Queue answers("/bench_answer", DAEMON_SIZE);
+    const Peer peer(requests.descriptor(), answers.descriptor(), Bytes(answer_size, 1), cores);
+    const Bytes request(request_size, 1);
+    Bytes buffer(DAEMON_SIZE);
+    for (auto _ : state) {
+        send(requests.descriptor(), request);
+        receive(answers.descriptor(), buffer);
+    }
+}
+
+constexpr size_t REMOTE_SIZE = 60; // about what a remote API request and its answer have
+constexpr size_t DAEMON_RECORD_SIZE = 700;
+
+BENCHMARK_CAPTURE(remote_api, same_core, Cores::SAME)->Name("remote_api/same_core")->UseRealTime();
+BENCHMARK_CAPTURE(remote_api, two_cores, Cores::TWO)->Name("remote_api/two_cores")->UseRealTime();
+BENCHMARK_CAPTURE(bare, remote_same, REMOTE_SIZE, REMOTE_SIZE, Cores::SAME)
+    ->Name("bare_60_bytes/same_core")
+    ->UseRealTime();
+BENCHMARK_CAPTURE(bare, remote_two, REMOTE_SIZE, REMOTE_SIZE, Cores::TWO)
+    ->Name("bare_60_bytes/two_cores")
+    ->UseRealTime();
+BENCHMARK_CAPTURE(daemon_snapshot, same_core, Cores::SAME)->Name("daemon_snapshot/same_core")->UseRealTime();
+BENCHMARK_CAPTURE(daemon_snapshot, two_cores, Cores::TWO)->Name("daemon_snapshot/two_cores")->UseRealTime();
+BENCHMARK_CAPTURE(bare, daemon_same, DAEMON_RECORD_SIZE, DAEMON_RECORD_SIZE, Cores::SAME)
+    ->Name("bare_700_bytes/same_core")
+    ->UseRealTime();
+BENCHMARK_CAPTURE(bare, daemon_two, DAEMON_RECORD_SIZE, DAEMON_RECORD_SIZE, Cores::TWO)
+    ->Name("bare_700_bytes/two_cores")
+    ->UseRealTime();
+
+} // namespace

@@ -1,0 +1,38 @@
+#include "report.h"
+
+#include <benchmark/benchmark.h>
+
+namespace {
+
+constexpr bench::Comparison comparisons[] = {
+    {"status_document/library", "status_document/table", 1.0},
+    {"status_document/library", "status_document/rapidjson", 0},
+    {"status_document/library", "status_document/nlohmann-json", 0},
+    {"status_document/library", "status_document/ostream", 0},
+    {"changes/library", "changes/table", 1.0},
+    {"tlv_message/library", "tlv_message/by_hand", 2.0},
+    {"silent_log/library", "silent_log/bare_if", 1.0},
+    {"remote_api/two_cores", "bare_60_bytes/two_cores", 1.15},
+    {"remote_api/same_core", "bare_60_bytes/same_core", 1.3},
+    {"daemon_snapshot/two_cores", "bare_700_bytes/two_cores", 1.3},
+    {"daemon_snapshot/same_core", "bare_700_bytes/same_core", 1.6},
+};
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    // Medians of interleaved repetitions: what disturbs the machine for a while disturbs all of them alike.
+    std::vector<char *> arguments(argv, argv + argc);
+    std::string defaults[] = {"--benchmark_enable_random_interleaving=true", "--benchmark_repetitions=15",
+                              "--benchmark_min_time=0.02"};
+    for (std::string &argument : defaults) {
+        arguments.insert(arguments.begin() + 1, argument.data());
+    }
+    auto count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    bench::Figures figures;
+    benchmark::RunSpecifiedBenchmarks(&figures);
+    bench::print(comparisons, figures);
+    return 0;
+}

@@ -1,0 +1,36 @@
+// The figures of a run, and what they are held against.
+#pragma once
+
+#include <benchmark/benchmark.h>
+#include <map>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+// Collects the repetitions of every benchmark.
+class Figures : public benchmark::BenchmarkReporter {
+  public:
+    bool ReportContext(const Context &) override { return true; }
+    void ReportRuns(const std::vector<Run> &runs) override;
+
+    // Median time of one iteration, in nanoseconds: of the processor, or of the clock for a benchmark that waits
+    // (UseRealTime). 0 for a benchmark that did not run.
+    double median(const std::string &benchmark) const;
+
+  private:
+    std::map<std::string, std::vector<double>> m_repetitions;
+};
+
+// A benchmark of the library beside one of a peer.
+struct Comparison {
+    const char *library;
+    const char *peer;
+    double goal; // the highest ratio of the two that is good enough; 0: none is set
+};
+
+// One line for each comparison whose benchmarks have both run.
+void print(std::span<const Comparison> comparisons, const Figures &figures);
+
+} // namespace bench
