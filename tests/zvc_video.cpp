@@ -71,7 +71,7 @@ TEST_F(VideoFormat, ChoosesWhatTheCameraOffers)
         {"switched off consents", 1, 8, 8, good({1, 8}), good({2, 4, 10}), 8, {{10, {2}}}, Bytes{1, 8, 10}, 0, ""},
         {"no consent, wanted further down", 1, 8, 8, good({1, 8}), good({3, 4, 10, 8}), 8, {{10, good({3})}}, Bytes{1, 8, 8}, 0, ""},
         {"no consent, first", 1, 8, 10, good({1, 8}), good({1, 8}), 8, {{8, good({0})}}, Bytes{1, 8, 8}, 0, ""},
-        {"empty answer is no consent", 1, 8, 10, good({1, 8}), good({2, 4, 8}), 8, {{8, good({})}}, Bytes{1, 8, 4}, 0, ""},
+        {"empty answer is no consent", 1, 8, 10, good({1, 8}), good({2, 4, 8}), 8, {{8, {0, 9, 9, 9, 0, 0, 0, 1}}}, Bytes{1, 8, 4}, 0, ""},
         {"no horizon wanted", 1, 8, 4, good({1, 8}), good({2, 8, 10}), 8, {}, Bytes{1, 8, 8}, 0, ""},
         {"horizon refused", 1, 8, 8, good({1, 8}), good({2, 10, 8}), 8, {{10, refused()}}, {}, -101, "Failed to get horizon supported option, return err:-101"},
         {"wanted before horizon", 1, 8, 8, good({1, 8}), good({2, 8, 10}), 8, {}, Bytes{1, 8, 8}, 0, ""},

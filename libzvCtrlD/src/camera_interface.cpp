@@ -9,6 +9,7 @@
 #include "zvc_settings.h"
 #include "zvc_video.h"
 
+#include <algorithm>
 #include <iterator>
 #include <span>
 
@@ -66,6 +67,10 @@ constexpr ByteWrite BYTE_WRITES[] = {
     {192, {REMOTE_GROUP_VIDEO, 53}},    // nlv_aspect_ratio
     {193, {REMOTE_GROUP_VIDEO, 53}},    // easy_framing
 };
+static_assert(std::adjacent_find(std::begin(BYTE_WRITES), std::end(BYTE_WRITES),
+                                 [](const ByteWrite &row, const ByteWrite &next) { return row.id >= next.id; }) ==
+              std::end(BYTE_WRITES));
+
 constexpr RemoteCommand FRONT_DISPLAY_SET{REMOTE_GROUP_SETUP, 66};
 constexpr RemoteCommand SCHEDULED_CAPTURE_SET{REMOTE_GROUP_APP, 17};
 constexpr RemoteCommand SCHEDULED_FORMAT_SET{REMOTE_GROUP_APP, 19};
@@ -371,7 +376,7 @@ int32_t set_scheduled_capture(const SettingWrite &write)
                                         schedule, sizeof schedule);
 }
 
-// Unlike every other number of the remote API a preset id goes out least significant byte first.
+// Unlike the values of the plain writes a preset id goes out least significant byte first.
 int32_t load_preset(const SettingWrite &write, std::span<const uint32_t> presets, const char *unknown)
 {
     uint32_t preset = presets.front();
