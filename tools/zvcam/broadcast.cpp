@@ -93,12 +93,14 @@ void start(const Arguments &arguments)
     const int64_t value = arguments.words.empty() ? 1 : parse_number(arguments.words.front(), "the value", 0, BYTE);
     CameraLink camera;
     camera.check(zvc_broadcast_set_start(camera, static_cast<int32_t>(value)), "start the broadcast");
+    print("broadcast started\n");
 }
 
 void stop(const Arguments &)
 {
     CameraLink camera;
     camera.check(zvc_broadcast_set_stop(camera), "stop the broadcast");
+    print("broadcast stopped\n");
 }
 
 constexpr char FORMAT[] = "[RESOLUTION] [FPS] [FOV]";

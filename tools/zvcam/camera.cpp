@@ -7,6 +7,7 @@
 #include "options.h"
 #include "output.h"
 
+#include <zvctrl/camera_interface.h>
 #include <zvctrl/camera_settings.h>
 #include <zvctrl/zvc_commands_zvx.h>
 #include <zvctrl/zvc_video.h>
@@ -81,9 +82,15 @@ void shutter(const Arguments &arguments)
     print("%s\n", on ? "capture started" : "capture stopped");
 }
 
-void mode(const Arguments &)
+void mode(const Arguments &arguments)
 {
     CameraLink camera;
+    if (!arguments.words.empty()) {
+        const uint32_t value = find_value(SETTING_CURRENT_FLAT_MODE, arguments.words.front());
+        camera.check(
+            camera_if_settings_set_value_int(camera, SETTING_CURRENT_FLAT_MODE, -1, -1, value, 0, nullptr, nullptr),
+            "change the mode");
+    }
     int32_t pair_mode = 0;
     int32_t sub_mode = 0;
     int32_t flat_mode = 0;
@@ -116,7 +123,12 @@ void format(const Arguments &arguments)
     Format now = read_format(camera);
     if (!arguments.words.empty()) {
         const Format wanted = parse_format(arguments, VIDEO_SETTINGS, now);
-        camera.check(zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov), "set the format");
+        const int32_t result = zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov);
+        if (result == ZV_ERR_INVALID_PARAM && camera.code() == 0) {
+            fail(REFUSED, "the camera offers no frame rate at %s now",
+                 value_text(SETTING_VIDEO_RESOLUTION, static_cast<uint32_t>(wanted.resolution)).c_str());
+        }
+        camera.check(result, "set the format");
         now = read_format(camera);
         tell_adjustment("resolution", SETTING_VIDEO_RESOLUTION, wanted.resolution, now.resolution);
         tell_adjustment("frame rate", SETTING_VIDEO_FPS, wanted.fps, now.fps);
@@ -136,7 +148,7 @@ void lens(const Arguments &)
 constexpr Command COMMANDS[] = {
     {"info", "", "which camera this is", info},
     {"shutter", "on|off", "start or stop a capture in the present mode", shutter},
-    {"mode", "", "the capture mode", mode},
+    {"mode", "[FLAT_MODE]", "the capture mode: show it, or set it to an option of setting 144", mode},
     {"format", "[RESOLUTION] [FPS] [FOV]",
      "the video format: show it, or set the nearest that the camera offers; what is not given is kept", format},
     {"zoom", "[ZOOM]", "the digital zoom", show_or_set<ZOOM>},

@@ -43,6 +43,7 @@ using Commands = std::span<const Command>;
 extern const Commands STATUS_COMMANDS;
 extern const Commands SETTINGS_COMMANDS;
 extern const Commands CAMERA_COMMANDS;
+extern const Commands MEDIA_COMMANDS;
 extern const Commands BROADCAST_COMMANDS;
 extern const Commands FIRMWARE_COMMANDS;
 extern const Commands MESSAGE_COMMANDS;

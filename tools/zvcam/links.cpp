@@ -169,7 +169,7 @@ CameraLink::~CameraLink()
 
 void CameraLink::check(int32_t result, const char *doing) const
 {
-    zvcam::check(result, doing, m_context.rtos_error_code);
+    zvcam::check(result, doing, code());
 }
 
 uint32_t camera_model()

@@ -43,6 +43,9 @@ class CameraLink {
 
     operator zvc_msg_q_context_t *() { return &m_context; }
 
+    // The refusal byte or the firmware's error of the last call; 0 when there was none.
+    uint8_t code() const { return m_context.rtos_error_code; }
+
     // Ends the command when `result`, of a call on this link, is not 0.
     void check(int32_t result, const char *doing) const;
 
@@ -50,7 +53,8 @@ class CameraLink {
     zvc_msg_q_context_t m_context = {};
 };
 
-// The camera's model number, which selects the tables of settings and options; 0 when nobody knows it.
+// The camera's model number, which selects the tables of settings and options; 0 when nobody knows it. Read when it is
+// first asked for, and so not before a link is open: the camera may just be coming up.
 uint32_t camera_model();
 
 } // namespace zvcam

@@ -21,7 +21,7 @@ using namespace zvcam;
 constexpr char DESCRIPTION[] = "Look at a camera and command it.\n"
                                "A SETTING or an OPTION is given by its number, its name or its key.";
 
-const Commands ALL_COMMANDS[] = {STATUS_COMMANDS,    SETTINGS_COMMANDS, CAMERA_COMMANDS,
+const Commands ALL_COMMANDS[] = {STATUS_COMMANDS,    SETTINGS_COMMANDS, CAMERA_COMMANDS, MEDIA_COMMANDS,
                                  BROADCAST_COMMANDS, FIRMWARE_COMMANDS, MESSAGE_COMMANDS};
 
 constexpr Option VERBOSE = {"-v,--verbose", nullptr, "show the library's log on standard error; twice for all of it"};

@@ -3,13 +3,16 @@
 #include "settings.h"
 
 #include "command.h"
+#include "failure.h"
 #include "links.h"
 #include "options.h"
 #include "output.h"
 
 #include <algorithm>
 #include <cstdlib>
+#include <ctime>
 #include <rules.h>
+#include <zvctrl/camera_interface.h>
 
 namespace zvcam {
 
@@ -17,6 +20,10 @@ namespace {
 
 constexpr size_t LINE_WIDTH = 100;
 constexpr char INDENT[] = "      ";
+
+// How long a changed setting may take to show.
+constexpr int LOOKS = 10;
+constexpr timespec BETWEEN_LOOKS = {0, 100000000};
 
 zv::Availability availability_in(const State &state)
 {
@@ -30,11 +37,13 @@ uint32_t option_now(const State &state, uint32_t setting)
 
 void print_setting(uint32_t setting, uint32_t option)
 {
-    print("%3u %-34s %-28s", setting, setting_name(setting).c_str(), option_text(setting, option).c_str());
+    print("%3u %-34s ", setting, setting_name(setting).c_str());
+    const std::string now = option_text(setting, option);
     if (uint32_t id = 0; default_option(setting, id)) {
-        print(" default %s", option_text(setting, id).c_str());
+        print("%-28s default %s\n", now.c_str(), option_text(setting, id).c_str());
+    } else {
+        print("%s\n", now.c_str());
     }
-    print("\n");
 }
 
 // Keys with their ids, as many to a line as fit.
@@ -83,8 +92,8 @@ void settings(const Arguments &arguments)
 
 void get(const Arguments &arguments)
 {
-    const uint32_t setting = find_setting(arguments.words.at(0));
     const State state(DaemonLink().poll());
+    const uint32_t setting = find_setting(arguments.words.at(0));
     const zv::Availability availability = availability_in(state);
     const uint32_t now = option_now(state, setting);
     print_setting(setting, now);
@@ -103,8 +112,8 @@ std::vector<zv::Removal> removals_of(const zv::Availability &availability, uint3
 
 void why(const Arguments &arguments)
 {
-    const uint32_t setting = find_setting(arguments.words.at(0));
     const State state(DaemonLink().poll());
+    const uint32_t setting = find_setting(arguments.words.at(0));
     const zv::Availability availability = availability_in(state);
     if (arguments.words.size() > 1) {
         const uint32_t option = find_option(setting, arguments.words[1]);
@@ -125,6 +134,65 @@ void why(const Arguments &arguments)
     }
 }
 
+void forbid(uint32_t setting, uint32_t option, const std::vector<zv::Removal> &removals)
+{
+    std::string reasons;
+    for (const zv::Removal &removal : removals) {
+        reasons += "\n  rule " + std::to_string(removal.rule) + ", because " + zv::because(removal);
+    }
+    fail(FORBIDDEN, "%u %s: %s is not available now; --force sends it all the same%s", setting,
+         setting_name(setting).c_str(), option_text(setting, option).c_str(), reasons.c_str());
+}
+
+// The state as soon as it shows the option, or after a second.
+State state_with(DaemonLink &daemon, uint32_t setting, uint32_t option)
+{
+    for (int look = 1;; ++look) {
+        const State state(daemon.poll());
+        if (option_now(state, setting) == option || look == LOOKS) {
+            return state;
+        }
+        nanosleep(&BETWEEN_LOOKS, nullptr);
+    }
+}
+
+void set(const Arguments &arguments)
+{
+    DaemonLink daemon;
+    const State before(daemon.poll());
+    const uint32_t setting = find_setting(arguments.words.at(0));
+    const std::string &text = arguments.words.at(1);
+    const uint32_t option = setting == SETTING_SCHEDULED_CAPTURE ? parse_schedule(text, option_now(before, setting))
+                                                                 : find_option(setting, text);
+    if (!arguments.given("--force")) {
+        const auto removals = removals_of(availability_in(before), setting, option);
+        if (!removals.empty()) {
+            forbid(setting, option, removals);
+        }
+    }
+    Changes changes;
+    changes.look(before);
+
+    CameraLink camera;
+    const settings_id_entry_t &row = setting_row(setting);
+    const uint32_t value = getOptionValueById(camera_model(), setting, option);
+    camera.check(camera_if_settings_set_value_int(camera, static_cast<int32_t>(setting), row.group_id, row.action_id,
+                                                  value, row.value_size, &before.settings, &before.status),
+                 "change the setting");
+    const State after = state_with(daemon, setting, option);
+    changes.look(after);
+    if (arguments.given("--json")) {
+        changes.print_json();
+    } else if (changes.any()) {
+        changes.print_words();
+    } else {
+        print("nothing changed\n");
+    }
+    if (const uint32_t now = option_now(after, setting); now != option) {
+        fail(REFUSED, "the camera took the command and still shows %s", option_text(setting, now).c_str());
+    }
+}
+
 constexpr Command COMMANDS[] = {
     {"settings",
      "",
@@ -132,6 +200,11 @@ constexpr Command COMMANDS[] = {
      settings,
      {JSON, {"--available", nullptr, "only what the camera's rules allow now"}}},
     {"get", "SETTING", "one setting and its options", get},
+    {"set",
+     "SETTING OPTION",
+     "change a setting, and show what changed with it; the scheduled capture (168) takes a time of day or off",
+     set,
+     {{"--force", nullptr, "send it even where the rules forbid it"}, JSON}},
     {"why", "SETTING [OPTION]", "whether a setting or an option is available now, and which rules take it away", why},
 };
 

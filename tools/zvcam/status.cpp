@@ -51,9 +51,10 @@ void watch(const Arguments &arguments)
     const int64_t count = arguments.number("--count", INT64_MAX, 1, INT64_MAX);
     const int64_t interval = arguments.number("--interval", POLL_MILLISECONDS, 1, LONGEST_INTERVAL);
     DaemonLink daemon;
-    Changes changes;
     expect_interruption();
-    changes.look(State(daemon.poll()));
+    const State first(daemon.poll());
+    Changes changes;
+    changes.look(first);
     for (int64_t look = 1;; ++look) {
         if (changes.any()) {
             json ? changes.print_json() : changes.print_words();

@@ -1,0 +1,119 @@
+// The media on the card. Names are relative to the media folder, such as "100ABCDE/CLIP0001.MP4".
+
+#include "command.h"
+#include "failure.h"
+#include "links.h"
+#include "options.h"
+#include "output.h"
+
+#include <algorithm>
+#include <cstring>
+#include <zvctrl/zvc_storage.h>
+
+namespace zvcam {
+
+namespace {
+
+constexpr size_t LONGEST_NAME = 255;
+constexpr size_t LIST_FOLDER = 8; // characters of the folder in a list entry
+
+uint32_t length_of(const std::string &name)
+{
+    if (name.empty() || name.size() > LONGEST_NAME) {
+        fail(WRONG_USAGE, "a name has 1 to %zu characters, such as 100ABCDE/CLIP0001.MP4", LONGEST_NAME);
+    }
+    return static_cast<uint32_t>(name.size());
+}
+
+file_list_item_t list_item(const std::string &name)
+{
+    file_list_item_t item = {1, {}};
+    if (name.size() > sizeof item.name || name.find_first_of("/\\") != LIST_FOLDER) {
+        fail(WRONG_USAGE,
+             "in a list, a name is a folder of 8 characters, a slash and a file, 22 characters at most: "
+             "not \"%s\"",
+             name.c_str());
+    }
+    memcpy(item.name, name.data(), name.size());
+    return item;
+}
+
+void remove(const Arguments &arguments)
+{
+    CameraLink camera;
+    if (arguments.words.size() == 1) {
+        const std::string &name = arguments.words.front();
+        camera.check(zvc_storage_delete_file(camera, name.c_str(), length_of(name)), "delete the file");
+        print("deleted\n");
+        return;
+    }
+    std::vector<file_list_item_t> list;
+    std::transform(arguments.words.begin(), arguments.words.end(), std::back_inserter(list), list_item);
+    for (size_t first = 0; first < list.size(); first += FILE_LIST_MAX) {
+        const size_t count = std::min<size_t>(list.size() - first, FILE_LIST_MAX);
+        camera.check(zvc_storage_delete_list(camera, &list[first], static_cast<uint32_t>(count)), "delete the files");
+    }
+    print("deleted %zu files\n", list.size());
+}
+
+void remove_last(const Arguments &)
+{
+    CameraLink camera;
+    camera.check(zvc_storage_delete_last(camera), "delete the last file");
+    print("deleted the file that was taken last\n");
+}
+
+void remove_all(const Arguments &arguments)
+{
+    CameraLink camera;
+    confirm(arguments, "Delete all media on the card?");
+    camera.check(zvc_storage_delete_all(camera), "delete all media");
+    print("deleted all media\n");
+}
+
+void remove_group(const Arguments &arguments)
+{
+    CameraLink camera;
+    const std::string &name = arguments.words.front();
+    camera.check(zvc_storage_delete_group(camera, name.c_str(), length_of(name)), "delete the group");
+    print("deleted\n");
+}
+
+void tag(const Arguments &arguments)
+{
+    CameraLink camera;
+    const std::string &name = arguments.words.front();
+    const auto offset = static_cast<uint32_t>(parse_number(arguments.words[1], "an offset", 0, UINT32_MAX));
+    const uint32_t enable = arguments.given("--remove") ? 0 : 1;
+    camera.check(zvc_storage_tag_file(camera, name.c_str(), length_of(name), offset, enable), "tag the file");
+    print("%s\n", enable != 0 ? "tagged" : "tag removed");
+}
+
+void room(const Arguments &arguments)
+{
+    CameraLink camera;
+    const uint32_t looping = find_value(SETTING_VIDEO_LOOPING, arguments.words.front());
+    const std::string interval = value_text(SETTING_VIDEO_LOOPING, looping);
+    const int32_t result = zvc_storage_looping_sd_check(camera, static_cast<uint8_t>(looping));
+    if (result == ZV_ERR && camera.code() == 0) {
+        fail(FAILED, "the card has no room for looping at %s", interval.c_str());
+    }
+    camera.check(result, "ask for the room on the card");
+    print("the card has room for looping at %s\n", interval.c_str());
+}
+
+constexpr Command COMMANDS[] = {
+    {"media", "", "the media on the card", nullptr},
+    {"media delete", "NAME...", "delete files", remove},
+    {"media delete-last", "", "delete the file that was taken last", remove_last},
+    {"media delete-all", "", "delete everything", remove_all, {YES}},
+    {"media delete-group", "NAME", "delete the group that a file belongs to", remove_group},
+    {"media tag", "NAME OFFSET", "tag a moment in a file", tag, {{"--remove", nullptr, "remove the tag instead"}}},
+    {"media room", "INTERVAL", "whether the card has room for a looping interval, an option of setting 6", room},
+};
+
+} // namespace
+
+constinit const Commands MEDIA_COMMANDS = COMMANDS;
+
+} // namespace zvcam
