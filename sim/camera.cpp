@@ -116,7 +116,8 @@ void Camera::use_battery()
     constexpr Field percentage = status(STATUS_SYSTEM_INTERNAL_BATTERY_PERCENTAGE);
     constexpr Field charge_state = status(STATUS_SYSTEM_INTERNAL_BATTERY_CHARGE_STATE);
     const bool charging = m_state.byte(charge_state) == CHARGING;
-    const uint64_t percent = m_state.get(percentage) + (charging ? 1 : -1);
+    const uint64_t before = m_state.get(percentage);
+    const uint64_t percent = charging ? before + 1 : before - 1;
     m_state.set(percentage, percent);
     m_state.set(status(STATUS_SYSTEM_INTERNAL_BATTERY_BARS), (percent * BARS + PERCENT_FULL - 1) / PERCENT_FULL);
     m_state.set(status(STATUS_SYSTEM_BATT_OKAY_FOR_OTA), percent >= PERCENT_FOR_OTA);

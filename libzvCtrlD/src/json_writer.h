@@ -16,6 +16,7 @@
 //     stream.write(json.begin(), json.size());
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -101,8 +102,7 @@ class JsonWriter {
     // The text as it stands: nothing is escaped.
     void literal(std::string_view text)
     {
-        memcpy(m_next, text.data(), text.size());
-        m_next += text.size();
+        m_next = std::copy(text.begin(), text.end(), m_next);
     }
 
     // Every member is followed by a comma; the last one's is taken back, if there was a member.
