@@ -57,7 +57,7 @@ TEST(Decode, PrintsATraceOfBothLinks)
     EXPECT_EQ("0.000001 client>daemon  daemon command, 49 bytes, category 20\n"
               "     4 CMD         4  30 ZVCONTROL_SET_SETTING_ID\n"
               "                      1E 00 00 00\n"
-              "    12 CMDARG      8  setting 139, value 3\n"
+              "    12 CMDARG      8  setting 139 modes/audio/settings/vellix_option, value 3\n"
               "                      8B 00 00 00 03 00 00 00\n"
               "    24 SRC        12  \"/to_ZVCU123\"\n"
               "                      2F 74 6F 5F 5A 56 43 55 31 32 33 00\n"
@@ -155,7 +155,7 @@ TEST(Decode, SaysWhatIsWrong)
     EXPECT_EQ("  ! behind byte 2 come no two hexadecimal digits\n", out.str());
 }
 
-TEST(Decode, NamesDaemonCommandsAsFarAsTheirNumbersAreSettled)
+TEST(Decode, NamesWhatHasAName)
 {
     const std::pair<uint32_t, const char *> cases[] = {
         {34, "ZVCONTROL_GET_ALL_SETTINGS_STATUS"},
@@ -170,6 +170,11 @@ TEST(Decode, NamesDaemonCommandsAsFarAsTheirNumbersAreSettled)
     for (const auto &[number, name] : cases) {
         EXPECT_EQ(name, daemon_command_name(number)) << number;
     }
+    EXPECT_STREQ("REMOTE_AUDIO_AUDIO_OPTION_SET", action_name(14, 3));
+    EXPECT_STREQ("modes/audio/settings/vellix_option", action_name(14, 5));
+    EXPECT_EQ(nullptr, action_name(14, 250));
+    EXPECT_EQ(nullptr, setting_name(0));
+    EXPECT_EQ(nullptr, setting_name(UINT32_MAX));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
-// The last steps on a message before it leaves, the same in every send. Internal to the library.
+// The last steps on a message before it leaves, the same in every send: zvMsg.cpp and zvHex.cpp. Internal to the
+// library.
 #pragma once
 
 #include "zvTlv.h"

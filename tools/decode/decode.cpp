@@ -92,6 +92,11 @@ class Message {
     std::vector<std::string> m_faults;
 };
 
+const char *or_unknown(const char *name)
+{
+    return name != nullptr ? name : "?";
+}
+
 // Quoted, with a full stop for what cannot be printed.
 std::string quoted(const uint8_t *bytes, size_t size)
 {
@@ -226,7 +231,8 @@ std::string Message::argument(const Element &element)
     const Element *cmd = find(TLV_CMD);
     const uint32_t number = cmd != nullptr && cmd->size == 4 ? le32(cmd->value) : 0;
     if (number == SET_SETTING_ID && element.size == 8) {
-        return text("setting %u, value %u", le32(element.value), le32(element.value + 4));
+        const uint32_t id = le32(element.value);
+        return text("setting %u %s, value %u", id, or_unknown(setting_name(id)), le32(element.value + 4));
     }
     return number == RESYNC && element.size == 4 ? text("key %u", le32(element.value)) : "";
 }
@@ -267,9 +273,8 @@ std::string Message::remote_request(const Element &element)
     if (group_text == nullptr) {
         fault(text("remote API group %d is unknown", group));
     }
-    const char *name = action_name(group, action);
-    return text("group %d %s, action %d %s, payload size %zu", group, group_text != nullptr ? group_text : "?", action,
-                name != nullptr ? name : "?", payload);
+    return text("group %d %s, action %d %s, payload size %zu", group, or_unknown(group_text), action,
+                or_unknown(action_name(group, action)), payload);
 }
 
 std::string Message::remote_answer(const Element &element)
@@ -343,8 +348,7 @@ int Message::print(std::ostream &out)
     read_elements();
     check_contents();
     for (const Element &element : m_elements) {
-        const char *name = tag_name(element.tag);
-        std::string line = text("%6zu %-8s%5zu  ", element.offset, name != nullptr ? name : "?", element.size);
+        std::string line = text("%6zu %-8s%5zu  ", element.offset, or_unknown(tag_name(element.tag)), element.size);
         const size_t indent = line.size();
         line += meaning(element);
         line.erase(line.find_last_not_of(' ') + 1);

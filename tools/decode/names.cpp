@@ -1,6 +1,7 @@
 #include "names.h"
 
 #include <iterator>
+#include <zvctrl/camera_settings.h>
 #include <zvctrl/zvTlv.h>
 #include <zvctrl/zvc_commands.h>
 
@@ -281,6 +282,25 @@ const char *find(const Name (&names)[N], uint32_t number)
     return nullptr;
 }
 
+constexpr uint32_t SABLE_KNOLL_MODEL = 62;
+constexpr uint32_t DEFAULT_MODEL = 0;
+
+// The path of the first setting that `matches` its id and row, in the tables of both generations; null without one.
+template <class Matches>
+const char *setting_path(Matches matches)
+{
+    for (const uint32_t model : {SABLE_KNOLL_MODEL, DEFAULT_MODEL}) {
+        uint32_t count = 0;
+        const settings_id_entry_t *rows = camera_settings_id_table(model, &count);
+        for (uint32_t id = 0; id < count && rows[id].end_marker == 0; ++id) {
+            if (rows[id].json_path[0] != '\0' && matches(id, rows[id])) {
+                return rows[id].json_path;
+            }
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 const char *tag_name(uint8_t tag)
@@ -300,7 +320,14 @@ const char *action_name(uint8_t group, uint8_t action)
             return row.name;
         }
     }
-    return nullptr;
+    return setting_path([=](uint32_t, const settings_id_entry_t &setting) {
+        return setting.group_id == group && setting.action_id == action;
+    });
+}
+
+const char *setting_name(uint32_t id)
+{
+    return setting_path([=](uint32_t row, const settings_id_entry_t &) { return row == id; });
 }
 
 std::string daemon_command_name(uint32_t command)
@@ -311,7 +338,7 @@ std::string daemon_command_name(uint32_t command)
     if (command > END_ROW) {
         return "";
     }
-    const std::string moved = command - 1 > LAST_BELOW ? DAEMON_COMMANDS[command - 1] : "";
+    std::string moved = command - 1 > LAST_BELOW ? DAEMON_COMMANDS[command - 1] : "";
     if (command >= RESYNC_ROW) {
         return moved;
     }
