@@ -105,7 +105,7 @@ TEST_F(CardId, HealsAfterEveryFailure)
 
     mkdir(FUSE.c_str(), 0777);
     std::ofstream(FUSE + "MISC") << "a file";
-    EXPECT_EQ(-1, getCardIDStr(id)); // the name with a slash behind is neither a folder nor to be made
+    EXPECT_EQ(-1, getCardIDStr(id));
 
     unlink((FUSE + "MISC").c_str());
     mkdir(FOLDER.c_str(), 0777);
@@ -131,9 +131,10 @@ TEST_F(CardId, HealsAfterEveryFailure)
     setrlimit(RLIMIT_FSIZE, &before);
     EXPECT_STREQ("0", id);
 
-    EXPECT_THAT(log_messages(), ElementsAre("Cannot call with null pointer", "Failed to create folder:" + FOLDER,
-                                            "Failed to create folder:" + FOLDER, "Failed to create file  " + CARD,
-                                            "Failed to get random number", "Failed to get write card_id to file"));
+    EXPECT_THAT(log_messages(),
+                ElementsAre("Cannot call with null pointer", "Failed to create folder:" + FOLDER,
+                            "Path:" + FOLDER + " exists and is a NOT folder", "Failed to create file  " + CARD,
+                            "Failed to get random number", "Failed to get write card_id to file"));
     draws = {3};
     EXPECT_EQ(0, getCardIDStr(id));
     EXPECT_STREQ("8", id);

@@ -128,11 +128,12 @@ int32_t getCardIDStrFromCard(char *id, int32_t card)
         return -1;
     }
     const char *folder = card == 1 ? SECOND_CARD_FOLDER : CARD_FOLDER;
+    const std::string node(folder, strlen(folder) - 1); // behind a slash, stat finds nothing but folders
     const std::string path = std::string(folder) + CARD_FILE;
     clear_card_id(id);
 
     struct stat state = {};
-    const bool existed = stat(folder, &state) == 0;
+    const bool existed = stat(node.c_str(), &state) == 0;
     if (existed && !S_ISDIR(state.st_mode)) {
         ZV_LOG(ZV_LOG_ERROR, "Path:%s exists and is a NOT folder", folder);
         return -1;

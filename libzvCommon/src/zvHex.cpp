@@ -77,8 +77,8 @@ namespace {
 constexpr uint32_t DEBUG_TRACE = 0x100; // bits of g_debug_level
 constexpr uint32_t DEBUG_WHOLE_DUMPS = 0x200;
 
-constexpr size_t COLUMNS = 16; // bytes in a line
-constexpr size_t GROUP = 4;
+constexpr int COLUMNS = 16; // bytes in a line
+constexpr int GROUP = 4;
 constexpr size_t HEXLINE_SIZE = 98;
 constexpr int32_t SHOWN_AHEAD = 80; // hexprint leaves lines out behind this many bytes,
 constexpr int32_t SHOWN_LAST = 31;  // while more than this many are left
@@ -106,7 +106,7 @@ class TextBuffer {
     }
     void put(const char *text) { put(text, strlen(text)); }
     void put(char c) { put(&c, 1); }
-    void put_hex(uint8_t byte, const char *digits)
+    void put_byte(uint8_t byte, const char *digits)
     {
         put(digits[byte >> 4]);
         put(digits[byte & 15]);
@@ -121,9 +121,38 @@ class TextBuffer {
 constexpr char UPPER[] = "0123456789ABCDEF";
 constexpr char LOWER[] = "0123456789abcdef";
 
+// How the columns of a line look.
+struct Look {
+    const char *digits;
+    const char *behind_column;
+    const char *behind_group;
+    const char *before_text;
+};
+
+constexpr Look DUMP_LOOK{UPPER, " ", "  ", ""};
+constexpr Look LOG_LOOK{LOWER, "", " ", " "};
+
 char printable(uint8_t byte)
 {
     return byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : '.';
+}
+
+// Puts the 16 columns from `index` on, and their text; both are blank outside the data.
+void put_columns(TextBuffer &text, const Look &look, const uint8_t *data, int64_t length, int64_t index)
+{
+    char characters[COLUMNS];
+    for (int column = 0; column < COLUMNS; ++column, ++index) {
+        if (index >= 0 && index < length) {
+            characters[column] = printable(data[index]);
+            text.put_byte(data[index], look.digits);
+        } else {
+            characters[column] = ' ';
+            text.put("  ");
+        }
+        text.put(column % GROUP == GROUP - 1 ? look.behind_group : look.behind_column);
+    }
+    text.put(look.before_text);
+    text.put(characters, COLUMNS);
 }
 
 } // namespace
@@ -137,39 +166,20 @@ int32_t _snhexdump(char *dest, uint32_t size, const uint8_t *data, uint32_t leng
         text.put(head);
         return text.length();
     }
-    // Where a byte stands in the dump: `pad` columns in front of the first one are blank.
-    const size_t pad = aligned != 0 ? reinterpret_cast<uintptr_t>(data) % COLUMNS : 0;
-    const size_t end = pad + length;
-    const size_t address = aligned != 0 ? reinterpret_cast<uintptr_t>(data) - pad : 0;
-    const auto inside = [=](size_t position) { return position >= pad && position < end; };
-
-    for (size_t line = 0; line < end && !text.full();) {
-        char characters[COLUMNS];
-        snprintf(head, sizeof head, "%0*X  ", 8, static_cast<uint32_t>(address + line));
+    const uintptr_t address = aligned != 0 ? reinterpret_cast<uintptr_t>(data) : 0;
+    for (auto index = -static_cast<int64_t>(address % COLUMNS); index < length && !text.full();) {
+        snprintf(head, sizeof head, "%0*X  ", 8, static_cast<uint32_t>(address + static_cast<uintptr_t>(index)));
         text.put(prefix);
         text.put(head);
-        for (size_t column = 0; column < COLUMNS; ++column) {
-            const size_t position = line + column;
-            characters[column] = ' ';
-            if (inside(position)) {
-                const uint8_t byte = data[position - pad];
-                characters[column] = printable(byte);
-                text.put_hex(byte, UPPER);
-            } else {
-                text.put("  ");
-            }
-            text.put(column % GROUP == GROUP - 1 ? "  " : " ");
-        }
-        text.put(characters, COLUMNS);
+        put_columns(text, DUMP_LOOK, data, length, index);
         text.put('\n');
 
-        const size_t shown = line;
-        line += COLUMNS;
-        const size_t next = line;
-        while (shown >= pad && line + COLUMNS <= end && memcmp(data + shown - pad, data + line - pad, COLUMNS) == 0) {
-            line += COLUMNS;
+        const int64_t shown = index;
+        index += COLUMNS;
+        while (shown >= 0 && index + COLUMNS <= length && memcmp(data + shown, data + index, COLUMNS) == 0) {
+            index += COLUMNS;
         }
-        if (line > next && line < end) {
+        if (index > shown + COLUMNS && index < length) {
             text.put("...\n");
         }
     }
@@ -191,25 +201,11 @@ int32_t hexline(char *dest, int32_t size, const char *prefix, uint32_t *address,
 {
     TextBuffer text(dest, static_cast<size_t>(std::max(size, 0)));
     char head[HEXLINE_SIZE];
-    char characters[COLUMNS];
     snprintf(head, sizeof head, "%-11s%08x  ", prefix, *address & ~uint32_t{COLUMNS - 1});
     text.put(head);
-    for (size_t column = 0; column < COLUMNS; ++column) {
-        if (column > 0 && column % GROUP == 0) {
-            text.put(' ');
-        }
-        characters[column] = ' ';
-        if (*index >= 0 && *index < length) {
-            characters[column] = printable(data[*index]);
-            text.put_hex(data[*index], LOWER);
-        } else {
-            text.put("  ");
-        }
-        ++*index;
-        ++*address;
-    }
-    text.put("  ");
-    text.put(characters, COLUMNS);
+    put_columns(text, LOG_LOOK, data, length, *index);
+    *address += COLUMNS;
+    *index += COLUMNS;
     return text.length();
 }
 
@@ -240,7 +236,7 @@ void hexprint_noaddr(const char *prefix, uint32_t address, const uint8_t *data, 
             if (index % GROUP == first_group) {
                 text.put(' ');
             }
-            text.put_hex(data[index], LOWER);
+            text.put_byte(data[index], LOWER);
         }
         ZV_LOG(ZV_LOG_INFO, "%s%s\n", size > 0 ? prefix : "", line);
     } while (index < size);
