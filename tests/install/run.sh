@@ -30,8 +30,8 @@ cmake --build "$stage/outside" >/dev/null
 
 # Every exported plain name stands in a header behind ZV_API, and the other way round.
 cat "$stage"/usr/include/zvctrl/*.h | tr '\n' ' ' | sed 's|/\*[^*]*\*\+\([^/*][^*]*\*\+\)*/||g' | tr ';{' '\n\n' |
-    grep -w ZV_API | grep -vE 'class|#define' | sed -E 's/\(.*//; s/\[.*//' |
-    grep -oE '[A-Za-z_][A-Za-z0-9_]*[ ]*$' | tr -d ' ' | sort -u >"$stage/promised"
+    grep -w ZV_API | grep -vE '#define ZV_API|\b(class|friend) ' | sed -E 's/.*ZV_API//; s/[[(].*//' |
+    grep -oE '[A-Za-z_][A-Za-z0-9_]* *$' | tr -d ' ' | grep -v '^operator' | sort -u >"$stage/promised"
 nm -D --defined-only "$library" | awk '{print $3}' | grep -v '^_Z' | sort -u >"$stage/exported"
 if ! diff "$stage/promised" "$stage/exported"; then
     echo "Above: < promised by a header and not exported, > exported and in no header" >&2
