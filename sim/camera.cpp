@@ -40,8 +40,9 @@ Camera::Camera(uint8_t model, uint32_t seed)
 {
     set_mode(*find_flat_mode(INITIAL_FLAT_MODE));
     const std::string ssid = ap_ssid(model);
-    for (uint16_t i = 0; i < ssid.size(); ++i) {
-        m_state.set(status(static_cast<uint16_t>(STATUS_WIRELESS_AP_SSID + i)), static_cast<uint8_t>(ssid[i]));
+    uint16_t offset = STATUS_WIRELESS_AP_SSID;
+    for (const char character : ssid) {
+        m_state.set(status(offset++), static_cast<uint8_t>(character));
     }
 }
 

@@ -50,7 +50,7 @@ bool is_running()
 // Creates the control queue and locks it. Returns an empty text, or what went wrong.
 std::string become_the_one(Queue &control)
 {
-    const std::string taken = "a simulated camera is already running on this machine";
+    std::string taken = "a simulated camera is already running on this machine";
     do { // again when the queue was removed, by one that was just ending, before it was locked
         control.close();
         if (is_running()) {
@@ -203,14 +203,20 @@ struct Options {
     std::string replay;
 };
 
+std::string concerning(const std::string &subject, const std::string &wrong)
+{
+    return subject + ": " + wrong;
+}
+
 int simulate(const Options &options)
 {
-    Queue control; // before the simulator, and so removed after its queues
+    const int signals = signal_descriptor(); // first: from here on nothing is left behind
+    Queue control;                           // before the simulator, and so removed after its queues
     Simulator simulator(static_cast<uint8_t>(options.model), options.seed);
     for (const std::string &text : options.faults) {
         FaultRule rule;
         if (const std::string wrong = parse_fault(text, rule); !wrong.empty()) {
-            return fail(WRONG_USAGE, "--fault " + text + ": " + wrong);
+            return fail(WRONG_USAGE, concerning(text, wrong));
         }
         simulator.faults().add(rule);
     }
@@ -218,7 +224,7 @@ int simulate(const Options &options)
         std::ifstream recorded(options.replay);
         const std::string wrong = recorded ? simulator.replay().read(recorded) : strerror(errno);
         if (!wrong.empty()) {
-            return fail(FAILED, options.replay + ": " + wrong);
+            return fail(FAILED, concerning(options.replay, wrong));
         }
     }
     if (const std::string wrong = become_the_one(control); !wrong.empty()) {
@@ -228,13 +234,12 @@ int simulate(const Options &options)
     if (!options.trace.empty()) {
         trace.open(options.trace);
         if (!trace) {
-            return fail(FAILED, options.trace + ": " + strerror(errno));
+            return fail(FAILED, concerning(options.trace, strerror(errno)));
         }
         trace << std::unitbuf; // whoever watches the file sees each message at once
         trace << "# zvsim --model " << options.model << " --seed " << options.seed << '\n';
         simulator.set_trace(&trace);
     }
-    const int signals = signal_descriptor();
     if (const std::string wrong = simulator.open(); !wrong.empty()) {
         return fail(FAILED, wrong);
     }
@@ -244,9 +249,8 @@ int simulate(const Options &options)
     return OK;
 }
 
-} // namespace
-
-int main(int argc, char **argv)
+// The whole program: reads the command line and does what it says.
+int run_program(int argc, char **argv)
 {
     CLI::App app("A simulated camera: plays the control daemon and the firmware over their message queues.", "zvsim");
     Options options;
@@ -273,4 +277,15 @@ int main(int argc, char **argv)
         return give_fault(rule);
     }
     return media->parsed() ? list_media() : simulate(options);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return run_program(argc, argv);
+    } catch (const std::exception &error) {
+        return fail(FAILED, error.what());
+    }
 }
