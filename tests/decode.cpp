@@ -97,6 +97,21 @@ TEST(Decode, SaysWhatTheCameraAnswered)
     }
 }
 
+TEST(Decode, SaysWhatTheDaemonAnswered)
+{
+    const std::pair<size_t, const char *> cases[] = {{4, "number 0\n"},
+                                                     {238, "  settings record\n"},
+                                                     {394, "  status record\n"},
+                                                     {634, "  status, settings and system settings records\n"},
+                                                     {5, "RSPARG      5\n"}};
+    for (const auto &[size, meaning] : cases) {
+        const auto [faults, out] =
+            decoded(tlv_message(21, {{TLV_RSP, Bytes(4)}, {TLV_RSPARG, Bytes(size)}, {TLV_END, {}}}), Link::DAEMON);
+        EXPECT_EQ(0, faults) << out;
+        EXPECT_NE(std::string::npos, out.find(meaning)) << out;
+    }
+}
+
 TEST(Decode, SaysWhatIsWrong)
 {
     const Element cmd = {TLV_CMD, text("YY")};

@@ -237,8 +237,7 @@ std::string daemon_of(int32_t (*daemonize)())
         getrlimit(RLIMIT_CORE, &core);
         printf("%d,%s,%s,%03o,%s", result, getsid(0) == getpid() ? "leads" : "follows", getcwd(folder, sizeof folder),
                umask(0), core.rlim_cur == RLIM_INFINITY ? "core" : "none");
-        fflush(stdout);
-        _exit(0);
+        exit(0);
     }
     close(ends[1]);
     std::string text;

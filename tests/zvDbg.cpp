@@ -8,6 +8,8 @@
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
+#include <execinfo.h>
 #include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -37,6 +39,8 @@ struct Counter {
     int opens = 0;
     int closes = 0;
 } counter;
+
+bool no_symbols = false; // lets the program's own backtrace_symbols fail
 
 class Log : public testing::Test {
   protected:
@@ -191,6 +195,11 @@ TEST(Stack, IsPrintedWithEightBlanks)
     testing::internal::CaptureStdout();
     print_stack_trace();
     EXPECT_THAT(testing::internal::GetCapturedStdout(), MatchesRegex("(        [^ \n].*\n)+"));
+    reset();
+    no_symbols = true;
+    print_stack_trace();
+    no_symbols = false;
+    EXPECT_THAT(log_messages(), ElementsAre("backtrace_symbols err"));
 }
 
 TEST(TimedWait, WaitsForADescriptorInSeconds)
@@ -301,6 +310,12 @@ int close(int fd)
     }
     ++counter.closes;
     return 0;
+}
+
+char **backtrace_symbols(void *const *frames, int count) noexcept
+{
+    using Symbols = char **(*)(void *const *, int);
+    return no_symbols ? nullptr : reinterpret_cast<Symbols>(dlsym(RTLD_NEXT, "backtrace_symbols"))(frames, count);
 }
 
 } // extern "C"
