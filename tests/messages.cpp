@@ -155,6 +155,24 @@ TEST(Messages, ElementsOwnTheirData)
     EXPECT_EQ(4, element.getSize());
 }
 
+TEST(Messages, NumbersKeepTheirWidth)
+{
+    uint8_t buffer[11];
+    MemStream stream(buffer, sizeof buffer);
+    stream << uint8_t{0x11} << uint16_t{0x2322} << uint32_t{0x37363534} << int32_t{-2};
+    EXPECT_EQ((Bytes{0x11, 0x22, 0x23, 0x34, 0x35, 0x36, 0x37, 0xFE, 0xFF, 0xFF, 0xFF}), Bytes(buffer, buffer + 11));
+    stream.reset();
+    uint8_t narrow = 0;
+    uint16_t middle = 0;
+    uint32_t wide = 0;
+    int32_t negative = 0;
+    stream >> narrow >> middle >> wide >> negative;
+    EXPECT_TRUE(narrow == 0x11 && middle == 0x2322 && wide == 0x37363534 && negative == -2);
+    MsgElement(TLV_RSP, 1, buffer + 1).getDataAs(narrow);
+    MsgElement(TLV_RSP, 2, buffer + 2).getDataAs(middle);
+    EXPECT_TRUE(narrow == 0x22 && middle == 0x3423);
+}
+
 TEST(Messages, DumpsOnlyWhenTold)
 {
     uint8_t bytes[16] = {0xAB};
@@ -181,6 +199,15 @@ TEST(Messages, DumpsOnlyWhenTold)
               "0xab 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 0x00 \n"
               "\n",
               dump());
+    const std::pair<uint8_t, const char *> names[] = {{65, "CMD"},  {66, "CMDARG"}, {67, "DST"},
+                                                      {68, "SRC"},  {69, "RSPARG"}, {87, "ASOURCE"},
+                                                      {88, "VOID"}, {238, "EE"},    {239, "UNKNOWN"}};
+    for (const auto &[type, name] : names) {
+        testing::internal::CaptureStdout();
+        MsgElement(type).dump();
+        EXPECT_EQ("Message Element->Category:" + std::string(name) + " length:0\nNone\n",
+                  testing::internal::GetCapturedStdout());
+    }
     enableMessageDebugging(0);
 }
 
