@@ -253,9 +253,9 @@ TEST(AssertionDeathTest, LogsAtInfoAndEndsTheProcess)
     const auto fails = [one] { ZV_ASSERT(one == 2); };
     ZV_ASSERT(one == 1);
     EXPECT_EXIT(fails(), testing::KilledBySignal(SIGABRT), "");
-    EXPECT_EXIT(show_log_of(ZV_LOG_DEBUG, fails), testing::ExitedWithCode(255), "^$");
+    EXPECT_EXIT(show_log_of(ZV_LOG_DEBUG, fails), testing::ExitedWithCode(255), testing::Not(HasSubstr("ASSERT")));
     EXPECT_EXIT(show_log_of(ZV_LOG_INFO, fails), testing::ExitedWithCode(255),
-                "^<INFO \033\\[31mASSERT:tests/zvDbg/operator\\(\\):[0-9]+:one == 2\n\033\\[0m @zvDbg.cpp:[0-9]+>$");
+                "<INFO \033\\[31mASSERT:tests/zvDbg/operator\\(\\):[0-9]+:one == 2\n\033\\[0m @zvDbg.cpp:[0-9]+>");
 }
 
 TEST(AssertionDeathTest, TraceLeavesARecordAndTheStack)
@@ -266,8 +266,8 @@ TEST(AssertionDeathTest, TraceLeavesARecordAndTheStack)
     ZV_ASSERT_TRACE(one == 1);
     EXPECT_EXIT(fails(), testing::KilledBySignal(SIGABRT), "");
     EXPECT_EXIT(show_log_of(ZV_LOG_INFO, fails), testing::ExitedWithCode(255),
-                "^<INFO \033\\[31mASSERT:tests/zvDbg/operator\\(\\):[0-9]+:one == 2\033\\[0m @zvDbg.cpp:[0-9]+>"
-                "(<INFO \033\\[31mTRACE .* one == 2\033\\[0m @zvDbg.cpp:[0-9]+>)+$");
+                "<INFO \033\\[31mASSERT:tests/zvDbg/operator\\(\\):[0-9]+:one == 2\033\\[0m @zvDbg.cpp:[0-9]+>"
+                "(<INFO \033\\[31mTRACE .* one == 2\033\\[0m @zvDbg.cpp:[0-9]+>)+");
     std::ostringstream record;
     record << std::ifstream("/tmp/zvlog.txt").rdbuf();
     EXPECT_THAT(record.str(), MatchesRegex("(ASSERT:tests/zvDbg/operator\\(\\):[0-9]+:one == 2\n){2}"));
