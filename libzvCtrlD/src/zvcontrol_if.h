@@ -167,10 +167,10 @@ ZV_API void zvcontrol_set_caller_id(uint8_t id);
 ZV_API uint8_t zvcontrol_get_caller_id(void);
 
 /* ---- Sending commands ---------------------------------------------------------------------------------------------
- * `param` is the command's parameter, `param_length` bytes; null leaves it out. A parameter whose message would pass
- * DAEMON_MSG_MAX is refused: some 50 bytes less than that fit, depending on the response queue's name. The response's
- * payload goes into `response`, cut to `response_size` bytes; null or 0 says that none is wanted. `response_length` may
- * be null; otherwise it receives the bytes written into `response`, and is untouched when none were.
+ * `param` is the command's parameter, `param_length` bytes; null leaves it out. The whole message has at most
+ * DAEMON_MSG_MAX bytes, of which some 50 are not the parameter's: a longer parameter is refused. The response's payload
+ * goes into `response`, cut to `response_size` bytes; null or 0 says that none is wanted. `response_length` may be
+ * null; otherwise it receives the bytes written into `response`, and is untouched when none were.
  *
  * Returns the daemon's return code, which may be negative itself, or
  *
