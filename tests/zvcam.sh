@@ -141,12 +141,21 @@ try 0 'INFO.*zvcontrol_if.cpp' status -vv
 stop_camera
 try 0 'camera command' decode --trace "$folder/trace"
 
+echo "A camera without a catalogue"
+start_camera --model 51
+try 0 '^  2 video/resolution +[0-9]+$' settings
+lines 98 '^ *[0-9]+ [a-z]'
+try 0 '"2":24' set 2 24 --json
+stop_camera
+
 echo "Faults"
 start_camera --fault refuse:group=2,action=27,code=3 --fault drop:link=camera,group=1,action=11
 try 5 'acknowledge byte 3' shutter on
 "$zvcam" zoom & zoom=$!
-"$zvcam" watch >/dev/null & watch=$!
-sleep 0.5
+"$zvcam" watch >"$folder/watch" & watch=$!
+until [ -s "$folder/watch" ]; do
+    sleep 0.05
+done
 kill -TERM $zoom $watch
 wait $zoom
 [ $? -eq 143 ] || { echo "FAILED: an interrupted command does not say so"; failures=$((failures + 1)); }

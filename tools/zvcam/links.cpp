@@ -91,7 +91,7 @@ void remove_queues_at_signals()
     struct sigaction action = {};
     action.sa_handler = on_signal;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGABRT}) {
         sigaction(signal, &action, nullptr);
     }
 }

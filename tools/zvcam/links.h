@@ -12,7 +12,7 @@ namespace zvcam {
 // Wait for the camera's side to come up, as the library does, instead of giving up at once.
 void wait_for_peers(bool wait);
 
-// From now on SIGINT, SIGTERM, SIGHUP and SIGPIPE remove this process's queues before they end it.
+// From now on the signals that commonly end a process remove its queues first.
 void remove_queues_at_signals();
 
 // SIGINT and SIGTERM are the ordinary end of what runs now: exit code 0.

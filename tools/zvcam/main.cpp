@@ -8,10 +8,8 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <deque>
-#include <string_view>
+#include <exception>
 #include <syslog.h>
-#include <unistd.h>
 #include <zvctrl/zvDbg.h>
 
 namespace {
@@ -103,25 +101,7 @@ void set_up_log(int64_t verbosity)
     zvUtilSetLogLevel(static_cast<int32_t>(std::min<int64_t>(ZV_LOG_ERROR + 2 * verbosity, ZV_LOG_TRACE)));
 }
 
-int run(const Chosen &chosen)
-{
-    try {
-        chosen.command->run(arguments_of(*chosen.words));
-    } catch (const Failure &failure) {
-        flush_output();
-        fprintf(stderr, "zvcam: %s\n", failure.message.c_str());
-        return failure.code;
-    }
-    if (!flush_output()) {
-        fprintf(stderr, "zvcam: cannot write standard output\n");
-        return FAILED;
-    }
-    return DONE;
-}
-
-} // namespace
-
-int main(int argc, char **argv)
+int run(int argc, char **argv)
 {
     CLI::App app(DESCRIPTION, "zvcam");
     app.footer(EXIT_CODES);
@@ -148,5 +128,25 @@ int main(int argc, char **argv)
     set_up_log(verbosity);
     wait_for_peers(wait->count() > 0);
     remove_queues_at_signals();
-    return run(chosen);
+    chosen.command->run(arguments_of(*chosen.words));
+    if (!flush_output()) {
+        fail(FAILED, "cannot write standard output");
+    }
+    return DONE;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const Failure &failure) {
+        flush_output();
+        fprintf(stderr, "zvcam: %s\n", failure.message.c_str());
+        return failure.code;
+    } catch (const std::exception &error) {
+        fprintf(stderr, "zvcam: %s\n", error.what());
+        return FAILED;
+    }
 }

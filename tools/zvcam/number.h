@@ -23,7 +23,7 @@ int32_t read_with(zvc_msg_q_context_t *context, int64_t &number)
     const auto call = [&]<typename Value>(int32_t (*read)(zvc_msg_q_context_t *, Value *)) {
         Value value = {};
         const int32_t result = read(context, &value);
-        number = value;
+        number = static_cast<int64_t>(value);
         return result;
     };
     return call(Read);

@@ -94,7 +94,7 @@ const settings_id_entry_t &setting_row(uint32_t setting)
 
 std::string setting_name(uint32_t setting)
 {
-    const std::string path = setting_row(setting).json_path;
+    std::string path = setting_row(setting).json_path;
     constexpr char HEAD[] = "modes/";
     constexpr char MIDDLE[] = "/settings/";
     const size_t middle = path.find(MIDDLE);
@@ -210,10 +210,11 @@ uint32_t parse_schedule(const std::string &text, uint32_t present)
     if (same(text, "off")) {
         return 0;
     }
-    unsigned hour = 0;
-    unsigned minute = 0;
-    char rest = 0;
-    if (text.size() > 5 || sscanf(text.c_str(), "%2u:%2u%c", &hour, &minute, &rest) != 2 || hour > 23 || minute > 59) {
+    const size_t colon = std::min(text.find(':'), text.size());
+    uint32_t hour = 0;
+    uint32_t minute = 0;
+    if (!to_number(text.substr(0, colon), hour) || !to_number(text.substr(std::min(colon + 1, text.size())), minute) ||
+        hour > 23 || minute > 59) {
         fail(WRONG_USAGE, "a scheduled capture is a time of day such as 07:30, or off, not \"%s\"", text.c_str());
     }
     return hour << 8 | minute << 2 | (present & 2U) | 1U;

@@ -7,7 +7,8 @@
 
 namespace zvcam {
 
-enum Settings : uint32_t {
+// The settings that commands of their own show or set.
+enum SettingId : uint32_t {
     SETTING_VIDEO_RESOLUTION = 2,
     SETTING_VIDEO_FPS = 3,
     SETTING_VIDEO_LOOPING = 6,

@@ -63,7 +63,11 @@ void print_bytes(const unsigned char *bytes, size_t count)
         const size_t end = std::min(line + BYTES_PER_LINE, count);
         print("%04zx ", line);
         for (size_t i = line; i < line + BYTES_PER_LINE; ++i) {
-            i < end ? print(" %02x", bytes[i]) : print("   ");
+            if (i < end) {
+                print(" %02x", bytes[i]);
+            } else {
+                print("   ");
+            }
         }
         print("  ");
         for (size_t i = line; i < end; ++i) {

@@ -2,6 +2,7 @@
 // real one for itself.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 

@@ -181,10 +181,8 @@ void set(const Arguments &arguments)
                  "change the setting");
     const State after = state_with(daemon, setting, option);
     changes.look(after);
-    if (arguments.given("--json")) {
-        changes.print_json();
-    } else if (changes.any()) {
-        changes.print_words();
+    if (changes.any() || arguments.given("--json")) {
+        changes.show(arguments.given("--json"));
     } else {
         print("nothing changed\n");
     }

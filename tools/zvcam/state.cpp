@@ -137,12 +137,16 @@ void Changes::look(const State &state)
     m_previous = state;
 }
 
-void Changes::print_json() const
+void Changes::show(bool json) const
 {
-    print("{\"status\":{%s},\"settings\":{%s}}\n", m_status.fragment.c_str(), m_settings.fragment.c_str());
+    if (json) {
+        print("{\"status\":{%s},\"settings\":{%s}}\n", m_status.fragment.c_str(), m_settings.fragment.c_str());
+    } else {
+        show_words();
+    }
 }
 
-void Changes::print_words() const
+void Changes::show_words() const
 {
     for (const Change &change : m_status.changes) {
         print("status  %3u %-42s ", change.id, status_name(change.id));

@@ -50,13 +50,13 @@ class Changes {
 
     bool any() const { return !m_status.changes.empty() || !m_settings.changes.empty(); }
 
-    // {"status":{...},"settings":{...}} with the changed members only.
-    void print_json() const;
-
-    // A line for each change, with the old value and the new one; after the first look with the value alone.
-    void print_words() const;
+    // As JSON, {"status":{...},"settings":{...}} with the changed members only; or in words, a line for each change
+    // with the old value and the new one, after the first look with the value alone.
+    void show(bool json) const;
 
   private:
+    void show_words() const;
+
     struct Change {
         uint32_t id;
         std::optional<std::string> before;

@@ -57,7 +57,7 @@ void watch(const Arguments &arguments)
     changes.look(first);
     for (int64_t look = 1;; ++look) {
         if (changes.any()) {
-            json ? changes.print_json() : changes.print_words();
+            changes.show(json);
         }
         if (!flush_output() || look == count) {
             return;
