@@ -1,36 +1,70 @@
 #include "faults.h"
 
-#include <charconv>
-#include <cstring>
-
 #include <zvctrl/zvDbg.h>
+
+#include <charconv>
+#include <cstdio>
+#include <cstring>
 
 namespace zv::sim {
 
 namespace {
 
-struct KindRow {
+struct Kind {
     const char *name;
     FaultKind kind;
     const char *amount; // the name of the kind's own number, or null
+    const char *help;
 };
 
-constexpr KindRow KINDS[] = {
-    {"drop", FaultKind::DROP, nullptr},       {"delay", FaultKind::DELAY, "ms"},
-    {"double", FaultKind::DOUBLE, nullptr},   {"truncate", FaultKind::TRUNCATE, "bytes"},
-    {"corrupt", FaultKind::CORRUPT, "bytes"}, {"key", FaultKind::KEY, nullptr},
-    {"refuse", FaultKind::REFUSE, "code"},    {"error", FaultKind::ERROR, "code"},
-    {"off", FaultKind::OFF, nullptr},         {"die", FaultKind::DIE, "ms"},
-    {"full", FaultKind::FULL, "ms"},
+constexpr char MILLISECONDS[] = "ms";
+constexpr char BYTES[] = "bytes";
+constexpr char CODE[] = "code";
+
+constexpr Kind KINDS[] = {
+    {"drop", FaultKind::DROP, nullptr, "the request is carried out, its answer is lost"},
+    {"delay", FaultKind::DELAY, MILLISECONDS, "the answer is late, the daemon's next ones wait behind it (ms=15000)"},
+    {"double", FaultKind::DOUBLE, nullptr, "the answer comes twice"},
+    {"truncate", FaultKind::TRUNCATE, BYTES, "the answer is cut to this many bytes (half of it)"},
+    {"corrupt", FaultKind::CORRUPT, BYTES, "this many bytes of the answer are overwritten at random (bytes=4)"},
+    {"key", FaultKind::KEY, nullptr, "a resynchronisation is answered with another key"},
+    {"refuse", FaultKind::REFUSE, CODE, "refused, with this acknowledge byte or return code (code=1; daemon -101)"},
+    {"error", FaultKind::ERROR, CODE, "the firmware's error, or the daemon's return code (code=1; daemon -1)"},
+    {"off", FaultKind::OFF, nullptr, "the camera answers that it is switched off"},
+    {"die", FaultKind::DIE, MILLISECONDS, "nothing is answered, and what came meanwhile is forgotten (ms=3000)"},
+    {"full", FaultKind::FULL, MILLISECONDS, "nothing is read, and the queue is full (ms=3000)"},
 };
 
-constexpr int32_t DELAY_MS = 15000;
+constexpr int32_t DELAY_MS = 15000; // longer than a client waits
 constexpr int32_t OUTAGE_MS = 3000;
 constexpr int32_t CORRUPT_BYTES = 4;
 
-const KindRow *find_kind(const std::string &name)
+struct Selector {
+    const char *name;
+    std::optional<uint32_t> FaultRule::*value;
+    const char *help;
+};
+constexpr Selector SELECTORS[] = {
+    {"command", &FaultRule::command, "the daemon's command number"},
+    {"group", &FaultRule::group, "group of the remote API"},
+    {"action", &FaultRule::action, "action of the remote API"},
+};
+
+struct Counter {
+    const char *name;
+    uint32_t FaultRule::*value;
+    const char *help;
+};
+constexpr Counter COUNTERS[] = {
+    {"every", &FaultRule::every, "only every Nth request that is selected (1)"},
+    {"skip", &FaultRule::skip, "not the first N of them (0)"},
+    {"count", &FaultRule::count, "no more than N times (0: without end)"},
+};
+
+template <class Row, size_t Count>
+const Row *find(const Row (&rows)[Count], const std::string &name)
 {
-    for (const KindRow &row : KINDS) {
+    for (const Row &row : rows) {
         if (name == row.name) {
             return &row;
         }
@@ -45,61 +79,58 @@ bool read_number(const std::string &text, int32_t &number)
     return error == std::errc{} && rest == end;
 }
 
-std::string read_option(const std::string &name, const std::string &value, const KindRow &kind, FaultRule &rule)
+bool read_link(const std::string &text, std::optional<Link> &chosen)
+{
+    for (const Link link : {Link::DAEMON, Link::RELAY}) {
+        if (text == link_name(link)) {
+            chosen = link;
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string read_option(const std::string &name, const std::string &value, const Kind &kind, FaultRule &rule)
 {
     if (name == "link") {
-        for (const Link link : {Link::DAEMON, Link::RELAY}) {
-            if (value == link_name(link)) {
-                rule.link = link;
-                return {};
-            }
-        }
-        return "link is daemon or camera, not '" + value + "'";
+        return read_link(value, rule.link) ? "" : "link is daemon or camera, not '" + value + "'";
+    }
+    const bool is_amount = kind.amount != nullptr && name == kind.amount;
+    const Selector *selector = find(SELECTORS, name);
+    const Counter *counter = find(COUNTERS, name);
+    if (!is_amount && selector == nullptr && counter == nullptr) {
+        return std::string(kind.name) + " has no option '" + name + "'";
     }
     int32_t number = 0;
     if (!read_number(value, number)) {
         return name + " takes a number, not '" + value + "'";
     }
-    const bool is_code = kind.amount != nullptr && strcmp(kind.amount, "code") == 0 && name == "code";
-    if (number < 0 && !is_code) {
+    if (number < 0 && !(is_amount && kind.amount == CODE)) {
         return name + " cannot be negative";
     }
-    const auto natural = static_cast<uint32_t>(number);
-    if (kind.amount != nullptr && name == kind.amount) {
+    if (is_amount) {
         rule.amount = number;
-    } else if (name == "command") {
-        rule.command = natural;
-    } else if (name == "group") {
-        rule.group = natural;
-    } else if (name == "action") {
-        rule.action = natural;
-    } else if (name == "skip") {
-        rule.skip = natural;
-    } else if (name == "count") {
-        rule.count = natural;
-    } else if (name == "every") {
-        if (natural == 0) {
-            return "every is 1 or more";
-        }
-        rule.every = natural;
+    } else if (selector != nullptr) {
+        rule.*selector->value = static_cast<uint32_t>(number);
     } else {
-        return std::string(kind.name) + " has no option '" + name + "'";
+        rule.*counter->value = static_cast<uint32_t>(number);
     }
-    return {};
+    return rule.every > 0 ? "" : "every is 1 or more";
 }
 
-bool names(const FaultRule &rule, const Request &request)
+bool selects(const FaultRule &rule, const Request &request)
 {
-    return (!rule.link || *rule.link == request.link) &&
-           (!rule.command || (request.link == Link::DAEMON && *rule.command == request.command)) &&
-           (!rule.group || (request.link == Link::RELAY && *rule.group == request.group)) &&
-           (!rule.action || (request.link == Link::RELAY && *rule.action == request.action));
+    const bool daemon = request.link == Link::DAEMON;
+    return (!rule.link || *rule.link == request.link) &&                      //
+           (!rule.command || (daemon && *rule.command == request.command)) && //
+           (!rule.group || (!daemon && *rule.group == request.group)) &&      //
+           (!rule.action || (!daemon && *rule.action == request.action));
 }
 
 void apply(const FaultRule &rule, Link link, Effects &effects)
 {
-    const auto natural = [&](int32_t usual) { return static_cast<uint32_t>(rule.amount.value_or(usual)); };
     const bool daemon = link == Link::DAEMON;
+    const auto natural = [&](int32_t usual) { return static_cast<uint32_t>(rule.amount.value_or(usual)); };
     switch (rule.kind) {
     case FaultKind::DROP:
         effects.drop = true;
@@ -137,18 +168,24 @@ void apply(const FaultRule &rule, Link link, Effects &effects)
     }
 }
 
+std::string help_line(const char *name, const char *value, const char *help)
+{
+    char line[160];
+    snprintf(line, sizeof line, "  %-16s%s\n", (std::string(name) + value).c_str(), help);
+    return line;
+}
+
 } // namespace
 
 std::string parse_fault(const std::string &text, FaultRule &rule)
 {
     const size_t colon = text.find(':');
     const std::string name = text.substr(0, colon);
-    const KindRow *kind = find_kind(name);
+    const Kind *kind = find(KINDS, name);
     if (kind == nullptr) {
         std::string known;
-        for (const KindRow &row : KINDS) {
-            known += known.empty() ? "" : ", ";
-            known += row.name;
+        for (const Kind &row : KINDS) {
+            known.append(known.empty() ? "" : ", ").append(row.name);
         }
         return "unknown fault '" + name + "'; known are " + known;
     }
@@ -171,11 +208,28 @@ std::string parse_fault(const std::string &text, FaultRule &rule)
     return {};
 }
 
+std::string fault_help()
+{
+    std::string help = "A fault rule is KIND[:NAME=VALUE[,NAME=VALUE]...], such as drop:link=daemon,every=3.\nKinds:\n";
+    for (const Kind &kind : KINDS) {
+        help += help_line(kind.name, "", kind.help);
+    }
+    help += "Names, besides a kind's own:\n";
+    help += help_line("link", "=LINK", "daemon or camera");
+    for (const Selector &selector : SELECTORS) {
+        help += help_line(selector.name, "=N", selector.help);
+    }
+    for (const Counter &counter : COUNTERS) {
+        help += help_line(counter.name, "=N", counter.help);
+    }
+    return help;
+}
+
 Effects Faults::meet(const Request &request)
 {
     Effects effects;
     for (FaultRule &rule : m_rules) {
-        if (!names(rule, request)) {
+        if (!selects(rule, request)) {
             continue;
         }
         ++rule.met;

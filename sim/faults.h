@@ -2,29 +2,7 @@
 //
 //     KIND[:NAME=VALUE[,NAME=VALUE]...]
 //
-//     drop                the request is carried out, its answer is lost
-//     delay               the answer comes `ms` milliseconds late (15000: longer than a client waits), and behind it
-//                         what the daemon answers meanwhile
-//     double              the answer comes twice
-//     truncate            the answer is cut to `bytes` bytes (half of it)
-//     corrupt             `bytes` bytes of the answer are overwritten at random (4)
-//     key                 the answer to a resynchronisation carries another key
-//     refuse              the request is refused, with the acknowledge byte or return code `code` (1; daemon: -101)
-//     error               the firmware reports the error `code` (1; daemon: return code -1)
-//     off                 the camera answers that it is switched off
-//     die                 nothing is answered for `ms` milliseconds, and what came meanwhile is forgotten (3000)
-//     full                the queue is full for `ms` milliseconds (3000)
-//
-// A rule meets every request, or those that all of its selectors name:
-//
-//     link=daemon|camera  the link
-//     command=N           the daemon's command number
-//     group=N, action=N   the remote API command
-//     every=N             only every Nth of them (1)
-//     skip=N              not the first N (0)
-//     count=N             no more than N times (0: without end)
-//
-// For example `drop:link=daemon,every=3` or `refuse:group=2,action=27,code=2`.
+// such as `drop:link=daemon,every=3` or `refuse:group=2,action=27,code=2`. fault_help() tells all kinds and names.
 #pragma once
 
 #include "request.h"
@@ -33,8 +11,12 @@ namespace zv::sim {
 
 enum class FaultKind : uint8_t { DROP, DELAY, DOUBLE, TRUNCATE, CORRUPT, KEY, REFUSE, ERROR, OFF, DIE, FULL };
 
+// It meets the requests that all of its selectors name. Of those it lets `skip` pass, and then every `every`th one goes
+// wrong, `count` of them, or without end with 0.
 struct FaultRule {
     FaultKind kind = FaultKind::DROP;
+    std::optional<int32_t> amount; // milliseconds, bytes or code, as the kind has it
+
     std::optional<Link> link;
     std::optional<uint32_t> command;
     std::optional<uint32_t> group;
@@ -42,14 +24,16 @@ struct FaultRule {
     uint32_t every = 1;
     uint32_t skip = 0;
     uint32_t count = 0;
-    std::optional<int32_t> amount; // milliseconds, bytes or code, as the kind has it
 
-    uint32_t met = 0;   // requests that the selectors named
-    uint32_t fired = 0; // those that went wrong
+    uint32_t met = 0;
+    uint32_t fired = 0;
 };
 
 // Reads a rule. Returns an empty text, or what is wrong with it.
 std::string parse_fault(const std::string &text, FaultRule &rule);
+
+// All kinds and names, for people.
+std::string fault_help();
 
 inline constexpr uint32_t CUT_TO_HALF = UINT32_MAX;
 

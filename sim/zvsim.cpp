@@ -256,15 +256,22 @@ int run_program(int argc, char **argv)
     Options options;
     app.add_option("--model", options.model, "Model number; 58 and 62 are the sable_knoll generation")
         ->check(CLI::Range(1, 255))
+        ->type_name("N")
         ->capture_default_str();
-    app.add_option("--seed", options.seed, "What the camera does by itself follows from it")->capture_default_str();
-    app.add_option("--fault", options.faults, "Fault rule, such as drop:link=daemon,every=3; may be repeated");
-    app.add_option("--trace", options.trace, "Write each message to this file");
-    app.add_option("--replay", options.replay, "Answer the requests of this trace as it was answered there");
+    app.add_option("--seed", options.seed, "What the camera does by itself follows from it")
+        ->type_name("N")
+        ->capture_default_str();
+    app.add_option("--fault", options.faults, "What goes wrong, as told below; may be repeated")
+        ->type_name("RULE")
+        ->allow_extra_args(false);
+    app.add_option("--trace", options.trace, "Write each message to this file")->type_name("FILE");
+    app.add_option("--replay", options.replay, "Answer the requests of this trace as they were answered there")
+        ->type_name("FILE");
 
     std::string rule;
+    app.footer(fault_help());
     CLI::App *fault = app.add_subcommand("fault", "Add a fault rule to the running camera, or clear them all");
-    fault->add_option("rule", rule, "The rule, or clear")->required();
+    fault->add_option("rule", rule, "The rule, or clear")->type_name("RULE")->required();
     CLI::App *media = app.add_subcommand("media", "List what is on the running camera's card");
     app.require_subcommand(0, 1);
 

@@ -18,6 +18,8 @@ using namespace zv::sim;
 namespace {
 
 constexpr uint32_t MODEL = 62;
+constexpr uint8_t EASY = 0;
+constexpr uint8_t PRO = 1;
 constexpr uint8_t FLAT_MODES[] = {12, 13, 15, 16, 18, 19, 20, 21, 24, 26, 29, 30, 31};
 
 bool always(uint32_t)
@@ -110,10 +112,11 @@ class RoundTrip : public testing::Test {
         mq_close(context.mq_tx);
     }
 
-    // The camera as it is switched on, but in this mode.
-    void start_in(uint8_t flat_mode)
+    // The camera as it is switched on, but in this user interface mode and flat mode.
+    void start_in(uint8_t ux_mode, uint8_t flat_mode)
     {
         simulator.camera().state() = fresh;
+        simulator.camera().state().set(settings(SETTINGS_SETUP_CAMERA_UX_MODE), ux_mode);
         simulator.camera().set_mode(*find_flat_mode(flat_mode));
     }
 
@@ -170,23 +173,28 @@ class RoundTrip : public testing::Test {
 TEST_F(RoundTrip, ReadsBackWhatWasWritten)
 {
     std::vector<int> met(std::size(EXCEPTIONS));
-    for (const uint8_t flat_mode : FLAT_MODES) {
-        for (const auto &[setting, options] : getCameraOptions(MODEL)) {
-            // The last one first, so that every write has something to change.
-            start_in(flat_mode);
-            write(setting, options.back()->id);
-            for (const option_t *option : options) {
-                SCOPED_TRACE("flat mode " + std::to_string(flat_mode) + ", setting " + std::to_string(setting) + ", " +
-                             option->key);
-                simulator.camera().set_mode(*find_flat_mode(flat_mode));
-                ASSERT_EQ(ZV_OK, write(setting, option->id));
-                const uint32_t mode_now = simulator.camera().mode().flat_mode;
-                const Exception *exception = find_exception(setting, option->id, mode_now);
-                if (exception != nullptr) {
-                    ++met[static_cast<size_t>(exception - EXCEPTIONS)];
+    const auto check = [&](uint32_t setting, const option_t &option, uint8_t flat_mode) {
+        simulator.camera().set_mode(*find_flat_mode(flat_mode));
+        ASSERT_EQ(ZV_OK, write(setting, option.id));
+        const Exception *exception = find_exception(setting, option.id, simulator.camera().mode().flat_mode);
+        if (exception == nullptr) {
+            EXPECT_EQ(option.id, read(setting));
+        } else {
+            EXPECT_EQ(exception->reads_as, read(setting)) << exception->reason;
+            ++met[static_cast<size_t>(exception - EXCEPTIONS)];
+        }
+    };
+    for (const uint8_t ux_mode : {EASY, PRO}) {
+        for (const uint8_t flat_mode : FLAT_MODES) {
+            for (const auto &[setting, options] : getCameraOptions(MODEL)) {
+                start_in(ux_mode, flat_mode);
+                write(setting, options.back()->id); // so that every write behind it has something to change
+                for (const option_t *option : options) {
+                    SCOPED_TRACE("user interface " + std::to_string(ux_mode) + ", flat mode " +
+                                 std::to_string(flat_mode) + ", setting " + std::to_string(setting) + ", " +
+                                 option->key);
+                    check(setting, *option, flat_mode);
                 }
-                EXPECT_EQ(exception != nullptr ? exception->reads_as : option->id, read(setting))
-                    << (exception != nullptr ? exception->reason : "");
             }
         }
     }
