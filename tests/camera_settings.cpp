@@ -1,6 +1,7 @@
 #include "camera_settings.h"
 
 #include "camera_settings_catalogue.h"
+#include "camera_status_fields.h"
 #include "interpose.h"
 
 #include <cstdlib>
@@ -214,6 +215,8 @@ TEST_F(CameraSettings, FilterRules)
         for (const filter_info_t *element : elements) {
             EXPECT_LE(consequences, element->type == FILTER_INFO_BLOCK);
             consequences = element->type == FILTER_INFO_BLOCK;
+            EXPECT_TRUE(element->type != FILTER_INFO_STATUS ||
+                        zv::status_fields.at(element->id).output != zv::StatusOutput::NONE);
             EXPECT_TRUE(!element->values.empty() || (consequences && element->include == 1));
         }
     }

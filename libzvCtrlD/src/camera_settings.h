@@ -75,8 +75,9 @@ ZV_API int32_t settings_empty_setter(int32_t, int32_t, int32_t, void *, int32_t)
  *     preset edit           bypassPresetEditStart, where a default model fixes the answer, too
  *     and one copy each     getUIModeGroups, getCameraOptions, getCameraFilters
  *
- * A copy is filled once, under a guard, so that any thread may call. What a reference or pointer leads to lives as long
- * as the process and is not to be changed. No lookup fails: unknown input has the answer that is told for it.
+ * A copy is filled once, under a guard, so that any thread may call; only a process that also names a default model
+ * must not do so while the copy is being filled. What a reference or pointer leads to lives as long as the process and
+ * is not to be changed. No lookup fails: unknown input has the answer that is told for it.
  */
 
 /* The open interface's version: "2.0" for sable_knoll, else " ". */

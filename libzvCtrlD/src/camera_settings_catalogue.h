@@ -15,7 +15,7 @@ constexpr bool is_sable_knoll(uint32_t model)
     return model == 58 || model == 62;
 }
 
-// One past the highest index of the setting tables' ordinary rows, where the end row stands.
+// The index and the id of the setting tables' end row; all rows of settings stand before it.
 inline constexpr uint32_t SETTINGS_END_ROW = SETTINGS_ALL_FIELDS_COUNT - 1;
 inline constexpr uint32_t SETTINGS_END_ID = 0xFFFFFFFF;
 

@@ -54,6 +54,11 @@ constexpr auto OPTION_RANGES = [] {
 
 static_assert(OPTION_RANGES.back().first + OPTION_RANGES.back().count == OPTION_COUNT);
 
+std::span<const Option> options_of(const OptionRange &range)
+{
+    return std::span(OPTIONS).subspan(range.first, range.count);
+}
+
 // ---- Value to id ----
 
 constexpr Reading reading_of(const SettingOptions &row)
@@ -109,7 +114,7 @@ constexpr auto VALUE_TABLES = [] {
         }
     }
     if (next != VALUE_ID_COUNT) {
-        throw "the table's size is another";
+        throw "VALUE_ID_COUNT is another";
     }
     return tables;
 }();
@@ -158,8 +163,7 @@ OptionLists make_option_lists()
     for (const OptionRange &range : OPTION_RANGES) {
         std::vector<option_t *> &list = lists[range.setting];
         list.reserve(range.count);
-        for (size_t i = range.first; i < size_t{range.first} + range.count; ++i) {
-            const Option &option = OPTIONS[i];
+        for (const Option &option : options_of(range)) {
             list.push_back(new option_t(option.key, option.name, option.value, option.id));
         }
     }
@@ -170,8 +174,9 @@ OptionValues make_option_values()
 {
     OptionValues values;
     for (const OptionRange &range : OPTION_RANGES) {
-        for (size_t i = range.first; i < size_t{range.first} + range.count; ++i) {
-            values[range.setting].emplace(OPTIONS[i].id, OPTIONS[i].value);
+        std::map<uint32_t, uint32_t> &by_id = values[range.setting];
+        for (const Option &option : options_of(range)) {
+            by_id.emplace(option.id, option.value);
         }
     }
     return values;

@@ -1,5 +1,6 @@
 #include "camera_settings_catalogue.h"
 
+#include "camera_settings_options.h"
 #include "zvc_commands.h"
 
 #include <algorithm>
@@ -19,7 +20,7 @@ struct Setting {
     uint8_t id;
     Generations generations;
     char path[44];
-    int8_t action = -1;     // of a plain write, in the group of its block
+    int16_t action = -1;    // of a plain write, in the group of its block
     uint8_t write_size = 0; // payload bytes of a plain write
     uint8_t offset = 0;     // in appc_setup_all_settings
     uint8_t size = 1;       // bytes there
@@ -129,7 +130,7 @@ constexpr Setting SETTINGS[] = {
 };
 
 // The blocks of the record and the remote API group of each.
-constexpr struct { char path[20]; int8_t group; } BLOCKS[] = {
+constexpr struct { char path[20]; int32_t group; } BLOCKS[] = {
     {"modes/video/",      REMOTE_GROUP_VIDEO},
     {"modes/photo/",      REMOTE_GROUP_PHOTO},
     {"modes/multi_shot/", REMOTE_GROUP_MULTISHOT},
@@ -183,6 +184,10 @@ constexpr auto bypass_count(bool sable_knoll)
 }
 
 static_assert(count_of(false) == 98 && count_of(true) == 89);
+static_assert(std::size(SETTING_OPTIONS) == count_of(true) &&
+                  std::all_of(std::begin(SETTING_OPTIONS), std::end(SETTING_OPTIONS),
+                              [](const SettingOptions &options) { return has(true, options.setting); }),
+              "the settings of sable_knoll are those that have options");
 static_assert(bypass_count(false) == 31 && bypass_count(true) == 25);
 static_assert(std::adjacent_find(std::begin(SETTINGS), std::end(SETTINGS),
                                  [](const Setting &a, const Setting &b) { return a.id >= b.id; }) == std::end(SETTINGS),

@@ -1,7 +1,6 @@
 #include "rules.h"
 
 #include <algorithm>
-#include <iterator>
 #include <zvctrl/camera_status.h>
 
 namespace zv {
@@ -94,16 +93,21 @@ Availability::Availability(const CameraState &state, uint32_t model) : m_catalog
         }
     }
     for (const auto &[setting, options] : m_catalogue) {
-        const auto taken = [&](const char *key) {
-            return std::any_of(m_applied.begin(), m_applied.end(), [&](const Applied &rule) {
-                return consequence_against(*rule.elements, setting, key) != nullptr;
-            });
-        };
         Offer &offer = m_offers[setting];
-        offer.off = taken(nullptr);
-        std::copy_if(options.begin(), options.end(), std::back_inserter(offer.options),
-                     [&](const option_t *option) { return !taken(option->key); });
+        offer.off = taken_away(setting, nullptr);
+        for (const option_t *option : options) {
+            if (!taken_away(setting, option->key)) {
+                offer.options.push_back(option);
+            }
+        }
     }
+}
+
+bool Availability::taken_away(uint32_t setting, const char *key) const
+{
+    return std::any_of(m_applied.begin(), m_applied.end(), [=](const Applied &rule) {
+        return consequence_against(*rule.elements, setting, key) != nullptr;
+    });
 }
 
 std::vector<Removal> Availability::removals(uint32_t setting, const char *key) const

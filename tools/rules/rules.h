@@ -81,6 +81,8 @@ class Availability {
         std::vector<const option_t *> options;
     };
 
+    // By `key` an option's, without one the whole setting.
+    bool taken_away(uint32_t setting, const char *key) const;
     std::vector<Removal> removals(uint32_t setting, const char *key) const;
 
     const std::map<uint32_t, std::vector<option_t *>> &m_catalogue;
