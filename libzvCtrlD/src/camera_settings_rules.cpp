@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <iterator>
+#include <span>
 #include <string_view>
 
 namespace zv {
@@ -59,6 +60,24 @@ constexpr uint32_t number(std::string_view text)
         value = value * 10 + static_cast<uint32_t>(digit - '0');
     }
     return value;
+}
+
+// A setting's options, and where in OPTIONS the first of them stands.
+struct SettingPlace {
+    size_t first;
+    std::span<const Option> options;
+};
+
+constexpr SettingPlace place_of(uint32_t setting)
+{
+    size_t first = 0;
+    for (const SettingOptions &row : SETTING_OPTIONS) {
+        if (row.setting == setting) {
+            return {first, row.options};
+        }
+        first += row.options.size();
+    }
+    throw "no such setting";
 }
 
 class RuleReader {
@@ -122,6 +141,9 @@ class RuleReader {
 
     constexpr void add(FilterInfoType type, uint32_t id, bool include)
     {
+        if (type != FILTER_INFO_STATUS && place_of(id).options.empty()) {
+            throw "the setting has no options";
+        }
         m_table.elements[m_element++] = {static_cast<uint8_t>(type), static_cast<uint8_t>(id), include, 0,
                                          static_cast<uint16_t>(m_value)};
     }
@@ -147,21 +169,18 @@ class RuleReader {
         } while (!list.empty());
     }
 
+    // The keys' positions in OPTIONS.
     constexpr void read_keys(std::string_view list)
     {
-        size_t first = 0; // of the setting's options in OPTIONS
-        const auto *row = std::begin(SETTING_OPTIONS);
-        for (; row->setting != m_table.elements[m_element - 1].id; ++row) {
-            first += row->options.size();
-        }
+        const SettingPlace place = place_of(m_table.elements[m_element - 1].id);
         do {
             const std::string_view key = take(list, ",");
-            const auto option = std::find_if(row->options.begin(), row->options.end(),
+            const auto option = std::find_if(place.options.begin(), place.options.end(),
                                              [key](const Option &candidate) { return key == candidate.key; });
-            if (option == row->options.end()) {
+            if (option == place.options.end()) {
                 throw "the setting has no option of this key";
             }
-            add_value(first + static_cast<size_t>(option - row->options.begin()));
+            add_value(place.first + static_cast<size_t>(option - place.options.begin()));
         } while (!list.empty());
     }
 
