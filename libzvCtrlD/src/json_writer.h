@@ -100,10 +100,7 @@ class JsonWriter {
     }
 
     // The text as it stands: nothing is escaped.
-    void literal(std::string_view text)
-    {
-        m_next = std::copy(text.begin(), text.end(), m_next);
-    }
+    void literal(std::string_view text) { m_next = std::copy(text.begin(), text.end(), m_next); }
 
     // Every member is followed by a comma; the last one's is taken back, if there was a member.
     void comma() { *m_next++ = ','; }
