@@ -4,9 +4,6 @@
 #include "initial_record.h"
 #include "own_fields.h"
 
-#include <algorithm>
-#include <cstring>
-
 namespace zv::sim {
 
 namespace {

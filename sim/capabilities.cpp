@@ -1,12 +1,13 @@
 #include "capabilities.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace zv::sim {
 
 namespace {
 
-// A bit, and the option value that it stands for.
+// An option value at 60 Hz and at 50 Hz, and the bit that stands for it below.
 struct Choice {
     uint32_t bit;
     uint8_t value;
@@ -14,21 +15,38 @@ struct Choice {
 };
 
 constexpr uint32_t F240 = 1, F120 = 2, F60 = 4, F30 = 8, F24 = 16;
-constexpr uint32_t NORMAL = F60 | F30 | F24;
 constexpr uint32_t SLOW = F30 | F24;
+constexpr uint32_t NORMAL = F60 | SLOW;
 constexpr Choice RATES[] = {{F240, 0, 13}, {F120, 1, 2}, {F60, 5, 6}, {F30, 8, 9}, {F24, 10, 10}};
 
 constexpr uint32_t LOCK = 1, LEVELING = 2, LINEAR = 4, WIDE = 8, ORBI = 16, ARCA = 32, MAX_ORBI = 64, MAX_ARCA = 128;
+constexpr uint32_t ALL_VIEWS = 255;
 constexpr Choice VIEWS[] = {{LOCK, 10, 10}, {LEVELING, 8, 8}, {LINEAR, 4, 4},   {WIDE, 0, 0},
                             {ORBI, 3, 3},   {ARCA, 9, 9},     {MAX_ORBI, 7, 7}, {MAX_ARCA, 11, 11}};
 
-constexpr uint32_t VIDEO = 1, LOOPING = 2, LAPSE = 4, RUSH = 8, NIGHT = 16;
-constexpr uint32_t EVERY = VIDEO | LAPSE | RUSH | NIGHT;
-constexpr Choice MODES[] = {{VIDEO, 12, 12}, {VIDEO, 14, 14}, {LOOPING, 15, 15}, {LAPSE, 13, 13}, {LAPSE, 26, 26},
-                            {RUSH, 24, 24},  {NIGHT, 29, 29}, {NIGHT, 30, 30},   {NIGHT, 31, 31}};
-
 constexpr uint32_t STD = 1, HDR = 2, LOG = 4;
 constexpr Choice PROFILES[] = {{STD, 0, 0}, {HDR, 1, 1}, {LOG, 2, 2}};
+
+constexpr uint32_t VIDEO = 1, LOOPING = 2, LAPSE = 4, RUSH = 8, NIGHT = 16;
+constexpr uint32_t EVERY = VIDEO | LAPSE | RUSH | NIGHT;
+
+// A mode, the bit that stands for it below, and the fields of view that it can have at all.
+struct Mode {
+    uint8_t flat_mode;
+    uint32_t bit;
+    uint32_t views;
+};
+constexpr Mode MODES[] = {
+    {12, VIDEO, ALL_VIEWS},
+    {13, LAPSE, LINEAR | WIDE},
+    {14, VIDEO, ALL_VIEWS},
+    {15, LOOPING, ALL_VIEWS},
+    {24, RUSH, LOCK | LINEAR | WIDE | MAX_ORBI | MAX_ARCA},
+    {26, LAPSE, LINEAR | WIDE},
+    {29, NIGHT, WIDE},
+    {30, NIGHT, WIDE},
+    {31, NIGHT, WIDE},
+};
 
 struct Format {
     uint8_t lens;
@@ -42,14 +60,17 @@ struct Format {
 // Resolutions in the order in which they are offered.
 constexpr Format FORMATS[] = {
     // no add-on lens
-    {0, 24, F60, LEVELING | LINEAR | WIDE | ORBI, EVERY, STD | LOG},           // 5.3K
-    {0, 24, SLOW, LOCK | LINEAR | WIDE | ORBI | ARCA, EVERY, STD | HDR | LOG}, //
-    {0, 26, SLOW, LINEAR | WIDE, EVERY, STD | LOG},                            // 5.3K 8:7
-    {0, 1, F120, LEVELING | LINEAR | WIDE | ORBI, EVERY, STD | LOG},           // 4K
-    {0, 1, NORMAL, LOCK | LINEAR | WIDE | ORBI | ARCA, EVERY, STD | HDR | LOG},
+    {0, 24, F60, LEVELING | LINEAR | WIDE | ORBI, EVERY, STD | LOG}, // 5.3K
+    {0, 24, SLOW, LOCK | LINEAR | WIDE | ORBI | ARCA, EVERY, STD | LOG},
+    {0, 24, SLOW, LINEAR | WIDE | ORBI, EVERY, HDR},
+    {0, 26, SLOW, WIDE, EVERY, STD | LOG},                           // 5.3K 8:7
+    {0, 1, F120, LEVELING | LINEAR | WIDE | ORBI, EVERY, STD | LOG}, // 4K
+    {0, 1, NORMAL, LOCK | LINEAR | WIDE | ORBI | ARCA, EVERY, STD | LOG},
+    {0, 1, F60, LINEAR | WIDE, EVERY, HDR},
+    {0, 1, SLOW, LOCK | LINEAR | WIDE | ORBI | ARCA, EVERY, HDR},
     {0, 1, F30, LOCK | LINEAR | WIDE | ORBI, LOOPING, STD | HDR | LOG},
-    {0, 28, F60, LINEAR | WIDE, EVERY, STD | LOG},        // 4K 8:7
-    {0, 28, SLOW, LINEAR | WIDE, EVERY, STD | HDR | LOG}, //
+    {0, 28, F60, WIDE, EVERY, STD | LOG}, // 4K 8:7
+    {0, 28, SLOW, WIDE, EVERY, STD | HDR | LOG},
     {0, 4, F240, LEVELING | LINEAR | WIDE, VIDEO, STD},   // 2.7K
     {0, 6, F120 | F60, LOCK | LINEAR | WIDE, VIDEO, STD}, // 2.7K 4:3
     {0, 9, F240, LEVELING | LINEAR | WIDE, VIDEO, STD},   // 1080
@@ -92,9 +113,16 @@ Bytes values_of(const Choice (&choices)[Count], uint32_t bits, bool at_50hz)
     return values;
 }
 
-bool offers(const Format &format, const Situation &situation)
+Mode mode_of(uint8_t flat_mode)
 {
-    return format.lens == situation.lens && (format.modes & bit_of(MODES, situation.flat_mode)) != 0 &&
+    const auto *mode =
+        std::find_if(std::begin(MODES), std::end(MODES), [&](const Mode &row) { return row.flat_mode == flat_mode; });
+    return mode == std::end(MODES) ? Mode{flat_mode, 0, 0} : *mode;
+}
+
+bool offers(const Format &format, const Mode &mode, const Situation &situation)
+{
+    return format.lens == situation.lens && (format.modes & mode.bit) != 0 &&
            (format.profiles & bit_of(PROFILES, situation.video_profile)) != 0 &&
            (!situation.resolution || format.resolution == *situation.resolution) &&
            (!situation.fps || (format.rates & bit_of(RATES, *situation.fps)) != 0);
@@ -104,11 +132,12 @@ bool offers(const Format &format, const Situation &situation)
 
 std::optional<Bytes> capability_list(uint8_t key, const Situation &situation)
 {
+    const Mode mode = mode_of(situation.flat_mode);
     Bytes resolutions;
     uint32_t rates = 0;
     uint32_t views = 0;
     for (const Format &format : FORMATS) {
-        if (offers(format, situation)) {
+        if (offers(format, mode, situation)) {
             if (resolutions.empty() || resolutions.back() != format.resolution) {
                 resolutions.push_back(format.resolution);
             }
@@ -122,7 +151,7 @@ std::optional<Bytes> capability_list(uint8_t key, const Situation &situation)
     case CAP_KEY_FPS:
         return values_of(RATES, rates, situation.anti_flicker != 0);
     case CAP_KEY_FOV:
-        return values_of(VIEWS, views, false);
+        return values_of(VIEWS, views & mode.views, false);
     case CAP_KEY_ANTI_FLICKER:
         return Bytes{0, 1};
     case CAP_KEY_VIDEO_PROFILE:

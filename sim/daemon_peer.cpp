@@ -1,10 +1,9 @@
 #include "daemon_peer.h"
 
+#include "libzvCommon/src/bytes.h"
 #include "setting_writes.h"
 
 #include <zvctrl/zvDbg.h>
-
-#include "libzvCommon/src/bytes.h"
 
 namespace zv::sim {
 

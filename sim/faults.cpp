@@ -4,7 +4,6 @@
 
 #include <charconv>
 #include <cstdio>
-#include <cstring>
 
 namespace zv::sim {
 

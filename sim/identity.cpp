@@ -1,8 +1,8 @@
 #include "identity.h"
 
-#include <zvctrl/csi.h>
-
 #include "libzvCommon/src/bytes.h"
+
+#include <zvctrl/csi.h>
 
 namespace zv::sim {
 

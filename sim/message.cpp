@@ -1,8 +1,8 @@
 #include "message.h"
 
-#include <zvctrl/zvTlv.h>
-
 #include "libzvCommon/src/bytes.h"
+
+#include <zvctrl/zvTlv.h>
 
 namespace zv::sim {
 

@@ -2,14 +2,13 @@
 
 #include "capability_commands.h"
 #include "identity.h"
+#include "libzvCommon/src/bytes.h"
 #include "own_fields.h"
 
 #include <zvctrl/zvc_commands.h>
 
 #include <algorithm>
 #include <iterator>
-
-#include "libzvCommon/src/bytes.h"
 
 namespace zv::sim {
 

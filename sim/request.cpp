@@ -1,10 +1,10 @@
 #include "request.h"
 
+#include "libzvCommon/src/bytes.h"
+
 #include <zvctrl/zvc_commands.h>
 
 #include <algorithm>
-
-#include "libzvCommon/src/bytes.h"
 
 namespace zv::sim {
 

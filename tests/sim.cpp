@@ -5,6 +5,7 @@
 #include "firmware_peer.h"
 #include "interpose.h"
 #include "remote_actions.h"
+#include "rules.h"
 #include "zvc_broadcast.h"
 #include "zvc_commands_zvx.h"
 #include "zvc_fwupdate.h"
@@ -353,6 +354,20 @@ TEST_F(SimulatedCamera, LosesAndSpoilsAnswersByRule)
     camera.advance(1000000);
     camera.serve();
     EXPECT_EQ(1u, ask_daemon(33).size());
+}
+
+TEST(InitialRecord, HoldsWhatTheCameraOffers)
+{
+    const Camera camera(62, 1);
+    all_status_settings_t record = {};
+    std::copy(camera.state().record().begin(), camera.state().record().end(), record.bytes);
+    const zv::CameraState state = zv::read_state(record, 62);
+    const zv::Availability availability(state, 62);
+    for (const auto &[setting, options] : getCameraOptions(62)) {
+        if (availability.offers(setting)) {
+            EXPECT_TRUE(availability.offers(setting, state.settings[setting])) << setting;
+        }
+    }
 }
 
 TEST(SimulatedTime, FollowsFromTheSeed)
