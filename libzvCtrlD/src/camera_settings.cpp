@@ -134,17 +134,6 @@ uint32_t option_id(const settings_field_t &row, const zv::SettingsSource &source
     return option_id_by_value(source.model, row.id, value, source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
 }
 
-template <class Visit>
-void for_each_setting(uint32_t model, Visit visit)
-{
-    const auto &fields = is_sable_knoll(model) ? zv::settings_all_fields_sable_knoll : zv::settings_all_fields;
-    for (const settings_field_t *row = fields.data(); row->id != zv::SETTINGS_END_ID; ++row) {
-        if (row->id != 0) {
-            visit(*row);
-        }
-    }
-}
-
 zv::SettingsSource source_of(const all_status_settings_t *record, uint32_t model)
 {
     return {record->bytes + ALL_SETTINGS_OFFSET, record->bytes + ALL_STATUS_OFFSET, model};
@@ -254,11 +243,11 @@ int32_t camera_settings_serialize_to_json(std::stringstream &stream, const appc_
     char buffer[DOCUMENT_SIZE];
     zv::JsonWriter json(buffer);
     json.literal("\"settings\":{");
-    for_each_setting(model, [&](const settings_field_t &row) {
+    for (const settings_field_t &row : zv::live_fields(model)) {
         json.key(row.id);
         json.number(option_id(row, source));
         json.comma();
-    });
+    }
     json.drop_comma();
     json.literal("}");
     stream.write(json.begin(), json.size());
@@ -278,7 +267,7 @@ int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stre
     char buffer[DOCUMENT_SIZE];
     zv::JsonWriter json(buffer);
     int32_t changes = 0;
-    for_each_setting(model, [&](const settings_field_t &row) {
+    for (const settings_field_t &row : zv::live_fields(model)) {
         const uint32_t old_id = option_id(row, before);
         const uint32_t id = option_id(row, now);
         if (id != old_id) {
@@ -287,7 +276,7 @@ int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stre
             json.number(id);
             json.comma();
         }
-    });
+    }
     json.drop_comma();
     stream.write(json.begin(), json.size());
     return changes;
@@ -300,5 +289,7 @@ void update_camera_settings(const all_status_settings_t *record, uint32_t model,
         return;
     }
     const zv::SettingsSource source = source_of(record, model);
-    for_each_setting(model, [&](const settings_field_t &row) { values[row.id] = option_id(row, source); });
+    for (const settings_field_t &row : zv::live_fields(model)) {
+        values[row.id] = option_id(row, source);
+    }
 }

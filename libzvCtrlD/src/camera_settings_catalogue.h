@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <initializer_list>
+#include <span>
 
 namespace zv {
 
@@ -24,6 +25,9 @@ inline constexpr uint32_t SETTINGS_END_ID = 0xFFFFFFFF;
 using SettingsFields = std::array<settings_field_t, SETTINGS_ALL_FIELDS_COUNT>;
 extern const SettingsFields settings_all_fields;
 extern const SettingsFields settings_all_fields_sable_knoll;
+
+// The rows of the model's table that are settings, in ascending order: what a document walks.
+std::span<const settings_field_t> live_fields(uint32_t model);
 
 // Whether a setting is one of the camera as a whole, in the bypass set of a generation.
 bool bypasses_preset_edit(uint32_t setting, bool sable_knoll);

@@ -213,6 +213,15 @@ constexpr SettingsFields make_fields(bool sable_knoll)
     return fields;
 }
 
+template <size_t COUNT>
+constexpr auto make_live_fields(const SettingsFields &fields)
+{
+    std::array<settings_field_t, COUNT> live = {};
+    std::copy_if(fields.begin(), fields.end() - 1, live.begin(),
+                 [](const settings_field_t &row) { return row.id != 0; });
+    return live;
+}
+
 using SettingsIds = std::array<settings_id_entry_t, SETTINGS_ID_TABLE_COUNT>;
 
 SettingsIds make_ids(bool sable_knoll)
@@ -237,6 +246,16 @@ SettingsIds make_ids(bool sable_knoll)
 
 constinit const SettingsFields settings_all_fields = make_fields(false);
 constinit const SettingsFields settings_all_fields_sable_knoll = make_fields(true);
+
+std::span<const settings_field_t> live_fields(uint32_t model)
+{
+    static constexpr auto live = make_live_fields<count_of(false)>(make_fields(false));
+    static constexpr auto live_sable_knoll = make_live_fields<count_of(true)>(make_fields(true));
+    if (is_sable_knoll(model)) {
+        return live_sable_knoll;
+    }
+    return live;
+}
 
 bool bypasses_preset_edit(uint32_t setting, bool sable_knoll)
 {
