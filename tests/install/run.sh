@@ -13,6 +13,8 @@ trap 'rm -rf "$stage"' EXIT
 cmake --install "$build" --prefix "$stage/usr" >/dev/null
 library=$(find "$stage/usr" -name 'libzvCtrlD.so')
 lib=$(dirname "$library")
+"$stage/usr/bin/zvcam" --version >/dev/null
+"$stage/usr/bin/zvsim" --help >/dev/null
 export LD_LIBRARY_PATH="$lib" PKG_CONFIG_PATH="$lib/pkgconfig"
 warnings="-Wall -Wextra -Wpedantic -Werror"
 
