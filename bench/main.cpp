@@ -1,3 +1,4 @@
+#include "library.h"
 #include "report.h"
 
 #include <benchmark/benchmark.h>
@@ -5,17 +6,21 @@
 namespace {
 
 constexpr bench::Comparison comparisons[] = {
-    {"status_document/library", "status_document/table", 1.0},
-    {"status_document/library", "status_document/rapidjson", 0},
-    {"status_document/library", "status_document/nlohmann-json", 0},
-    {"status_document/library", "status_document/ostream", 0},
+    {"documents/library", "documents/table", 1.0},
+    {"documents/library", "documents/rapidjson", 1.0},
+    {"documents/library", "documents/nlohmann-json", 1.0},
+    {"documents/library", "documents/ostream", 1.0},
     {"changes/library", "changes/table", 1.0},
+    {"record_option_ids/library", "record_option_ids/direct_tables", 1.5},
+    {"option_ids/library", "option_ids/direct_tables", 1.5},
     {"tlv_message/library", "tlv_message/by_hand", 2.0},
     {"silent_log/library", "silent_log/bare_if", 1.0},
     {"remote_api/two_cores", "bare_60_bytes/two_cores", 1.15},
     {"remote_api/same_core", "bare_60_bytes/same_core", 1.3},
     {"daemon_snapshot/two_cores", "bare_700_bytes/two_cores", 1.3},
     {"daemon_snapshot/same_core", "bare_700_bytes/same_core", 1.6},
+    {"start/library", "start/empty_library", 1.3},
+    {"load/library", "load/empty_library", 1.3},
 };
 
 } // namespace
@@ -34,5 +39,6 @@ int main(int argc, char **argv)
     bench::Figures figures;
     benchmark::RunSpecifiedBenchmarks(&figures);
     bench::print(comparisons, figures);
+    bench::print_library();
     return 0;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "records.h"
+#include "settings_values.h"
 #include "status_values.h"
 
 #include <charconv>
@@ -10,37 +11,49 @@
 
 namespace bench {
 
-// Keys worked out before, std::to_chars, one block into the stream.
 class TableWriter {
   public:
     TableWriter()
     {
         for (const zv::StatusField &row : zv::status_fields) {
             if (row.output != zv::StatusOutput::NONE) {
-                m_rows.push_back({",\"" + std::to_string(row.id) + "\":", row});
+                m_status.push_back({Key(row.id), row});
             }
         }
-        m_rows.front().key.erase(0, 1);
+        for (const settings_field_t &row : settings_rows()) {
+            m_settings.push_back({Key(row.id), row});
+        }
     }
 
-    void operator()(std::stringstream &stream, const all_status_settings_t &record) const
+    // One block into the stream for each document.
+    void write(std::stringstream &stream, const all_status_settings_t &record) const
     {
         char buffer[BUFFER_SIZE];
         char *next = append(buffer, "\"status\":{\n");
-        for (const Row &row : m_rows) {
-            next = member(next, row, record);
+        for (const auto &row : m_status) {
+            next = status_member(next, row, record);
+            *next++ = ',';
         }
-        *next++ = '}';
+        next[-1] = '}';
+        stream.write(buffer, next - buffer);
+
+        next = append(buffer, "\"settings\":{");
+        for (const auto &row : m_settings) {
+            const uint32_t value = setting_value(record, row.field);
+            next = number(row.key.append(next), m_options.id(row.field.id, value, flat_mode_of(record)));
+            *next++ = ',';
+        }
+        next[-1] = '}';
         stream.write(buffer, next - buffer);
     }
 
-    // How many members differ from the cache.
-    int compare(const all_status_settings_t &record, std::vector<std::string> &cache) const
+    // How many members of the status differ from the cache.
+    int32_t compare(const all_status_settings_t &record, std::vector<std::string> &cache) const
     {
         char buffer[BUFFER_SIZE];
-        int count = 0;
-        for (const Row &row : m_rows) {
-            const auto size = static_cast<size_t>(member(buffer, row, record) - buffer);
+        int32_t count = 0;
+        for (const auto &row : m_status) {
+            const auto size = static_cast<size_t>(status_member(buffer, row, record) - buffer);
             std::string &cached = cache[row.field.id];
             if (size != cached.size() || memcmp(buffer, cached.data(), size) != 0) {
                 cached.assign(buffer, size);
@@ -51,19 +64,49 @@ class TableWriter {
     }
 
   private:
-    struct Row {
-        std::string key;
-        zv::StatusField field;
-    };
-
     static constexpr size_t BUFFER_SIZE = 4096;
 
-    static char *member(char *next, const Row &row, const all_status_settings_t &record)
+    // `"id":`, copied as a block of fixed size.
+    struct Key {
+        char text[8] = {};
+        size_t size;
+
+        explicit Key(uint32_t id)
+        {
+            char *next = text;
+            *next++ = '"';
+            next = std::to_chars(next, std::end(text), id).ptr;
+            *next++ = '"';
+            *next++ = ':';
+            size = static_cast<size_t>(next - text);
+        }
+        char *append(char *next) const
+        {
+            memcpy(next, text, sizeof text);
+            return next + size;
+        }
+    };
+
+    template <class Field>
+    struct Row {
+        Key key;
+        Field field;
+    };
+
+    static char *append(char *next, std::string_view text)
     {
-        next = append(next, row.key);
+        memcpy(next, text.data(), text.size());
+        return next + text.size();
+    }
+
+    static char *number(char *next, auto value) { return std::to_chars(next, next + 20, value).ptr; }
+
+    static char *status_member(char *next, const Row<zv::StatusField> &row, const all_status_settings_t &record)
+    {
+        next = row.key.append(next);
         read_status(record.bytes, row.field, [&](auto value) {
             if constexpr (std::is_arithmetic_v<decltype(value)>) {
-                next = std::to_chars(next, next + 20, value).ptr;
+                next = number(next, value);
             } else {
                 *next++ = '"';
                 next = append(next, value);
@@ -73,13 +116,9 @@ class TableWriter {
         return next;
     }
 
-    static char *append(char *next, std::string_view text)
-    {
-        memcpy(next, text.data(), text.size());
-        return next + text.size();
-    }
-
-    std::vector<Row> m_rows;
+    std::vector<Row<zv::StatusField>> m_status;
+    std::vector<Row<settings_field_t>> m_settings;
+    const OptionTables &m_options = option_tables();
 };
 
 } // namespace bench
