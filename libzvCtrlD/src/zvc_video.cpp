@@ -1,6 +1,7 @@
 #include "zvc_video.h"
 
 #include "camera_status.h"
+#include "capability.h"
 #include "remote_command.h"
 #include "zvc_setup.h"
 
@@ -32,18 +33,6 @@ constexpr RemoteCommand REMOTE_SETUP_ALL_SETTINGS_GET{REMOTE_GROUP_SETUP, 30};
 constexpr RemoteCommand REMOTE_STREAM_GOP_SIZE_SET{REMOTE_GROUP_STREAM, 3};
 constexpr RemoteCommand REMOTE_STREAM_IDR_INTERVAL_SET{REMOTE_GROUP_STREAM, 5};
 constexpr RemoteCommand REMOTE_STREAM_BIT_RATE_SET{REMOTE_GROUP_STREAM, 7};
-constexpr RemoteCommand REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS{REMOTE_GROUP_CAPABILITY, 4};
-constexpr RemoteCommand REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET{REMOTE_GROUP_CAPABILITY, 5};
-
-// Keys of the capability service.
-constexpr uint8_t CAP_KEY_RESOLUTION = 0;
-constexpr uint8_t CAP_KEY_FOV = 1;
-constexpr uint8_t CAP_KEY_FPS = 2;
-constexpr uint8_t CAP_KEY_ANTI_FLICKER = 7;
-constexpr uint8_t CAP_KEY_VIDEO_PROFILE = 45;
-
-// The flat mode of each capture mode, the capability service's own count of them.
-constexpr uint8_t CAPTURE_MODES[] = {12, 13, 15, 16, 17, 18, 19, 20, 21, 23, 24, 25, 26, 29, 30, 31};
 
 constexpr int32_t RES_MAX = 30;
 constexpr int32_t FPS_MAX = 14;
@@ -54,68 +43,6 @@ constexpr uint16_t CURRENT_SETTINGS_SIZE = 40; // the least of the record that t
 constexpr int32_t ISO_MAX = 9;
 constexpr uint16_t ISO_NUMBERS[] = {6400, 1600, 400, 3200, 800, 1200, 1000, 200, 100};
 constexpr int32_t OTHER_ISO_NUMBER = 400;
-
-constexpr uint8_t POWER_PROFILE = 0; // not read: every query is made for this one
-
-// What the camera can do depends on these.
-struct Situation {
-    int8_t lens = 0;
-    uint8_t ux_mode = 1;
-    uint8_t capture_mode = 0;
-    uint32_t anti_flicker = 0;
-    uint32_t video_profile = 0;
-};
-
-// A value list of the capability service: a copy, since the answer is gone with the next exchange.
-struct ValueList {
-    uint8_t values[UINT8_MAX];
-    uint8_t count;
-
-    const uint8_t *begin() const { return values; }
-    const uint8_t *end() const { return values + count; }
-};
-
-// What a list must have, and the messages of one that has not.
-struct ListRule {
-    uint8_t least;     // values
-    const char *empty; // size, 0
-    const char *count; // count, size
-};
-
-constexpr ListRule FPS_LIST{1, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
-                            "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fps_count %d, rsp_size, %d"};
-constexpr ListRule FOV_LIST{0, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid rsp_size, %d",
-                            "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET invalid fov_count %d, rsp_size, %d"};
-constexpr ListRule RES_LIST{
-    0, "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid rsp_size, %d",
-    "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS invalid res_count %d, rsp_size, %d"};
-
-// Count and values, one byte each.
-int32_t take_list(const Payload &answer, const ListRule &rule, ValueList &list)
-{
-    if (answer.size == 0) {
-        ZV_LOG(ZV_LOG_ERROR, rule.empty, 0);
-        return ZV_ERR_INVALID_PARAM;
-    }
-    const uint8_t count = answer.bytes[0];
-    if (count >= answer.size || count < rule.least) {
-        ZV_LOG(ZV_LOG_ERROR, rule.count, count, answer.size);
-        return ZV_ERR_INVALID_PARAM;
-    }
-    std::copy_n(answer.bytes + 1, count, list.values);
-    list.count = count;
-    return ZV_OK;
-}
-
-uint8_t capture_mode_of(int32_t flat_mode)
-{
-    const auto *mode = std::find(std::begin(CAPTURE_MODES), std::end(CAPTURE_MODES), flat_mode);
-    if (mode == std::end(CAPTURE_MODES)) {
-        ZV_LOG(ZV_LOG_WARN, "No corresponding capture_mode for flat_mode %d", flat_mode);
-        return 0;
-    }
-    return static_cast<uint8_t>(mode - CAPTURE_MODES);
-}
 
 // What cannot be read keeps its default: the query then goes out for the most common camera.
 Situation read_situation(zvc_msg_q_context_t *context)
@@ -139,45 +66,6 @@ Situation read_situation(zvc_msg_q_context_t *context)
         ZV_LOG(ZV_LOG_WARN, "zvc_video_get_video_profile error, %d", result);
     }
     return situation;
-}
-
-// Lists a setting's values at a resolution, with one filter more.
-struct FilterQuery {
-    uint8_t listed_key;
-    uint8_t filter_key;
-    uint8_t filter_value;
-    const ListRule &rule;
-};
-
-// ZV_ERR_NOT_SUPPORTED, for which there is another way, is not logged.
-int32_t query_list(zvc_msg_q_context_t *context, const Situation &situation, int32_t res, const FilterQuery &query,
-                   ValueList &list)
-{
-    Payload answer;
-    const int32_t result = remote_send(context, REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET,
-                                       {
-                                           static_cast<uint8_t>(situation.lens),
-                                           situation.ux_mode,
-                                           POWER_PROFILE,
-                                           situation.capture_mode,
-                                           3, // pairs of key and value
-                                           CAP_KEY_RESOLUTION,
-                                           low_byte(res),
-                                           query.filter_key,
-                                           query.filter_value,
-                                           CAP_KEY_VIDEO_PROFILE,
-                                           static_cast<uint8_t>(situation.video_profile),
-                                           0,
-                                           query.listed_key,
-                                       },
-                                       &answer);
-    if (result == ZV_OK) {
-        return take_list(answer, query.rule, list);
-    }
-    if (result != ZV_ERR_NOT_SUPPORTED) {
-        ZV_LOG(ZV_LOG_ERROR, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET error, %d", result);
-    }
-    return result;
 }
 
 bool is_horizon(int32_t fov)
@@ -270,12 +158,12 @@ int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int
     ZV_LOG(ZV_LOG_DEBUG,
            "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
            "video_profile:%d anti_flicker:%d",
-           situation.lens, situation.ux_mode, POWER_PROFILE, situation.capture_mode, res, situation.video_profile,
-           situation.anti_flicker);
+           situation.lens, situation.ux_mode, situation.power_profile, situation.capture_mode, res,
+           situation.video_profile, situation.anti_flicker);
     const auto anti_flicker = static_cast<uint8_t>(situation.anti_flicker);
     ValueList offered;
     int32_t result =
-        query_list(context, situation, res, {CAP_KEY_FPS, CAP_KEY_ANTI_FLICKER, anti_flicker, FPS_LIST}, offered);
+        list_values(context, situation, {CAP_KEY_FPS, res, CAP_KEY_ANTI_FLICKER, anti_flicker}, FPS_LIST, offered);
     if (result == ZV_ERR_NOT_SUPPORTED) {
         return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
     }
@@ -289,10 +177,10 @@ int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int
     ZV_LOG(ZV_LOG_DEBUG,
            "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
            "video_profile:%d fps:%d",
-           situation.lens, situation.ux_mode, POWER_PROFILE, situation.capture_mode, res, situation.video_profile,
-           suggested_fps);
+           situation.lens, situation.ux_mode, situation.power_profile, situation.capture_mode, res,
+           situation.video_profile, suggested_fps);
     result =
-        query_list(context, situation, res, {CAP_KEY_FOV, CAP_KEY_FPS, low_byte(suggested_fps), FOV_LIST}, offered);
+        list_values(context, situation, {CAP_KEY_FOV, res, CAP_KEY_FPS, low_byte(suggested_fps)}, FOV_LIST, offered);
     if (result == ZV_ERR_NOT_SUPPORTED) {
         return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
     }
@@ -370,15 +258,8 @@ int32_t zvc_get_res_list(zvc_msg_q_context_t *context, uint8_t *list, uint16_t *
     if (list == nullptr || count == nullptr) {
         return ZV_ERR_INVALID_PARAM;
     }
-    Payload answer;
     ValueList offered;
-    int32_t result = remote_send(context, REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS,
-                                 {CAP_KEY_RESOLUTION}, &answer);
-    if (result != ZV_OK) {
-        ZV_LOG(ZV_LOG_ERROR, "REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS error, %d", result);
-        return result;
-    }
-    result = take_list(answer, RES_LIST, offered);
+    const int32_t result = list_values(context, CAP_KEY_RESOLUTION, RES_LIST, offered);
     if (result != ZV_OK) {
         return result;
     }
