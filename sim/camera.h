@@ -9,6 +9,8 @@ namespace zv::sim {
 class Camera {
   public:
     Camera(uint8_t model, uint32_t seed);
+    Camera(const Camera &) = delete; // its parts know each other
+    Camera &operator=(const Camera &) = delete;
 
     State &state() { return m_state; }
     const State &state() const { return m_state; }

@@ -34,7 +34,7 @@ bool Capture::start(const FlatMode &mode)
     }
     m_mode = &mode;
     m_group = 0;
-    m_next_photo = 0;
+    m_waited = 0;
     m_state.set(VIDEO_PROGRESS, 0);
     m_state.set(INTERVAL_PHOTOS, 0);
     if (mode.captures == CaptureKind::BURST) {
@@ -70,20 +70,32 @@ void Capture::second()
     if (!active()) {
         return;
     }
-    bool room = true;
-    if (m_mode->captures == CaptureKind::VIDEO) {
-        room = m_card.record_second();
-        m_state.set(VIDEO_PROGRESS, m_state.get(VIDEO_PROGRESS) + room);
-    } else {
-        for (m_next_photo += SECOND; m_next_photo >= interval_ms() && room; m_next_photo -= interval_ms()) {
-            room = !m_card.full();
-            take_photos(room);
-        }
-        m_state.set(COUNT_DOWN, (interval_ms() - m_next_photo) / SECOND);
-    }
-    if (!room) {
+    const bool goes_on = m_mode->captures == CaptureKind::VIDEO ? record_second() : wait_second();
+    if (!goes_on) {
         stop();
     }
+}
+
+// False when the card is full.
+bool Capture::record_second()
+{
+    const bool room = m_card.record_second();
+    m_state.set(VIDEO_PROGRESS, m_state.get(VIDEO_PROGRESS) + room);
+    return room;
+}
+
+// Takes the photos that fall into this second. False when the card is full, or the interval was switched off.
+bool Capture::wait_second()
+{
+    const uint32_t interval = interval_ms();
+    if (interval == 0) {
+        return false;
+    }
+    for (m_waited += SECOND; m_waited >= interval; m_waited -= interval) {
+        take_photos(1);
+    }
+    m_state.set(COUNT_DOWN, (interval - m_waited) / SECOND);
+    return !m_card.full();
 }
 
 void Capture::take_photos(uint32_t count)

@@ -21,14 +21,16 @@ class Capture {
     void second();
 
   private:
+    bool record_second();
+    bool wait_second();
     void take_photos(uint32_t count);
     uint32_t interval_ms() const;
 
     State &m_state;
     Card &m_card;
     const FlatMode *m_mode = nullptr;
-    uint32_t m_group = 0;      // of the photos
-    uint64_t m_next_photo = 0; // milliseconds
+    uint32_t m_group = 0;  // of the photos
+    uint64_t m_waited = 0; // for the next photo, in milliseconds
 };
 
 } // namespace zv::sim

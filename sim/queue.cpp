@@ -11,6 +11,7 @@ namespace {
 
 constexpr long DEPTH = 10; // what the kernel allows without a raised limit
 constexpr mode_t EVERYBODY = 0666;
+constexpr char FILLER = 0;
 
 std::string failure(const std::string &name, size_t message_size)
 {
@@ -70,8 +71,11 @@ void Queue::abandon()
 
 std::optional<Bytes> Queue::receive()
 {
-    const ssize_t length =
-        mq_receive(m_descriptor, reinterpret_cast<char *>(m_buffer.data()), m_buffer.size(), nullptr);
+    auto *buffer = reinterpret_cast<char *>(m_buffer.data());
+    ssize_t length = 0;
+    do {
+        length = mq_receive(m_descriptor, buffer, m_buffer.size(), nullptr);
+    } while (length == sizeof FILLER && buffer[0] == FILLER);
     if (length < 0) {
         return std::nullopt;
     }
@@ -80,8 +84,7 @@ std::optional<Bytes> Queue::receive()
 
 void Queue::fill()
 {
-    const char filler = 0;
-    while (mq_send(m_descriptor, &filler, sizeof filler, 0) == 0) {
+    while (mq_send(m_descriptor, &FILLER, sizeof FILLER, 0) == 0) {
     }
 }
 

@@ -24,7 +24,7 @@ class Queue {
 
     // The next message, or nothing when the queue is empty.
     std::optional<Bytes> receive();
-    // Fills the queue up with messages of one byte.
+    // Fills the queue up with messages that receive() passes over.
     void fill();
 
     mqd_t descriptor() const { return m_descriptor; }

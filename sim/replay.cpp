@@ -2,6 +2,8 @@
 
 #include "trace.h"
 
+#include <algorithm>
+
 namespace zv::sim {
 
 namespace {
@@ -37,7 +39,8 @@ std::string Replay::read(std::istream &trace)
         Latest &open = latest[static_cast<size_t>(link)];
         if (!from_client(message.direction)) {
             if (open.replies != nullptr) {
-                open.replies->push_back({message.microseconds - open.time, message.bytes});
+                open.replies->push_back(
+                    {message.microseconds - std::min(open.time, message.microseconds), message.bytes});
             }
         } else if (const auto request = parse_request(link, message.bytes)) {
             open = {&m_occasions[key_of(*request)].replies.emplace_back(), message.microseconds};

@@ -11,6 +11,7 @@ namespace {
 constexpr Link LINKS[] = {Link::DAEMON, Link::RELAY};
 constexpr const char *QUEUE_NAMES[] = {"/to_zvCtlD", "/to_zvnet"};
 constexpr uint64_t MILLISECOND = 1000;
+constexpr int BURST = 16; // more than a queue holds, so that busy clients do not keep the owner from other work
 
 } // namespace
 
@@ -35,7 +36,7 @@ bool Simulator::reads(Link link) const
 void Simulator::serve()
 {
     for (const Link link : LINKS) {
-        while (reads(link)) {
+        for (int left = BURST; left > 0 && reads(link); --left) {
             const std::optional<Bytes> message = queue(link).receive();
             if (!message) {
                 break;

@@ -33,7 +33,7 @@ class Simulator {
     // False while a fault has it that the queue is not read.
     bool reads(Link link) const;
 
-    // Answers all that waits in the queues.
+    // Answers what waits in the queues.
     void serve();
 
     // Lets time pass, in microseconds.

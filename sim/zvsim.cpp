@@ -270,6 +270,7 @@ int run_program(int argc, char **argv)
 
     std::string rule;
     app.footer(fault_help());
+    app.set_version_flag("--version", ZVSIM_VERSION);
     CLI::App *fault = app.add_subcommand("fault", "Add a fault rule to the running camera, or clear them all");
     fault->add_option("rule", rule, "The rule, or clear")->type_name("RULE")->required();
     CLI::App *media = app.add_subcommand("media", "List what is on the running camera's card");

@@ -222,6 +222,17 @@ TEST_F(SimulatedCamera, RecordsAndCounts)
     EXPECT_EQ(ZV_OK, zvc_storage_delete_last(&context)); // all of the group
     EXPECT_EQ(photos, seen(status(STATUS_STORAGE_NUM_TOTAL_PHOTOS, 4)));
     EXPECT_EQ(ZV_ERR, zvc_send_simple_remote_api(&context, 2, 27)); // the video's shutter
+
+    const uint8_t every_second = 3;
+    const uint8_t off = 0;
+    EXPECT_EQ(ZV_OK, zvc_app_set_mode_sub_mode(&context, 1, 0)); // photos at an interval, which ends meanwhile
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 3, 47, &every_second, 1));
+    EXPECT_EQ(ZV_OK, zvc_shutter(&context, 1));
+    camera.advance(2000000);
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 3, 47, &off, 1));
+    camera.advance(2000000);
+    EXPECT_EQ(0u, seen(status(STATUS_SYSTEM_ENCODING_ACTIVE)));
+    EXPECT_EQ(2u, seen(status(STATUS_PHOTO_INTERVAL_CAPTURE_COUNT, 4)));
 }
 
 TEST_F(SimulatedCamera, DeletesAndTagsMedia)
