@@ -26,8 +26,8 @@ ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_
  * and 164 set the photo ISO limit of id 24 while the sound cage's microphone status is 3; the filter rules switch them
  * off.
  *
- * One to three exchanges of at most 10 seconds. A failing step ends the sequence there, but for an ISO limit of the ids
- * 13 and 102, whose mode follows in any case; what an earlier step has changed stays. Returns 0, a code of the
+ * Up to three exchanges of at most 10 seconds each. A failing step ends the sequence there, but for an ISO limit of the
+ * ids 13 and 102, whose mode follows in any case; what an earlier step has changed stays. Returns 0, a code of the
  * exchange, or
  *
  *     -1                    ids 114 to 118: `settings` is null, or the flat mode has no such control

@@ -4,6 +4,7 @@
 #include "zvc_commands.h"
 
 #include "bytes.h"
+#include "camera_link.h"
 #include "message_finish.h"
 #include "queue_drain.h"
 #include "remote_command.h"
@@ -18,12 +19,6 @@ namespace {
 
 constexpr int RECEIVE_SECONDS = 10;
 constexpr int32_t NO_TRACE = 0; // the trace row that never prints
-
-constexpr int32_t CATEGORY_DORSAK = 2;
-constexpr int32_t CATEGORY_CAMERA = 4;
-
-constexpr char CAMERA_QUEUE[] = "/to_camera";
-constexpr char RELAY_QUEUE[] = "/to_zvnet";
 
 constexpr RemoteCommand REMOTE_APP_MODE_SET{REMOTE_GROUP_APP, 1};
 constexpr RemoteCommand REMOTE_APP_MODE_SUB_MODE_GET{REMOTE_GROUP_APP, 4};

@@ -1,18 +1,18 @@
 #include "zvc_commands_zvx.h"
 
 #include "bytes.h"
+#include "camera_link.h"
 
 #include <cstdlib>
 #include <cstring>
+
+using namespace zv;
 
 ZVXCommand zvxCommands;
 ZVCCommandsInterface *gFunctionMap = &zvxCommands;
 
 namespace {
 
-constexpr int32_t CATEGORY_CAMERA = 4;
-constexpr char CAMERA_QUEUE[] = "/to_camera";
-constexpr char RELAY_QUEUE[] = "/to_zvnet";
 constexpr char REMOTE_API_COMMAND[] = "YY";
 
 // The answer of a remote API call.
@@ -149,7 +149,7 @@ int32_t ZVXCommand::send_remote_api(zvc_msg_q_context_t *context, const uint8_t 
         return ZV_OK;
     }
     const auto available = static_cast<uint16_t>(answer_size - RESPONSE_PAYLOAD);
-    const uint16_t announced = zv::be16(answer + RESPONSE_SIZE);
+    const uint16_t announced = be16(answer + RESPONSE_SIZE);
     ZV_LOG(ZV_LOG_INFO, "payload size rsp/remote, %u, %u", available, announced);
     if (available < announced) {
         ZV_LOG(ZV_LOG_WARN, "truncating remote_payload_size, %d, %d", announced, available);
