@@ -12,6 +12,7 @@
 #include <sched.h>
 #include <string>
 #include <sys/prctl.h>
+#include <sys/select.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -213,6 +214,27 @@ void bare(benchmark::State &state, size_t request_size, size_t answer_size, Core
     }
 }
 
+// What the rules of an exchange ask of the kernel, and nothing else: a look for late answers, and a wait with a limit.
+void bare_with_wait(benchmark::State &state, size_t size, Cores cores)
+{
+    const Queue requests("/bench_request", DAEMON_SIZE);
+    const Queue answers("/bench_answer", DAEMON_SIZE);
+    const Peer peer(requests.descriptor(), answers.descriptor(), Bytes(size, 1), cores);
+    const Bytes request(size, 1);
+    Bytes buffer(DAEMON_SIZE);
+    for (auto _ : state) {
+        mq_attr waiting = {};
+        mq_getattr(answers.descriptor(), &waiting);
+        send(requests.descriptor(), request);
+        fd_set readable;
+        FD_ZERO(&readable);
+        FD_SET(answers.descriptor(), &readable);
+        timeval limit = {10, 0};
+        select(answers.descriptor() + 1, &readable, nullptr, nullptr, &limit);
+        receive(answers.descriptor(), buffer);
+    }
+}
+
 constexpr size_t REMOTE_SIZE = 60; // about what a remote API request and its answer have
 constexpr size_t DAEMON_RECORD_SIZE = 700;
 
@@ -223,6 +245,9 @@ BENCHMARK_CAPTURE(bare, remote_same, REMOTE_SIZE, REMOTE_SIZE, Cores::SAME)
     ->UseRealTime();
 BENCHMARK_CAPTURE(bare, remote_two, REMOTE_SIZE, REMOTE_SIZE, Cores::TWO)
     ->Name("bare_60_bytes/two_cores")
+    ->UseRealTime();
+BENCHMARK_CAPTURE(bare_with_wait, same_core, REMOTE_SIZE, Cores::SAME)
+    ->Name("bare_60_bytes_with_wait/same_core")
     ->UseRealTime();
 BENCHMARK_CAPTURE(daemon_snapshot, same_core, Cores::SAME)->Name("daemon_snapshot/same_core")->UseRealTime();
 BENCHMARK_CAPTURE(daemon_snapshot, two_cores, Cores::TWO)->Name("daemon_snapshot/two_cores")->UseRealTime();

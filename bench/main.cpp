@@ -17,6 +17,7 @@ constexpr bench::Comparison comparisons[] = {
     {"silent_log/library", "silent_log/bare_if", 1.0},
     {"remote_api/two_cores", "bare_60_bytes/two_cores", 1.15},
     {"remote_api/same_core", "bare_60_bytes/same_core", 1.3},
+    {"remote_api/same_core", "bare_60_bytes_with_wait/same_core", 0},
     {"daemon_snapshot/two_cores", "bare_700_bytes/two_cores", 1.3},
     {"daemon_snapshot/same_core", "bare_700_bytes/same_core", 1.6},
     {"start/library", "start/empty_library", 1.3},

@@ -11,16 +11,21 @@
 namespace {
 
 constexpr uint32_t HEADER_SIZE = 4;
-constexpr uint32_t LENGTH_OFFSET = 1; // of the value length in an element
-constexpr uint32_t TAG_OFFSET = 3;
+constexpr uint32_t TAG_OFFSET = 3; // in an element
 constexpr uint32_t COMMAND_SIZE = 2;
 constexpr int32_t MIN_LENGTH = 18; // what the first test takes; a message with all it needs is longer
 constexpr uint8_t CATEGORY_MAX = 0xEF;
 constexpr uint32_t LENGTH_FIELD_MAX = INT16_MAX;
 
+// An element's header is read and written as one number: 0, length of the value, tag.
 uint32_t value_length(const uint8_t *element)
 {
-    return zv::be16(element + LENGTH_OFFSET);
+    return zv::be32(element) >> 8 & UINT16_MAX;
+}
+
+uint8_t tag_of(const uint8_t *element)
+{
+    return static_cast<uint8_t>(zv::be32(element));
 }
 
 uint32_t element_length(const uint8_t *element)
@@ -57,8 +62,8 @@ struct Elements {
     {
         while (has_header(length, area)) {
             const uint8_t *element = msg + HEADER_SIZE + length;
-            kinds |= KINDS[element[TAG_OFFSET]];
-            if (element[TAG_OFFSET] == TLV_END && end == nullptr) {
+            kinds |= KINDS[tag_of(element)];
+            if (tag_of(element) == TLV_END && end == nullptr) {
                 end = element;
             }
             length += element_length(element);
@@ -116,9 +121,7 @@ int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, co
     }
 
     uint8_t *element = msg + end;
-    element[0] = 0;
-    zv::put_be16(element + LENGTH_OFFSET, static_cast<uint16_t>(len));
-    element[TAG_OFFSET] = tag;
+    zv::put_be32(element, len << 8 | tag);
     if (len > 0) {
         memcpy(element + HEADER_SIZE, value, len);
     }
@@ -151,7 +154,7 @@ uint8_t *tlv_find(const uint8_t *msg, uint8_t tag)
         if (offset > area) {
             break;
         }
-        if (element[TAG_OFFSET] == tag) {
+        if (tag_of(element) == tag) {
             return const_cast<uint8_t *>(element); // as strchr: the result is as constant as the caller's own pointer
         }
     }
