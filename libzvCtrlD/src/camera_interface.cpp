@@ -187,13 +187,21 @@ int32_t send_plain(const SettingWrite &write)
                                         size);
 }
 
-using Fit = int32_t (*)(const SettingWrite &write);
+using Preparation = int32_t (*)(const SettingWrite &write);
 
-// A setting that goes out as it is, once those that depend on it fit the new value.
-int32_t send_fitted(const SettingWrite &write, Fit fit)
+// A setting that goes out as it is, after its preparation. The row is tested before anything is sent.
+int32_t set_plain(const SettingWrite &write, Preparation prepare = nullptr)
 {
-    const int32_t result = fit(write);
-    return result == ZV_OK ? send_plain(write) : result;
+    if (write.group < 0 || write.action < 0) {
+        ZV_LOG(ZV_LOG_ERROR, "Setting %d can't be written, group %d action %d", write.id, write.group, write.action);
+        return ZV_ERR_INVALID_PARAM;
+    }
+    if (prepare != nullptr) {
+        if (const int32_t result = prepare(write); result != ZV_OK) {
+            return result;
+        }
+    }
+    return send_plain(write);
 }
 
 // ---- Composites ----
@@ -413,16 +421,16 @@ int32_t set_easy_speed(const SettingWrite &write)
     return zvc_video_set_easy_res_fps_fov(write.context, row->res, fps, static_cast<uint32_t>(fov));
 }
 
-// In one status of the sound cage's microphone the value is a photo ISO limit. The filter rules switch both audio
-// settings off there, so that only a caller without them gets here.
+// The camera offers neither setting while the sound cage's microphone has this status.
 int32_t set_audio(const SettingWrite &write, int32_t (*set_option)(zvc_msg_q_context_t *, uint8_t))
 {
-    constexpr int32_t PHOTO_ISO_INSTEAD = 3;
+    constexpr int32_t NO_AUDIO_SETTINGS = 3;
     if (write.status == nullptr) {
         return refuse_without_record(write, "Status");
     }
-    if (write.state(STATUS_SYSTEM_SOUND_CAGE_MIC_STATUS) == PHOTO_ISO_INSTEAD) {
-        return zvc_photo_vellix_iso_set(write.context, write.signed_value());
+    if (write.state(STATUS_SYSTEM_SOUND_CAGE_MIC_STATUS) == NO_AUDIO_SETTINGS) {
+        ZV_LOG(ZV_LOG_ERROR, "Setting %d can't be set in sound cage mic status %d", write.id, NO_AUDIO_SETTINGS);
+        return ZV_ERR_INVALID_PARAM;
     }
     return set_option(write.context, write.low());
 }
@@ -457,13 +465,13 @@ int32_t camera_if_settings_set_value_int(zvc_msg_q_context_t *context, int32_t s
     case 13: // modes/video/settings/vellix_iso
         return set_video_iso(write, zvc_video_vellix_iso_set, "Failed to set iso_max");
     case 19: // modes/photo/settings/exposure_time
-        return send_fitted(write, fit_to_photo_exposure);
+        return set_plain(write, fit_to_photo_exposure);
     case 24: // modes/photo/settings/vellix_iso
         return zvc_photo_vellix_iso_set(context, whole);
     case 30: // modes/multi_shot/settings/timelapse_rate
         return zvc_multishot_timelapse_rate_set(context, whole);
     case 31: // modes/multi_shot/settings/exposure_time
-        return send_fitted(write, fit_to_multi_shot_exposure);
+        return set_plain(write, fit_to_multi_shot_exposure);
     case 32: // modes/multi_shot/settings/nightlapse_rate
         return zvc_multishot_nightlapse_rate_set(context, whole);
     case 37: // modes/multi_shot/settings/vellix_iso
@@ -511,6 +519,6 @@ int32_t camera_if_settings_set_value_int(zvc_msg_q_context_t *context, int32_t s
     case 190: // addon_lens_status
         return zvc_system_set_lens_status(context, static_cast<int8_t>(low));
     default:
-        return send_plain(write);
+        return set_plain(write);
     }
 }

@@ -21,18 +21,18 @@ ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_
  * snapshots, on which the decisions rest: `settings` is needed for the ids 13, 31, 102, 114 to 118, 121, 154 and 176,
  * `status` for 112, 121, 149 and 164.
  *
- * A setting without a rule of its own, and any id that is none, goes out as it is, 1, 2 or otherwise 4 bytes of it,
- * most significant first, to the low bytes of `group` and `action`: the caller passes a row that has both. The ids 149
- * and 164 set the photo ISO limit of id 24 while the sound cage's microphone status is 3; the filter rules switch them
- * off.
+ * A setting without a rule of its own goes out as it is, 1, 2 or otherwise 4 bytes of it, most significant first, to
+ * `group` and `action`.
  *
  * Up to three exchanges of at most 10 seconds each. A failing step ends the sequence there, but for an ISO limit of the
  * ids 13 and 102, whose mode follows in any case; what an earlier step has changed stays. Returns 0, a code of the
  * exchange, or
  *
  *     -1                    ids 114 to 118: `settings` is null, or the flat mode has no such control
- *     ZV_ERR_INVALID_PARAM  id 168: hour above 23 or minute above 59; id 176: no such speed; a value above the limit
- *                           of its camera operation; an id that needs a null snapshot
+ *     ZV_ERR_INVALID_PARAM  id 168: hour above 23 or minute above 59; id 176: no such speed; ids 149 and 164 while the
+ *                           sound cage's microphone status is 3, when the camera takes neither; a setting that is
+ *                           written as it is, whose row has no group or action; a value above the limit of its
+ *                           camera operation; an id that needs a null snapshot
  *
  * and for these nothing is sent.
  */

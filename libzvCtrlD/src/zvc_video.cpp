@@ -299,8 +299,11 @@ int32_t zvc_video_get_current_res_fps_shutter(zvc_msg_q_context_t *context, int3
         ZV_LOG(ZV_LOG_ERROR, "zvc_send_remote_api_for_response error, %d", result);
         return result;
     }
+    if (check_size(answer, SETTINGS_VIDEO_EXPOSURE_TIME + 1, READ_TEXTS, SourceLocation::current()) != ZV_OK) {
+        return ZV_ERR_INVALID_PARAM;
+    }
     for (const auto &[output, offset] : outputs) {
-        if (output != nullptr && offset < answer.size) {
+        if (output != nullptr) {
             *output = signed_byte(record, offset);
         }
     }

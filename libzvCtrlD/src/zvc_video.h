@@ -69,7 +69,8 @@ ZV_API int32_t zvc_video_get_res_fps_fov(zvc_msg_q_context_t *context, int32_t *
 
 /*
  * Resolution, frame rate and shutter (the exposure time code) out of the settings record, as signed bytes. Outputs that
- * are null are left out; the others are -1 after a failure, and where the answer ends before them.
+ * are null are left out; the others are -1 after a failure. An answer that does not reach the shutter is
+ * ZV_ERR_INVALID_PARAM.
  */
 ZV_API int32_t zvc_video_get_current_res_fps_shutter(zvc_msg_q_context_t *context, int32_t *res, int32_t *fps,
                                                      int32_t *shutter);
