@@ -41,6 +41,9 @@ constexpr size_t DOCUMENT_SIZE = (zv::STATUS_COUNT + 1) * JSON_MEMBER_SIZE;
 
 constexpr uint32_t LEVEL_CHARGING = 4;
 constexpr int32_t NEXT_POLL_MSEC = 500;
+constexpr uint8_t ENCODING = 1;
+constexpr int32_t ANALYTICS_NOT_READY = 0;
+constexpr int32_t ANALYTICS_READY = 2;
 constexpr uint32_t FIRST_GROUP = 1000;             // what group 0 is published as
 constexpr int32_t EXPOSURE_TYPES[] = {1, 2, 0, 3}; // published, by the firmware's number
 constexpr int32_t COORDINATE_MAX = 100;
@@ -141,31 +144,25 @@ void write_battery_level(JsonWriter &json, const uint8_t *charge)
     json.number(charge_state >= 1 && charge_state <= 3 ? LEVEL_CHARGING : bars);
 }
 
-void write_battery_percentage(JsonWriter &json, const uint8_t *status)
+void write_battery_percentage(JsonWriter &json, int32_t percentage)
 {
-    if (const int32_t percentage = signed_byte(status, STATUS_SYSTEM_INTERNAL_BATTERY_PERCENTAGE); percentage >= 0) {
+    if (percentage >= 0) {
         pBatteryPercentage.store(percentage, RELAXED);
     }
     json.number(pBatteryPercentage.load(RELAXED));
 }
 
-void write_analytics_ready(JsonWriter &json, const uint8_t *status)
-{
-    json.number(status[STATUS_SYSTEM_ENCODING_ACTIVE] == 1 ? 0 : 2);
-}
-
-void write_logs_ready(JsonWriter &json, const uint8_t *status)
+void write_logs_ready(JsonWriter &json, uint8_t linux_core_active)
 {
     uint32_t ready = 0;
-    if (status[STATUS_SYSTEM_LINUX_CORE_ACTIVE] == 1) {
+    if (linux_core_active == 1) {
         zvcontrol_get_logs_ready_status(&ready);
     }
     json.number(ready);
 }
 
-void write_exposure_type(JsonWriter &json, const uint8_t *status)
+void write_exposure_type(JsonWriter &json, uint8_t type)
 {
-    const uint8_t type = status[STATUS_LIVEVIEW_EXPOSURE_SELECT_TYPE];
     if (type >= std::size(EXPOSURE_TYPES)) {
         ZV_LOG(ZV_LOG_ERROR, "Unknown Liveview status type");
         json.number(0);
@@ -191,9 +188,8 @@ void write_exposure_coordinate(JsonWriter &json, const uint8_t *status, int32_t 
     json.number(value);
 }
 
-void write_active_preset(JsonWriter &json, const uint8_t *status)
+void write_active_preset(JsonWriter &json, const uint8_t *status, uint32_t group)
 {
-    const uint32_t group = le32(status + STATUS_APP_ACTIVE_PRESETS_GROUP);
     const uint8_t field = chosen_field(PRESET_OF_GROUP, group);
     if (field == NO_FIELD) {
         if (errorDisplayed.active_preset.exchange(1, RELAXED) == 0) {
@@ -207,9 +203,8 @@ void write_active_preset(JsonWriter &json, const uint8_t *status)
     json.number(le32(status + field));
 }
 
-void write_vellix_default(JsonWriter &json, const uint8_t *status)
+void write_vellix_default(JsonWriter &json, const uint8_t *status, uint8_t flat_mode)
 {
-    const uint8_t flat_mode = status[STATUS_APP_CURRENT_MODE];
     const uint8_t field = chosen_field(VELLIX_OF_FLAT_MODE, flat_mode);
     if (field != NO_FIELD) {
         vellix_default.store(signed_byte(status, field), RELAXED);
@@ -268,31 +263,31 @@ void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *st
         write_battery_level(json, status + place.offset);
         break;
     case PERCENTAGE:
-        write_battery_percentage(json, status);
+        write_battery_percentage(json, signed_byte(status, place.offset));
         break;
     case NEXT_POLL:
         json.number(NEXT_POLL_MSEC);
         break;
     case ANALYTICS:
-        write_analytics_ready(json, status);
+        json.number(status[place.offset] == ENCODING ? ANALYTICS_NOT_READY : ANALYTICS_READY);
         break;
     case LOGS:
-        write_logs_ready(json, status);
+        write_logs_ready(json, status[place.offset]);
         break;
     case EXPOSURE:
-        write_exposure_type(json, status);
+        write_exposure_type(json, status[place.offset]);
         break;
     case COORDINATE:
         write_exposure_coordinate(json, status, place.offset);
         break;
     case GROUP:
-        json.number(le32(status + STATUS_APP_ACTIVE_PRESETS_GROUP) + FIRST_GROUP);
+        json.number(le32(status + place.offset) + FIRST_GROUP);
         break;
     case PRESET:
-        write_active_preset(json, status);
+        write_active_preset(json, status, le32(status + place.offset));
         break;
     case VELLIX:
-        write_vellix_default(json, status);
+        write_vellix_default(json, status, status[place.offset]);
         break;
     }
 }

@@ -5,10 +5,10 @@
  * reads the record from the daemon (zvcontrol_if.h) and gets JSON from it: all values, or those whose text has changed
  * since it last looked.
  *
- * Nothing here blocks or talks to a peer, but five values, and a sixth while the Linux core is active, are asked of the
- * system information service each time. A cache, a vector and a stream belong to one thread at a time. The output
- * functions remember the last good battery percentage and the last supported flat mode's default for the whole process;
- * any thread may use them.
+ * Nothing here waits for a peer; five values, and a sixth while the Linux core is active, are asked of the system
+ * information service each time. Any thread may call, one thread a stream, cache or vector. For the whole process the
+ * library remembers the last good battery percentage and the vellix default of the last flat mode that has one: they
+ * are published again while the camera reports none.
  */
 #ifndef CAMERA_STATUS_H
 #define CAMERA_STATUS_H

@@ -270,6 +270,7 @@ constexpr bool reads_inside_the_record(const StatusField &row)
     return row.output == CSI || (row.offset >= 0 && last <= static_cast<int>(sizeof(appc_system_all_status)));
 }
 static_assert(std::ranges::all_of(status_fields, reads_inside_the_record));
+static_assert(std::ranges::all_of(status_fields, [](const StatusField &row) { return row.size <= JSON_TEXT_MAX; }));
 
 // A document's values are all seen by change detection.
 static_assert(std::ranges::all_of(status_fields, [](const StatusField &row) {

@@ -51,8 +51,8 @@ enum class PushValue : uint8_t { NONE, BYTE, NUMBER, LONG_NUMBER, TEXT };
 struct PushNotification {
     uint8_t id;
     PushValue value;
-    uint8_t mode;       // 0: none; 1, 2 and 3 are told apart by nobody here
-    uint8_t related_id; // another status, with mode 3
+    uint8_t mode;       // 0 takes no part; 1, 2 and 3 do
+    uint8_t related_id; // with mode 3: another status
 };
 
 using PushTable = std::array<PushNotification, STATUS_COUNT>;

@@ -26,8 +26,10 @@
 
 namespace zv {
 
-// Room for one member with a number, or with a text of up to 40 bytes, and for what the blocks write behind it.
+// Room for one member with a number, or with a text of up to JSON_TEXT_MAX bytes, and for what the blocks write behind
+// it.
 inline constexpr size_t JSON_MEMBER_SIZE = 64;
+inline constexpr size_t JSON_TEXT_MAX = 40;
 
 // A short text, as many of its bytes as count, and their number.
 template <size_t SIZE>
