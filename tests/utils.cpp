@@ -311,8 +311,9 @@ pid_t fork() noexcept
     return fork_fails ? -1 : reinterpret_cast<pid_t (*)()>(dlsym(RTLD_NEXT, "fork"))();
 }
 
-// The address sanitizer itself calls it, before it is ready for code of its own.
-__attribute__((no_sanitize("address"))) int setrlimit(__rlimit_resource_t resource, const rlimit *limit) noexcept
+// The sanitizers call it themselves, before they are ready for code of their own.
+__attribute__((no_sanitize("address", "thread"))) int setrlimit(__rlimit_resource_t resource,
+                                                                const rlimit *limit) noexcept
 {
     return setrlimit_fails ? -1 : prlimit(0, static_cast<__rlimit_resource>(resource), limit, nullptr);
 }
