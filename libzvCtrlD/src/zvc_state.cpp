@@ -75,21 +75,22 @@ void keep_text(char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, const char *text
     got = 1;
 }
 
-// Reads a text whose last byte in the service is its terminator. `*length` is the value's whole length.
-int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, uint32_t *length, const zv::SourceLocation &where)
+// Reads a text whose last byte in the service is its terminator.
+int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, const zv::SourceLocation &where)
 {
     if (const int32_t result = check_buffer(buffer, size, where); result != ZV_OK) {
         return result;
     }
-    *length = 0;
-    const int32_t result =
-        csi_get(key, std::min(static_cast<uint32_t>(size), CSI_VALUE_MAX), length, reinterpret_cast<uint8_t *>(buffer));
-    if (result != 0) {
+    const auto room = static_cast<uint32_t>(size);
+    uint32_t length = 0;
+    if (const int32_t result =
+            csi_get(key, std::min(room, CSI_VALUE_MAX), &length, reinterpret_cast<uint8_t *>(buffer));
+        result != 0) {
         ZV_LOG_AT(where, ZV_LOG_ERROR, "csi_get key/error, %u,%d\n", key, result);
         return ZV_ERR_INVALID_PARAM;
     }
-    const uint32_t delivered = std::min(*length, CSI_VALUE_MAX - 1);
-    buffer[delivered > 0 ? std::min(delivered, static_cast<uint32_t>(size)) - 1 : 0] = '\0';
+    const uint32_t delivered = std::min({length, CSI_VALUE_MAX - 1, room});
+    buffer[delivered > 0 ? delivered - 1 : 0] = '\0';
     return ZV_OK;
 }
 
@@ -103,9 +104,8 @@ int32_t get_kept_csi_str(uint8_t key, char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t
         }
         return result;
     }
-    uint32_t length = 0;
-    const int32_t result = get_csi_str(key, buffer, size, &length, where);
-    if (result == ZV_OK && length <= static_cast<uint32_t>(size)) {
+    const int32_t result = get_csi_str(key, buffer, size, where);
+    if (result == ZV_OK) {
         keep_text(kept, got, buffer);
     }
     return result;
@@ -193,9 +193,7 @@ int32_t zvc_state_get_model_name(char *buffer, int32_t size)
         return ZV_ERR;
     }
     buffer[std::min(length, room - 1)] = '\0';
-    if (length < room) {
-        keep_text(zvc_state_data.model_name, gotModelName, buffer);
-    }
+    keep_text(zvc_state_data.model_name, gotModelName, buffer);
     return ZV_OK;
 }
 
@@ -221,8 +219,7 @@ int32_t zvc_state_get_ap_mac(char *buffer, int32_t size)
 
 int32_t zvc_state_get_ap_ssid(char *buffer, int32_t size)
 {
-    uint32_t length = 0;
-    return get_csi_str(CSI_AP_SSID, buffer, size, &length, zv::SourceLocation::current());
+    return get_csi_str(CSI_AP_SSID, buffer, size, zv::SourceLocation::current());
 }
 
 int32_t zvc_state_get_ap_has_default_credentials(bool *result)

@@ -5,8 +5,8 @@
  * is read once and kept; the access point's name and the state of the logs are read at each call. No function waits for
  * a queue. Any thread may call: two that read a fact for the first time store the same value twice.
  *
- * The getters of a text write at most `size` bytes, the terminator included; a longer text is cut. A text that did not
- * fit is not kept, so that a later call with more room gets it whole; one that is kept has at most 64 characters.
+ * The getters of a text write at most `size` bytes, the terminator included; a longer text is cut. A text is kept as
+ * the first successful call got it, and at most 64 characters of it: that call brings ZVC_STATE_TEXT_SIZE bytes.
  * Results are
  *
  *     ZV_OK
