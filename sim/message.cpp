@@ -52,7 +52,9 @@ std::optional<View> find_element(View message, uint8_t tag)
     if (element == nullptr) {
         return std::nullopt;
     }
-    return View(element + HEADER_SIZE, be16(element + 1));
+    const View behind = message.subspan(static_cast<size_t>(element - message.data()) + HEADER_SIZE);
+    const size_t length = be16(element + 1);
+    return length <= behind.size() ? std::optional(behind.first(length)) : std::nullopt;
 }
 
 View view_of(const std::string &text)

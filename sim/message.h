@@ -34,7 +34,7 @@ Bytes build_message(uint8_t category, std::initializer_list<Element> elements);
 // True when the message has a header and its length field promises no more than was received.
 bool well_formed(View message);
 
-// The value of the first element with `tag`, in a well formed message.
+// The value of the first element with `tag`, in a well formed message; none when it is cut off.
 std::optional<View> find_element(View message, uint8_t tag);
 
 View view_of(const std::string &text);

@@ -102,6 +102,10 @@ TEST(Tlv, FindsTheFirstElement)
     EXPECT_EQ(9, dest[0]);
     EXPECT_EQ(3, sntlv_find(dest, 4, 0x70, message.get()));
     EXPECT_EQ((Bytes{1, 2, 3, 9}), Bytes(dest, dest + 4));
+
+    Exact cut({0, 9, 0, 4, 0, 0, 2, 0x70, 1}); // found, but its value is not all there
+    EXPECT_EQ(cut.get() + 4, tlv_find(cut.get(), 0x70));
+    EXPECT_EQ(0, sntlv_find(dest, 4, 0x70, cut.get()));
 }
 
 TEST(Tlv, BlanksAndTakesOffElements)

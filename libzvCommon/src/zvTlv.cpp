@@ -76,6 +76,16 @@ struct Elements {
     bool lacks(Kind kind) const { return (kinds & kind) == 0; }
 };
 
+// The first element with `tag`, if its value ends inside the message.
+uint8_t *find_whole(const uint8_t *msg, uint8_t tag)
+{
+    uint8_t *element = tlv_find(msg, tag);
+    if (element == nullptr || static_cast<uint32_t>(element - msg) + element_length(element) > zv::be16(msg)) {
+        return nullptr;
+    }
+    return element;
+}
+
 // A value as text for the log, from its character `skip` on: a malformed message need not end it with a zero byte.
 struct ValueText {
     char text[ZVMSG_MAX + 1] = {};
@@ -150,20 +160,17 @@ uint8_t *tlv_find(const uint8_t *msg, uint8_t tag)
     uint32_t offset = 0;
     while (has_header(offset, area)) {
         const uint8_t *element = elements + offset;
-        offset += element_length(element);
-        if (offset > area) {
-            break;
-        }
         if (tag_of(element) == tag) {
             return const_cast<uint8_t *>(element); // as strchr: the result is as constant as the caller's own pointer
         }
+        offset += element_length(element);
     }
     return nullptr;
 }
 
 int32_t sntlv_find(uint8_t *dest, int32_t destsize, uint8_t tag, const uint8_t *msg)
 {
-    const uint8_t *element = tlv_find(msg, tag);
+    const uint8_t *element = find_whole(msg, tag);
     if (element == nullptr) {
         return 0;
     }
@@ -238,7 +245,7 @@ int32_t tlv_validate(const uint8_t *msg)
 
 void sntlv_void(uint8_t *msg, uint8_t tag)
 {
-    uint8_t *tlv = tlv_find(msg, tag);
+    uint8_t *tlv = find_whole(msg, tag);
     ZV_ASSERT(tlv != NULL);
     tlv[TAG_OFFSET] = TLV_VOID;
     memset(tlv + HEADER_SIZE, 0, value_length(tlv));
@@ -247,7 +254,7 @@ void sntlv_void(uint8_t *msg, uint8_t tag)
 int32_t sntlv_remove(uint8_t *msg, uint32_t size, uint8_t tag)
 {
     (void)size;
-    const uint8_t *tlvend = tlv_find(msg, tag);
+    const uint8_t *tlvend = find_whole(msg, tag);
     ZV_ASSERT(tlvend != NULL);
     const auto taken = static_cast<int32_t>(element_length(tlvend));
     zv::put_be16(msg, static_cast<uint16_t>(sntlv_msg_len(msg) - taken));
@@ -292,7 +299,7 @@ void zvmsg_response(zvIoBuf_t *iobuf, uint8_t **arg, uint16_t *len)
     if (sntlv_msg_len(iobuf->buf) > static_cast<int32_t>(sizeof iobuf->buf)) {
         return;
     }
-    if (uint8_t *element = tlv_find(iobuf->buf, TLV_RSPARG); element != nullptr) {
+    if (uint8_t *element = find_whole(iobuf->buf, TLV_RSPARG); element != nullptr) {
         *arg = element + HEADER_SIZE;
         *len = static_cast<uint16_t>(value_length(element));
     }

@@ -64,13 +64,13 @@ ZV_API int32_t sntlv_add_dat(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t 
 
 /*
  * The first element with `tag`, or null. The result points at the element's first byte: its value's length stands 1
- * byte behind it, the value 4 bytes. An element that runs past the message's length field ends the search with null.
+ * byte behind it, the value 4 bytes. In a message that tlv_validate refuses the value may run past the message's end.
  */
 ZV_API uint8_t *tlv_find(const uint8_t *msg, uint8_t tag);
 
 /*
  * Copies the value of the first element with `tag` into `dest`, without a terminator, and returns its length. Returns 0
- * when there is no such element or its length is not smaller than `destsize`.
+ * when there is no such element, its length is not smaller than `destsize`, or it runs past the message's end.
  */
 ZV_API int32_t sntlv_find(uint8_t *dest, int32_t destsize, uint8_t tag, const uint8_t *msg);
 
@@ -108,8 +108,8 @@ ZV_API int32_t zvmsg_build(zvIoBuf_t *iobuf, const char *cmd, const uint8_t *arg
 
 /*
  * Finds TLV_RSPARG in a message: `*arg` then points at its value inside `iobuf` and `*len` holds its length. Without
- * one both are left as they were. The message's length field is trusted up to ZVMSG_MAX: compare it with iobuf->len
- * first where the message came from a peer.
+ * one, and with one that runs past the message's end, both are left as they were. The message's length field is trusted
+ * up to ZVMSG_MAX: compare it with iobuf->len first where the message came from a peer.
  */
 ZV_API void zvmsg_response(zvIoBuf_t *iobuf, uint8_t **arg, uint16_t *len);
 
