@@ -37,16 +37,13 @@ int32_t post(const zvIoBuf_t &iobuf, const char *mailbox)
     return zvMbox_close(&mbox);
 }
 
-// Whether a whole message stands in `iobuf` behind the receive; after a time-out that is still the request. The length
-// field of an answer is the peer's word: past the received bytes there is only the old request.
-bool is_valid(const zvIoBuf_t &iobuf)
+// Zeroes what is left of the request behind an answer, so that it never completes a cut one. After a time-out the
+// request stays.
+void clear_behind(zvIoBuf_t &iobuf)
 {
-    const int32_t length = sntlv_msg_len(iobuf.buf);
-    if (iobuf.len >= 0 && iobuf.len != length) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG length (%d) does not match received length (%d)\n", length, iobuf.len);
-        return false;
+    if (iobuf.len >= 0) {
+        memset(iobuf.buf + iobuf.len, 0, sizeof iobuf.buf - static_cast<size_t>(iobuf.len));
     }
-    return tlv_validate(iobuf.buf) == 0;
 }
 
 } // namespace
@@ -87,7 +84,8 @@ int32_t zvmsg_send_timedreceive_w_time(zvIoBuf_t *iobuf, const char *from, const
         errno = error;
         return -1;
     }
-    if (!is_valid(*iobuf)) {
+    clear_behind(*iobuf);
+    if (tlv_validate(iobuf->buf) != 0) {
         ZV_LOG(ZV_LOG_INFO, "%s:", "zvmsg_send_timedreceive");
         hexprint("ERROR", 0, iobuf->buf, iobuf->len);
         iobuf->len = -1;

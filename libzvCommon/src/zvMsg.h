@@ -30,7 +30,8 @@ ZV_API int32_t zvmsg_send(zvIoBuf_t *iobuf, const char *from, const char *to, co
  *
  * Returns the answer's length, or -1 when none came in `seconds`, when it is not a valid message, when iobuf->size
  * is below the ZVMSG_MAX of the reply mailbox, and when a mailbox cannot be opened. The result also stands in
- * iobuf->len. The name of the reply mailbox is free again at the return, unless somebody else held it.
+ * iobuf->len; it is the received length, and what stands there behind the message is to be ignored. The name of the
+ * reply mailbox is free again at the return, unless somebody else held it.
  *
  * Blocks for up to `seconds`, behind up to 1.5 seconds for the reply mailbox.
  */
