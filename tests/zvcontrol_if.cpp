@@ -108,7 +108,7 @@ TEST_F(Link, TakesOnlyTheFreshKey)
     const auto shorter = [](uint32_t) { return daemon_answer(0, text("12")); };
     const auto longer = [](uint32_t key) {
         Bytes bytes = little_endian(key);
-        bytes.push_back(0);
+        bytes.resize(634);
         return daemon_answer(0, bytes);
     };
     struct Case {
@@ -118,7 +118,7 @@ TEST_F(Link, TakesOnlyTheFreshKey)
     const Case cases[] = {
         {[](uint32_t key) { return DaemonDouble::echo(key - 1); }, response + "response key "},
         {shorter, response + "size, 2"},
-        {longer, response + "size, 5"},
+        {longer, response + "size, 634"},
         {[](uint32_t key) { return daemon_answer(-3, little_endian(key)); }, "Error prasing response: -3"},
         {[](uint32_t) { return daemon_answer(0); }, "Failed to parse response"},
         {[](uint32_t) { return SILENCE; }, "failed! command: ZVCONTROL_RESYNC_MESSAGE_QUEUE(102) ret: -81"},
@@ -339,9 +339,6 @@ TEST_F(Link, PostsWithoutAWaitOnTheCallersQueue)
 {
     const Queue queue("/to_ZVCU123", 5, 10000);
     ASSERT_EQ(0, zvcontrol_interface_open_async(queue.name()));
-    uint8_t *buffer = nullptr;
-    uint16_t length = 0;
-    EXPECT_EQ(-81, zvcontrol_wait_response(&buffer, &length)); // not its queue; that it is out of step stops no send
     zvcontrol_set_caller_id(1);
     daemon.expect(30, {139, 0, 0, 0, 3, 0, 0, 0});
     daemon.expect(30, {79, 0, 0, 0, 0, 0, 0, 0});
@@ -355,16 +352,22 @@ TEST_F(Link, PostsWithoutAWaitOnTheCallersQueue)
     EXPECT_EQ(daemon_answer(0), queue.receive());
 
     uint8_t response[634] = {0x77};
-    length = 634;
+    uint16_t length = 634;
     daemon.expect(34, {}, SILENCE);
     EXPECT_EQ(0, zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, response, 634,
                                                           &length));
     EXPECT_EQ(0x77, response[0]);
     EXPECT_EQ(634, length);
     EXPECT_TRUE(waits().selects.empty());
+    uint8_t *buffer = nullptr;
+    EXPECT_EQ(-81, zvcontrol_wait_response(&buffer, &length)); // not its queue: nor can it get back in step
+    log_lines().clear();
     daemon.expect_resync([](uint32_t) { return SILENCE; });
-    EXPECT_EQ(-81, zvcontrol_send_resync());
-    EXPECT_EQ("Response to (ZVCONTROL_RESYNC_MESSAGE_QUEUE) has wrong size, 0", log_messages().back());
+    EXPECT_EQ(-81, send(GET));
+    EXPECT_THAT(log_messages(),
+                ElementsAre("Desynchronization detected when sending zvcontrol command, attempting resync",
+                            "Response to (ZVCONTROL_RESYNC_MESSAGE_QUEUE) has wrong size, 0",
+                            "Resync failed, cannot send command"));
     zvcontrol_interface_close();
     DaemonDouble::send(queue.name(), {1}); // it is still there
 

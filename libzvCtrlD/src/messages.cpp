@@ -48,11 +48,6 @@ const char *type_name(uint8_t type)
     }
 }
 
-uint16_t saturated(size_t size)
-{
-    return static_cast<uint16_t>(std::min<size_t>(size, UINT16_MAX));
-}
-
 template <class Number>
 MemStream &write_number(MemStream &stream, Number number)
 {
@@ -214,7 +209,7 @@ MsgElement::~MsgElement()
 
 uint16_t MsgElement::getSize() const
 {
-    return saturated(size_t{HEADER_SIZE} + m_length);
+    return static_cast<uint16_t>(HEADER_SIZE + m_length);
 }
 
 uint8_t MsgElement::getType() const
@@ -310,11 +305,11 @@ void Msg::clear()
 
 uint16_t Msg::getSize() const
 {
-    size_t size = HEADER_SIZE;
+    uint16_t size = HEADER_SIZE;
     for (const MsgElement *element : m_elements) {
-        size += element->getSize();
+        size = static_cast<uint16_t>(size + element->getSize());
     }
-    return saturated(size);
+    return size;
 }
 
 uint8_t Msg::getCategory() const

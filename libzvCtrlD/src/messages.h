@@ -104,7 +104,7 @@ class ZV_API MsgElement {
     MsgElement(const MsgElement &) = delete;
     MsgElement &operator=(const MsgElement &) = delete;
 
-    /* The element's bytes on the wire: 4 and the data; at most 65535 is told. */
+    /* The element's bytes on the wire: 4 and the data, modulo 65536. */
     virtual uint16_t getSize() const;
     virtual uint8_t getType() const;
     /* Replaces the data by a copy; a null `data` counts as empty. Data of the present length goes into the present
@@ -142,7 +142,7 @@ class ZV_API Msg {
 
     /* Empties the list. Deletes the elements that are not static. */
     virtual void clear();
-    /* The message's bytes on the wire; at most 65535 is told. */
+    /* The message's bytes on the wire, modulo 65536. */
     virtual uint16_t getSize() const;
     virtual uint8_t getCategory() const;
     /* The first element of that type, owned by the message, or null. */

@@ -306,7 +306,7 @@ int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_command_t co
         return ZV_ERR;
     }
     zvcontrol_flush_response_queue();
-    if (blockingMode && !responseQueueSychronized) {
+    if (!responseQueueSychronized) {
         ZV_LOG(ZV_LOG_ERROR, "Desynchronization detected when sending zvcontrol command, attempting resync");
         if (zvcontrol_send_resync() != ZV_OK) {
             ZV_LOG(ZV_LOG_ERROR, "Resync failed, cannot send command");
@@ -347,7 +347,7 @@ int32_t zvcontrol_send_resync()
     if (post_command(ZVCONTROL_RESYNC_MESSAGE_QUEUE, key, sizeof key, where) != ZV_OK) {
         return ZV_ERR_NO_RESPONSE;
     }
-    uint8_t echo[NUMBER_SIZE + 1] = {}; // a byte more than the key, which shows a payload that only begins with it
+    uint8_t echo[DAEMON_MSG_MAX] = {}; // the whole payload: one that only begins with the key is no echo
     uint16_t echo_length = 0;
     if (blockingMode) {
         const uint8_t *answer = nullptr;
