@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <dlfcn.h>
 #include <fstream>
@@ -70,9 +71,8 @@ long private_bytes()
     std::string line;
     long kilobytes = 0;
     while (std::getline(rollup, line)) {
-        long number = 0;
-        if (line.starts_with("Private_") && sscanf(line.c_str(), "%*s %ld", &number) == 1) {
-            kilobytes += number;
+        if (line.starts_with("Private_")) {
+            kilobytes += strtol(line.c_str() + line.find(':') + 1, nullptr, 10);
         }
     }
     return kilobytes * 1024;

@@ -112,7 +112,7 @@ TEST_F(Status, WritesTheWholeDocument)
                                 {251, "\1"},
                                 {254, "\x9c"},
                                 {296, "\xfb"},
-                                {297, {"a \"net\\work\" of 32 characters 12", 33}},
+                                {297, {"a \"net\\work\" of 32 characters 12\0", 33}},
                                 {330, "thirty-three characters, no zero!"}});
     const char *expected =
         "\"status\":{\n\"1\":130,\"2\":4,\"3\":230,\"4\":7,\"6\":85,\"8\":174,\"9\":7,\"10\":1,"
@@ -420,7 +420,7 @@ TEST_F(Status, OutputFunctionsAgreeWithTheDocument)
         {118, status_field_output_photo_interval_capture_count},
     };
     csi().values = {{7, number(1)}, {138, number(2)}, {143, number(3)}, {151, number(4)}, {152, number(5)}, {24, "6"}};
-    const auto status = record({{251, "\1"}, {297, {"wlan", 5}}, {330, {"ap", 3}}});
+    const auto status = record({{251, "\1"}, {297, {"wlan\0", 5}}, {330, {"ap\0", 3}}});
     for (const auto &[id, output] : functions) {
         const status_field_t field = {id, "", 0, 0, nullptr};
         std::stringstream stream;

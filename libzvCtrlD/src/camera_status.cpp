@@ -359,7 +359,7 @@ void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, 
             char buffer[JSON_MEMBER_SIZE];
             JsonWriter json(buffer);
             write_member(json, fields[i], status);
-            json.literal({"", 1});
+            json.literal({"\0", 1});
             values[i] = static_cast<uint32_t>(strtoll(strchr(buffer, ':') + 1, nullptr, 10));
         }
     }

@@ -176,7 +176,7 @@ int32_t ss_printf(std::string &text, const char *format, ...)
             std::string formatted(static_cast<size_t>(result), '\0');
             result = vsnprintf(formatted.data(), formatted.size() + 1, format, again);
             if (result >= 0) {
-                text.append(formatted.c_str());
+                text.append(formatted, 0, formatted.find('\0'));
             }
         } catch (const std::exception &) { // no memory
             result = -1;
