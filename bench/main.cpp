@@ -14,7 +14,7 @@ constexpr bench::Comparison comparisons[] = {
     {"record_option_ids/library", "record_option_ids/direct_tables", 1.5},
     {"option_ids/library", "option_ids/direct_tables", 1.5},
     {"tlv_message/library", "tlv_message/by_hand", 2.0},
-    {"silent_log/library", "silent_log/bare_if", 1.0},
+    {"silent_log/library", "silent_log/bare_if", 1.1}, // the same instructions: above 1 is noise
     {"remote_api/two_cores", "bare_60_bytes/two_cores", 1.15},
     {"remote_api/same_core", "bare_60_bytes/same_core", 1.3},
     {"remote_api/same_core", "bare_60_bytes_with_wait/same_core", 0},
@@ -41,5 +41,5 @@ int main(int argc, char **argv)
     benchmark::RunSpecifiedBenchmarks(&figures);
     bench::print(comparisons, figures);
     bench::print_library();
-    return 0;
+    return figures.failed() ? 1 : 0;
 }

@@ -9,7 +9,10 @@ namespace bench {
 void Figures::ReportRuns(const std::vector<Run> &runs)
 {
     for (const Run &run : runs) {
-        if (run.run_type == Run::RT_Iteration && !run.error_occurred) {
+        if (run.error_occurred) {
+            fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
+            m_failed = true;
+        } else if (run.run_type == Run::RT_Iteration) {
             const bool waits = !run.run_name.time_type.empty();
             m_repetitions[run.run_name.function_name].push_back(waits ? run.GetAdjustedRealTime()
                                                                       : run.GetAdjustedCPUTime());

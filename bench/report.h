@@ -9,11 +9,14 @@
 
 namespace bench {
 
-// Collects the repetitions of every benchmark.
+// Collects the repetitions of every benchmark, and reports errors at once.
 class Figures : public benchmark::BenchmarkReporter {
   public:
     bool ReportContext(const Context &) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override;
+
+    // Whether a benchmark found its subject wrong; never for a time.
+    bool failed() const { return m_failed; }
 
     // Median time of one iteration, in nanoseconds: of the processor, or of the clock for a benchmark that waits
     // (UseRealTime). 0 for a benchmark that did not run.
@@ -21,6 +24,7 @@ class Figures : public benchmark::BenchmarkReporter {
 
   private:
     std::map<std::string, std::vector<double>> m_repetitions;
+    bool m_failed = false;
 };
 
 // A benchmark of the library beside one of a peer.
