@@ -38,8 +38,8 @@ struct RuleTable {
     std::array<uint16_t, VALUE_COUNT> values;
 };
 
-// ---- Reading the rows. A row that cannot be read does not compile: the compiler stops at the throw that says why.
-// ----
+// ---- Reading the rows ----
+// A row that cannot be read does not compile: the compiler stops at the throw that says why.
 
 // Takes the text up to `separator`, or all of it, off the front.
 constexpr std::string_view take(std::string_view &text, std::string_view separator)

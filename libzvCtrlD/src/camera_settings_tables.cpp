@@ -244,13 +244,13 @@ SettingsIds make_ids(bool sable_knoll)
 
 } // namespace
 
-constinit const SettingsFields settings_all_fields = make_fields(false);
-constinit const SettingsFields settings_all_fields_sable_knoll = make_fields(true);
+constexpr SettingsFields settings_all_fields = make_fields(false);
+constexpr SettingsFields settings_all_fields_sable_knoll = make_fields(true);
 
 std::span<const settings_field_t> live_fields(uint32_t model)
 {
-    static constexpr auto live = make_live_fields<count_of(false)>(make_fields(false));
-    static constexpr auto live_sable_knoll = make_live_fields<count_of(true)>(make_fields(true));
+    static constexpr auto live = make_live_fields<count_of(false)>(settings_all_fields);
+    static constexpr auto live_sable_knoll = make_live_fields<count_of(true)>(settings_all_fields_sable_knoll);
     if (is_sable_knoll(model)) {
         return live_sable_knoll;
     }

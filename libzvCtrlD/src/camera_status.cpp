@@ -250,11 +250,11 @@ void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *st
     case EXTENDED:
         json.number(static_cast<uint32_t>(signed_byte(status, place.offset)));
         break;
-    case BARE_TEXT:
-        json.literal(text_at(status, place));
-        break;
     case TEXT:
         write_text(json, status, place);
+        break;
+    case BARE_TEXT:
+        json.literal(text_at(status, place));
         break;
     case CSI:
         write_csi(json, place.offset);

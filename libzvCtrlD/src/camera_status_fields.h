@@ -15,8 +15,8 @@ enum class StatusOutput : uint8_t {
     INT,        // an unsigned number of 1, 4 or 8 bytes
     SIGNED,     // a signed byte
     EXTENDED,   // a signed byte, sign-extended to 32 bits and written as unsigned
+    TEXT,       // a text in quotes that ends with its field at the latest
     BARE_TEXT,  // the same without quotes
-    TEXT,       // a text that ends with its field at the latest
     CSI,        // a number of the system information service; the offset is its key
     LEVEL,      // battery bars, which stand behind the charge state
     PERCENTAGE, // battery charge, or the last good one
@@ -34,7 +34,7 @@ enum class StatusOutput : uint8_t {
 struct StatusField {
     uint8_t id;
     StatusOutput output;
-    uint8_t size;   // in bytes, where the output reads more than one field or text
+    uint8_t size;   // in bytes, of a number or text; other outputs know what they read
     int16_t offset; // in appc_system_all_status
     char name[43];  // for log lines only
 };

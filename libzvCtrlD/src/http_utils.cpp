@@ -1,5 +1,6 @@
 #include "http_utils.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -147,7 +148,7 @@ int32_t parseParam(const char *query, const char *key, std::string &value)
 std::string urlDecode(std::string text)
 {
     std::string decoded;
-    const size_t length = text.size() <= INT32_MAX ? text.size() : 0;
+    const auto length = static_cast<size_t>(std::max(static_cast<int32_t>(text.size()), 0));
     for (size_t i = 0; i < length; ++i) {
         if (text[i] == '%') {
             char digits[3] = {};
