@@ -250,7 +250,7 @@ void show_log_of(int32_t level, Assertion assertion)
 TEST(AssertionDeathTest, LogsAtInfoAndEndsTheProcess)
 {
     const int one = 1;
-    const auto fails = [one] { ZV_ASSERT(one == 2); };
+    const auto fails = [=] { ZV_ASSERT(one == 2); };
     ZV_ASSERT(one == 1);
     EXPECT_EXIT(fails(), testing::KilledBySignal(SIGABRT), "");
     EXPECT_EXIT(show_log_of(ZV_LOG_DEBUG, fails), testing::ExitedWithCode(255), testing::Not(HasSubstr("ASSERT")));
@@ -262,7 +262,7 @@ TEST(AssertionDeathTest, TraceLeavesARecordAndTheStack)
 {
     unlink("/tmp/zvlog.txt");
     const int one = 1;
-    const auto fails = [one] { ZV_ASSERT_TRACE(one == 2); };
+    const auto fails = [=] { ZV_ASSERT_TRACE(one == 2); };
     ZV_ASSERT_TRACE(one == 1);
     EXPECT_EXIT(fails(), testing::KilledBySignal(SIGABRT), "");
     EXPECT_EXIT(show_log_of(ZV_LOG_INFO, fails), testing::ExitedWithCode(255),
