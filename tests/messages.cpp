@@ -2,6 +2,7 @@
 
 #include "camera_double.h"
 #include "interpose.h"
+#include "zvcontrol_if.h"
 
 #include <csignal>
 #include <cstring>
@@ -208,7 +209,8 @@ TEST(Messages, DumpsOnlyWhenTold)
         EXPECT_EQ("Message Element->Category:" + std::string(name) + " length:0\nNone\n",
                   testing::internal::GetCapturedStdout());
     }
-    enableMessageDebugging(0);
+    zvcontrol_debug_enable(); // off, whatever its name says
+    EXPECT_EQ("", dump());
 }
 
 } // namespace

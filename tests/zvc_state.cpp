@@ -8,6 +8,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 using namespace test;
 using testing::ElementsAre;
@@ -114,6 +115,13 @@ TEST_F(State, FindsTheModelNumberInEitherPlace)
         EXPECT_EQ(0, zvc_state_get_model_number()) << unusable;
     }
     EXPECT_THAT(log_messages(), testing::Contains("csi_get csi err, -1\n"));
+    rlimit limit = {};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const rlimit no_pipe = {0, limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &no_pipe);
+    EXPECT_EQ(0, zvc_state_get_model_number());
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_EQ("failed to read model_number from config, cannot determine model_number\n", log_messages().back());
     configure("0x3a7");
     EXPECT_EQ(58, zvc_state_get_model_number());
     csi().gets.clear();
