@@ -91,8 +91,8 @@ try 0 '88 setup/lcd_brightness .*-> 55' set lcd_brightness 55
 try 0 '168 scheduled_capture +off -> 07:30' set 168 7:30
 try 0 '168 scheduled_capture +07:30 -> off' set scheduled_capture off
 try 2 'a time of day such as 07:30' set 168 24:00
-try 6 'rule 89, because setting 2 is 4K' set video/fps 240
-try 0 'rule 89, because setting 2 is 4K' why video/fps 240
+try 6 'rule 89, because setting 2 video/resolution is 4K' set video/fps 240
+try 0 'rule 89, because setting 2 video/resolution is 4K' why video/fps 240
 try 0 '^  50 is not available$' why video/fps
 try 0 '^3 video/fps: 24 is available$' why 3 24
 try 0 ' 0 240 +240  \(not available now\)$' get 3

@@ -66,13 +66,16 @@ CameraState read_state(const all_status_settings_t &record, uint32_t model)
     return state;
 }
 
-std::string because(const Removal &removal)
+std::string condition_name(const filter_info_t &condition)
+{
+    return (condition.type == FILTER_INFO_STATUS ? "status " : "setting ") + std::to_string(condition.id);
+}
+
+std::string because(const Removal &removal, std::string (*name)(const filter_info_t &condition))
 {
     std::string text;
     for (const MetCondition &met : removal.conditions) {
-        text += text.empty() ? "" : " and ";
-        text += met.condition->type == FILTER_INFO_STATUS ? "status " : "setting ";
-        text += std::to_string(met.condition->id) + " is " + met.current;
+        text += (text.empty() ? "" : " and ") + name(*met.condition) + " is " + met.current;
     }
     return text;
 }

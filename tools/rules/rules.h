@@ -46,8 +46,11 @@ struct Removal {
     std::vector<MetCondition> conditions;
 };
 
-// "setting 2 is 5_3K and status 89 is 12"
-std::string because(const Removal &removal);
+// What a condition looks at: "setting 2" or "status 89".
+std::string condition_name(const filter_info_t &condition);
+
+// "setting 2 is 5_3K and status 89 is 12", with conditions as `name` calls them.
+std::string because(const Removal &removal, std::string (*name)(const filter_info_t &condition) = condition_name);
 
 class Availability {
   public:

@@ -63,10 +63,23 @@ void print_choices(const std::vector<const option_t *> &options)
     }
 }
 
+// "setting 2 video/resolution", "status 89 app_current_mode"
+std::string condition_name(const filter_info_t &condition)
+{
+    return zv::condition_name(condition) + " " +
+           (condition.type == FILTER_INFO_STATUS ? status_name(condition.id) : setting_name(condition.id));
+}
+
+// "rule 89, because setting 2 video/resolution is 4K"
+std::string reason(const zv::Removal &removal)
+{
+    return "rule " + std::to_string(removal.rule) + ", because " + zv::because(removal, condition_name);
+}
+
 void print_removals(const std::vector<zv::Removal> &removals)
 {
     for (const zv::Removal &removal : removals) {
-        print("%srule %u, because %s\n", INDENT, removal.rule, zv::because(removal).c_str());
+        print("%s%s\n", INDENT, reason(removal).c_str());
     }
 }
 
@@ -138,7 +151,7 @@ void forbid(uint32_t setting, uint32_t option, const std::vector<zv::Removal> &r
 {
     std::string reasons;
     for (const zv::Removal &removal : removals) {
-        reasons += "\n  rule " + std::to_string(removal.rule) + ", because " + zv::because(removal);
+        reasons += "\n  " + reason(removal);
     }
     fail(FORBIDDEN, "%u %s: %s is not available now; --force sends it all the same%s", setting,
          setting_name(setting).c_str(), option_text(setting, option).c_str(), reasons.c_str());
