@@ -6,10 +6,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <new>
 #include <unistd.h>
 
 using namespace test;
@@ -22,6 +24,8 @@ const std::string own_queue = "/to_ZVCU" + std::to_string(getpid());
 
 const Bytes SILENCE;
 constexpr auto GET = static_cast<zvcontrol_command_t>(31); // any command without a rule of its own
+
+int allocations_left = -1; // by new, before one fails; none fails with -1
 
 // What the link keeps, it keeps for the process: a test brings it in step before it relies on that.
 class Link : public testing::Test {
@@ -377,6 +381,41 @@ TEST_F(Link, PostsWithoutAWaitOnTheCallersQueue)
     EXPECT_NE(0x77, response[0]); // what was not received was not kept
 }
 
+TEST_F(Link, IsOrderlyWithoutMemory)
+{
+    const auto with = [](int allocations, const auto &call) {
+        allocations_left = allocations;
+        const int32_t result = call();
+        allocations_left = -1;
+        return result;
+    };
+    const std::string name = own_queue + "_longer";
+    EXPECT_EQ(-2, with(0, [&] { return zvcontrol_interface_open_async(name.c_str()); }));
+    EXPECT_EQ(0, is_zvcontrol_interface_open());
+
+    open_in_step();
+    const size_t received = daemon.received().size();
+    const Bytes param(7, 1);
+    for (const int allocations : {0, 1}) {
+        EXPECT_EQ(-2, with(allocations, [&] { return send(GET, param); }));
+    }
+    EXPECT_EQ(received, daemon.received().size());
+    daemon.expect(GET, param);
+    EXPECT_EQ(0, send(GET, param));
+
+    const Bytes answer = daemon_answer(5, Bytes{6});
+    int32_t ret = 0;
+    const auto parse = [&] {
+        return zvcontrol_parse_ret_response(answer.data(), static_cast<uint16_t>(answer.size()), &ret, nullptr, 0,
+                                            nullptr);
+    };
+    int needed = 0;
+    for (; with(needed, parse) == 0 && ret == -1; ++needed) {
+    }
+    EXPECT_EQ(5, ret);
+    EXPECT_EQ(6, needed); // the list; two elements with their data and one without
+}
+
 TEST(Camera, InformationIsOneRecord)
 {
     reset();
@@ -444,3 +483,24 @@ TEST(Camera, PathsFitOrAreCut)
 }
 
 } // namespace
+
+void *operator new(size_t size)
+{
+    const bool fails = allocations_left == 0;
+    allocations_left -= allocations_left >= 0 ? 1 : 0;
+    void *memory = fails ? nullptr : malloc(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void operator delete(void *memory) noexcept
+{
+    free(memory);
+}
+
+void operator delete(void *memory, size_t) noexcept
+{
+    free(memory);
+}

@@ -283,10 +283,7 @@ bool MsgElement::isStatic() const
     return m_static;
 }
 
-Msg::Msg(uint8_t category) : m_category(category)
-{
-    m_elements.reserve(USUAL_ELEMENTS);
-}
+Msg::Msg(uint8_t category) : m_category(category) {}
 
 Msg::~Msg()
 {
@@ -340,12 +337,17 @@ void Msg::dump(const char *label) const
 
 void Msg::addElement(MsgElement *element)
 {
+    if (m_elements.empty()) {
+        m_elements.reserve(USUAL_ELEMENTS);
+    }
     m_elements.push_back(element);
 }
 
 void Msg::addElement(uint8_t type, uint16_t length, const uint8_t *data)
 {
-    addElement(new MsgElement(type, length, data));
+    auto element = std::make_unique<MsgElement>(type, length, data);
+    addElement(element.get());
+    element.release();
 }
 
 CommandMsg::CommandMsg() : Msg(CAT_ZVCTRL_CMD) {}
@@ -411,7 +413,8 @@ MemStream &operator>>(MemStream &stream, Msg &msg)
             msg.clear();
             break;
         }
-        msg.addElement(element.release());
+        msg.addElement(element.get());
+        element.release();
     }
     return stream;
 }

@@ -6,7 +6,7 @@
  * owns a list of MsgElements, writes itself to a MemStream and reads itself from one. Numbers inside an element's data
  * are in the machine's own byte order.
  *
- * Nothing here blocks. An object belongs to one thread at a time.
+ * Nothing here blocks. An object belongs to one thread at a time. What copies data may throw std::bad_alloc.
  */
 #ifndef MESSAGES_H
 #define MESSAGES_H
@@ -180,8 +180,9 @@ ZV_API MemStream &operator<<(MemStream &stream, const Msg &msg);
 ZV_API MemStream &operator>>(MemStream &stream, MsgElement &element);
 
 /*
- * Reads a message from the buffer's first byte on, in place of what `msg` held. It ends where its size field says; what
- * stands behind that is left alone. When the bytes stop short of that end the stream has failed, and `msg` is empty.
+ * Reads a message from the buffer's first byte on, in place of what `msg` held. It ends with the element that reaches
+ * its size field; what stands behind that is left alone. When the bytes stop short of that end the stream has failed,
+ * and `msg` is empty.
  */
 ZV_API MemStream &operator>>(MemStream &stream, Msg &msg);
 

@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <new>
 #include <unistd.h>
 
 namespace {
@@ -119,9 +120,22 @@ size_t command_size(const uint8_t *param, uint16_t param_length)
            elSRC.getSize() + HEADER_SIZE + sizeof caller_id + elEE.getSize();
 }
 
+// Puts the queue's name, with its terminator, into the commands. False when out of memory.
+bool set_source_name()
+{
+    messageQNameLen = static_cast<int32_t>(strlen(pResponseMsgQueueName));
+    try {
+        elSRC.setData(reinterpret_cast<const uint8_t *>(pResponseMsgQueueName),
+                      static_cast<uint16_t>(messageQNameLen + 1));
+        return true;
+    } catch (const std::bad_alloc &) {
+        return false;
+    }
+}
+
 // Writes a command into the receive buffer, which its answer will overwrite, and posts it.
 int32_t post_command(uint32_t command, const uint8_t *param, uint16_t param_length, const zv::SourceLocation &where)
-{
+try {
     uint8_t number[NUMBER_SIZE];
     zv::put_le32(number, command);
     const uint8_t source = zvcontrol_get_caller_id();
@@ -146,6 +160,9 @@ int32_t post_command(uint32_t command, const uint8_t *param, uint16_t param_leng
         return ZV_ERR;
     }
     return ZV_OK;
+} catch (const std::bad_alloc &) {
+    ZV_LOG_AT(where, ZV_LOG_ERROR, "Out of memory");
+    return ZV_ERR_OUTOFMEM;
 }
 
 // The next message, as the answer to a command that was posted.
@@ -189,7 +206,7 @@ int32_t zvcontrol_interface_open_async(const char *queue_name)
     }
     pResponseMsgQueueName = response_queue_name(queue_name);
     pReceiveBuffer = static_cast<uint8_t *>(malloc(DAEMON_MSG_MAX));
-    if (pResponseMsgQueueName == nullptr || pReceiveBuffer == nullptr) {
+    if (pResponseMsgQueueName == nullptr || pReceiveBuffer == nullptr || !set_source_name()) {
         ZV_LOG(ZV_LOG_ERROR, "Out of memory");
         zvcontrol_interface_close();
         return ZV_ERR_OUTOFMEM;
@@ -199,9 +216,6 @@ int32_t zvcontrol_interface_open_async(const char *queue_name)
         zvcontrol_interface_close();
         return ZV_ERR;
     }
-    messageQNameLen = static_cast<int32_t>(strlen(pResponseMsgQueueName));
-    elSRC.setData(reinterpret_cast<const uint8_t *>(pResponseMsgQueueName),
-                  static_cast<uint16_t>(messageQNameLen + 1)); // with its terminator
     return ZV_OK;
 }
 
@@ -414,7 +428,13 @@ void zvcontrol_flush_response_queue()
 int32_t parse_return_code(const uint8_t *buffer, uint16_t length, Msg &msg)
 {
     MemStream stream(const_cast<uint8_t *>(buffer), length); // which is only read from
-    stream >> msg;
+    try {
+        stream >> msg;
+    } catch (const std::bad_alloc &) {
+        ZV_LOG(ZV_LOG_ERROR, "Out of memory");
+        msg.clear();
+        return ZV_ERR;
+    }
     msg.dump();
     if (stream.failed()) {
         ZV_LOG(ZV_LOG_ERROR, "Message from zvControlD is cut off, actual length (%d)", length);

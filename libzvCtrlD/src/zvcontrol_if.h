@@ -28,7 +28,9 @@ extern "C" {
 /* ---- Commands -----------------------------------------------------------------------------------------------------
  * The number travels as it is and is not examined. The numbers 0 to 34 and that of the resynchronisation are the
  * daemon's. The others follow the order of the catalogue; somewhere between 35 and 101 the daemon's own numbers run one
- * ahead of it, so that a caller takes those from the daemon's definition.
+ * ahead of it, so that a caller takes those from the daemon's definition. The log names a number by its place in the
+ * catalogue, where the resynchronisation stands at 101: a number from 102 on goes by the next one's name, and UNKNOWN
+ * above 105.
  */
 typedef enum {
     ZVCONTROL_EVENT_REGISTER_MQUEUE = 0,
@@ -137,7 +139,7 @@ typedef enum {
     ZVCONTROL_PRESET_UPDATE_CUSTOM,
     ZVCONTROL_SYSTEM_RESET,
     ZVCONTROL_CMD_LAST,
-    ZVCONTROL_CMD_ANY = 0x7FFFFFFF, /* room for every number that the daemon may define */
+    ZVCONTROL_CMD_ANY = 0x7FFFFFFF, /* room for the numbers that the daemon may define */
 } zvcontrol_command_t;
 
 /* ---- The interface --------------------------------------------------------------------------------------------- */
@@ -172,12 +174,13 @@ ZV_API uint8_t zvcontrol_get_caller_id(void);
  * `param` is the command's parameter, `param_length` bytes; null leaves it out. The whole message has at most
  * DAEMON_MSG_MAX bytes, of which some 50 are not the parameter's: a longer parameter is refused. The response's payload
  * goes into `response`, cut to `response_size` bytes; null or 0 says that none is wanted. `response_length` may be
- * null; otherwise it receives the bytes written into `response`, and is untouched when none were.
+ * null; otherwise it receives the bytes written into `response`, and is untouched when the answer had no payload.
  *
  * Returns the daemon's return code, which may be negative itself, or
  *
  *     -1                  the link is closed, the parameter is too long, the post failed, or the answer is unusable
  *     ZV_ERR_NO_RESPONSE  no answer in 10 seconds, or the queues could not be brought in step and nothing was sent
+ *     ZV_ERR_OUTOFMEM     no memory for the command
  *
  * What waits in the response queue is dropped before a command goes out. After a failed wait the next command begins
  * with zvcontrol_send_resync, so that the late answer is not taken for its own.
@@ -222,7 +225,7 @@ ZV_API int32_t zvcontrol_send_resync(void);
 /*
  * Waits for the next message on the link's response queue, at most 10 seconds. Returns 0, with the message in `*buffer`
  * until the next use of the link; or ZV_ERR_NO_RESPONSE with `*length` 0 and `*buffer` untouched, at once when the link
- * is closed or the queue is the caller's own.
+ * is closed or the queue is the caller's own. Either way a failure leaves the queues out of step.
  */
 ZV_API int32_t zvcontrol_wait_response(uint8_t **buffer, uint16_t *length);
 
@@ -277,8 +280,9 @@ enum {
 };
 
 /*
- * Fills the record, CAMERA_INFO_SIZE bytes. Returns 0, -1 for null, or the first failing getter's result (zvc_state.h);
- * the fields behind it are then zero.
+ * Fills the record, CAMERA_INFO_SIZE bytes: model number and name, firmware version, serial number, board type, MAC
+ * address, SSID, credentials, features, networks. Returns 0, -1 for null, or the first failing getter's result
+ * (zvc_state.h); that field and those after it in this order are then zero.
  */
 ZV_API int32_t zvcontrol_get_camera_info(uint8_t *info);
 
