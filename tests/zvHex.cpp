@@ -115,6 +115,10 @@ TEST_F(Hex, LineTakesItsPlaceInTheDump)
     EXPECT_STREQ("ab       ", line);
     EXPECT_EQ(27, index);
     EXPECT_EQ(0, hexline(line, -1, "ab", &address, &index, bytes, 14));
+    char longer[200];
+    address = 0x20;
+    hexline(longer, sizeof longer, std::string(120, 'x').c_str(), &address, &index, bytes, 14);
+    EXPECT_EQ(std::string(120, 'x') + "00000020  ", std::string(longer, 130));
 }
 
 TEST_F(Hex, PrintLeavesOutTheMiddle)

@@ -65,7 +65,9 @@ TEST_F(Mailbox, CarriesMessagesInOrder)
     EXPECT_EQ(3, snzvMbox_timedreceive(got, sizeof got, &receiver));
     EXPECT_EQ(small, Bytes(got, got + 3));
     EXPECT_EQ(-1, snzvMbox_timedreceive(got, sizeof got, &receiver));
+    errno = 0;
     EXPECT_EQ(-1, snzvMbox_timedreceive_w_time(got, sizeof got, &receiver, 0));
+    EXPECT_EQ(ETIMEDOUT, errno);
     EXPECT_THAT(waits().selects, ElementsAre(10, 0));
     EXPECT_EQ(0, zvMbox_close(&receiver));
     EXPECT_EQ(0, zvMbox_close(&sender));

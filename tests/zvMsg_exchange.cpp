@@ -138,7 +138,7 @@ class TwoProcesses : public testing::Test {
     {
         zvIoBuf_t iobuf = {ZVMSG_MAX, 0, {}};
         zvmsg_build(&iobuf, "YY", reinterpret_cast<const uint8_t *>(&argument), sizeof argument, 4);
-        ++sent;
+        sent = *taken + 1;
         const bool silent = argument.fate == Fate::LOST || argument.fate == Fate::LATE;
         const int32_t length = zvmsg_send_timedreceive_w_time(&iobuf, FROM.c_str(), SERVICE.c_str(), nullptr, 0,
                                                               silent ? SHORT_WAIT : LONG_WAIT);
@@ -155,13 +155,11 @@ class TwoProcesses : public testing::Test {
 
 TEST_F(TwoProcesses, NoAnswerGoesToAnotherRequest)
 {
-    uint32_t wrong = 0;
     for (uint32_t number = 0; number < EXCHANGES; ++number) {
         const Fate fate = fate_of(number);
         const bool silent = fate == Fate::LOST || fate == Fate::LATE;
-        wrong += exchange({number, fate}) != (silent ? -1 : static_cast<int64_t>(number));
+        ASSERT_EQ(silent ? -1 : static_cast<int64_t>(number), exchange({number, fate}));
     }
-    EXPECT_EQ(0u, wrong);
 }
 
 TEST_F(TwoProcesses, RequestsWithOneReplyNameRunOneAfterTheOther)
@@ -186,7 +184,7 @@ int select(int count, fd_set *readable, fd_set *writable, fd_set *failed, timeva
     const timespec shortened = {limit->tv_sec / 1000, limit->tv_sec % 1000 * 1000000};
     const auto ready =
         static_cast<int>(::syscall(SYS_pselect6, count, readable, writable, failed, &shortened, nullptr));
-    while (ready == 0 && *taken < sent) {
+    for (int patience = 20000; ready == 0 && *taken < sent && patience > 0; --patience) {
         usleep(50);
     }
     return ready;

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
-#include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,10 +14,15 @@ namespace {
 constexpr char DAEMON_FOLDER[] = "/";
 constexpr char CORE_FOLDER[] = "/tmp/fuse_b/";
 
-constexpr char CARD_FOLDER[] = "/tmp/fuse_d/MISC/";
-constexpr char SECOND_CARD_FOLDER[] = "/tmp/fuse_i/MISC/";
-constexpr char CARD_FILE[] = "card";
-constexpr mode_t CARD_FOLDER_MODE = 0777;
+// Where a store keeps its id. Behind a slash, stat finds nothing but folders.
+struct Store {
+    const char *node;
+    const char *folder;
+    const char *file;
+};
+constexpr Store CARD{"/tmp/fuse_d/MISC", "/tmp/fuse_d/MISC/", "/tmp/fuse_d/MISC/card"};
+constexpr Store SECOND_CARD{"/tmp/fuse_i/MISC", "/tmp/fuse_i/MISC/", "/tmp/fuse_i/MISC/card"};
+constexpr mode_t STORE_FOLDER_MODE = 0777;
 constexpr int CARD_ID_LENGTH = 30; // the longest that is read
 constexpr char NO_CARD_ID[] = "0";
 constexpr int RANDOM_ATTEMPTS = 10;
@@ -127,37 +131,35 @@ int32_t getCardIDStrFromCard(char *id, int32_t card)
         ZV_LOG(ZV_LOG_ERROR, "Cannot call with null pointer");
         return -1;
     }
-    const char *folder = card == 1 ? SECOND_CARD_FOLDER : CARD_FOLDER;
-    const std::string node(folder, strlen(folder) - 1); // behind a slash, stat finds nothing but folders
-    const std::string path = std::string(folder) + CARD_FILE;
+    const Store &store = card == 1 ? SECOND_CARD : CARD;
     clear_card_id(id);
 
     struct stat state = {};
-    const bool existed = stat(node.c_str(), &state) == 0;
+    const bool existed = stat(store.node, &state) == 0;
     if (existed && !S_ISDIR(state.st_mode)) {
-        ZV_LOG(ZV_LOG_ERROR, "Path:%s exists and is a NOT folder", folder);
+        ZV_LOG(ZV_LOG_ERROR, "Path:%s exists and is a NOT folder", store.folder);
         return -1;
     }
-    if (!existed && mkdir(folder, CARD_FOLDER_MODE) != 0) {
-        ZV_LOG(ZV_LOG_ERROR, "Failed to create folder:%s", folder);
+    if (!existed && mkdir(store.folder, STORE_FOLDER_MODE) != 0) {
+        ZV_LOG(ZV_LOG_ERROR, "Failed to create folder:%s", store.folder);
         return -1;
     }
-    if (FILE *file = existed ? fopen(path.c_str(), "r") : nullptr; file != nullptr) {
+    if (FILE *file = existed ? fopen(store.file, "r") : nullptr; file != nullptr) {
         const bool found = read_card_id(file, id);
         fclose(file);
         if (found) {
             return 0;
         }
         clear_card_id(id);
-        remove(path.c_str());
+        remove(store.file);
     }
-    FILE *file = fopen(path.c_str(), "w");
+    FILE *file = fopen(store.file, "w");
     if (file == nullptr) {
-        ZV_LOG(ZV_LOG_ERROR, "Failed to create file  %s", path.c_str());
+        ZV_LOG(ZV_LOG_ERROR, "Failed to create file  %s", store.file);
         return -1;
     }
     if (!write_card_id(file, id)) {
-        remove(path.c_str()); // a part of a number would pass for an id
+        remove(store.file); // a part of a number would pass for an id
         return -1;
     }
     return 0;

@@ -30,9 +30,11 @@ ZV_API int32_t daemon_init_ext(int32_t coreDump);
 /*
  * The id of the store `card`, 1 for the second one: a decimal number of up to 30 digits that is kept on the store, in
  * the file MISC/card. A store without an id gets one, made of a random number (srand is called); so does one whose file
- * is empty or does not begin with a line of digits. Of a longer line the first 30 characters count.
+ * is empty or does not begin with a line of digits, of which the line feed is no part. Of a longer line the first 30
+ * characters count.
  *
- * Returns 0, or -1 when `id` is null or the folder or the file cannot be made, and then `id` is "0".
+ * Returns 0, or -1 when `id` is null, when the folder or the file cannot be made or written, and when the random
+ * numbers fail; then `id` is "0", and a file that was not written whole is gone.
  */
 ZV_API int32_t getCardIDStrFromCard(char *id, int32_t card);
 

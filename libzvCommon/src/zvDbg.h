@@ -87,7 +87,7 @@ extern ZV_API uint32_t g_debug_level;
 #ifdef __FILE_NAME__
 #define ZV_FILE_NAME __FILE_NAME__
 #else
-#define ZV_FILE_NAME __FILE__
+#define ZV_FILE_NAME (__builtin_strrchr("/" __FILE__, '/') + 1)
 #endif
 
 /*

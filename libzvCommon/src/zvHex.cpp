@@ -80,6 +80,7 @@ constexpr uint32_t DEBUG_WHOLE_DUMPS = 0x200;
 constexpr int COLUMNS = 16; // bytes in a line
 constexpr int GROUP = 4;
 constexpr size_t HEXLINE_SIZE = 98;
+constexpr size_t PREFIX_WIDTH = 11;
 constexpr int32_t SHOWN_AHEAD = 80; // hexprint leaves lines out behind this many bytes,
 constexpr int32_t SHOWN_LAST = 31;  // while more than this many are left
 
@@ -200,8 +201,12 @@ int32_t hexline(char *dest, int32_t size, const char *prefix, uint32_t *address,
                 int32_t length)
 {
     TextBuffer text(dest, static_cast<size_t>(std::max(size, 0)));
-    char head[HEXLINE_SIZE];
-    snprintf(head, sizeof head, "%-11s%08x  ", prefix, *address & ~uint32_t{COLUMNS - 1});
+    char head[32];
+    text.put(prefix);
+    for (size_t width = strlen(prefix); width < PREFIX_WIDTH; ++width) {
+        text.put(' ');
+    }
+    snprintf(head, sizeof head, "%08x  ", *address & ~uint32_t{COLUMNS - 1});
     text.put(head);
     put_columns(text, LOG_LOOK, data, length, *index);
     *address += COLUMNS;

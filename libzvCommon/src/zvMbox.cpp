@@ -156,7 +156,7 @@ int32_t snzvMbox_receive(uint8_t *buf, int32_t size, zvMbox_t *mbox)
 
 int32_t snzvMbox_timedreceive_w_time(uint8_t *buf, int32_t size, zvMbox_t *mbox, int32_t seconds)
 {
-    return msg_available(mbox->mqd, seconds) != 0 ? snzvMbox_receive(buf, size, mbox) : -1;
+    return msg_available(mbox->mqd, seconds) != 0 ? snzvMbox_receive(buf, size, mbox) : failed(ETIMEDOUT);
 }
 
 int32_t snzvMbox_timedreceive(uint8_t *buf, int32_t size, zvMbox_t *mbox)

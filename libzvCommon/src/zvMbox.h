@@ -4,7 +4,8 @@
  * A mailbox is a POSIX message queue of ZVMSG_MAX-byte messages with mode 0664, in blocking mode. All messages have
  * priority 0. Nothing is locked and nothing is global: a zvMbox_t belongs to one thread at a time.
  *
- * Results are 0 or -1 unless said otherwise; behind a -1 errno tells the reason, and what failed is in the log.
+ * Results are 0 or -1 unless said otherwise; behind a -1 errno tells the reason, and what failed is in the log, but for
+ * a failed zvMbox_close.
  */
 #ifndef ZVMBOX_H
 #define ZVMBOX_H
@@ -69,7 +70,10 @@ ZV_API int32_t zvMbox_send(const uint8_t *buf, int32_t len, zvMbox_t *mbox);
  */
 ZV_API int32_t snzvMbox_receive(uint8_t *buf, int32_t size, zvMbox_t *mbox);
 
-/* The same, waiting at most `seconds`: then -1, after a warning. A signal ends the wait as the time limit does. */
+/*
+ * The same, waiting at most `seconds`: then -1 with ETIMEDOUT, after a warning. A signal ends the wait as the time
+ * limit does.
+ */
 ZV_API int32_t snzvMbox_timedreceive_w_time(uint8_t *buf, int32_t size, zvMbox_t *mbox, int32_t seconds);
 
 /* The same with 10 seconds. */

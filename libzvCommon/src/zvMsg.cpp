@@ -1,10 +1,10 @@
 #include "zvMsg.h"
 
+#include "io_buffer.h"
 #include "message_finish.h"
 #include "zvHex.h"
 #include "zvMbox.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -14,36 +14,24 @@ namespace {
 
 constexpr int32_t ANSWER_SECONDS = 10;
 
-int32_t capacity(const zvIoBuf_t &iobuf)
-{
-    return static_cast<int32_t>(std::min<size_t>(iobuf.size, sizeof iobuf.buf));
-}
-
 void add_text(zvIoBuf_t &iobuf, uint8_t tag, const char *text)
 {
-    iobuf.len += sntlv_add_bin(iobuf.buf, static_cast<uint32_t>(capacity(iobuf)), tag,
-                               static_cast<uint32_t>(strlen(text)), reinterpret_cast<const uint8_t *>(text));
+    iobuf.len += sntlv_add_bin(iobuf.buf, zv::capacity(iobuf), tag, static_cast<uint32_t>(strlen(text)),
+                               reinterpret_cast<const uint8_t *>(text));
 }
 
-// Posts the finished message through a mailbox of its own. Returns -1 when there is none, else the result of closing
-// it.
-int32_t post(const zvIoBuf_t &iobuf, const char *mailbox)
+// Posts the finished message and closes the mailbox. Returns the result of the latter: a lost message shows as a
+// time-out.
+int32_t post(const zvIoBuf_t &iobuf, zvMbox_t &mbox)
 {
-    zvMbox_t mbox;
-    if (zvMbox_txopen(mailbox, &mbox) != 0) {
-        return -1;
-    }
-    zvMbox_send(iobuf.buf, iobuf.len, &mbox); // a lost message shows as a time-out
+    zvMbox_send(iobuf.buf, iobuf.len, &mbox);
     return zvMbox_close(&mbox);
 }
 
-// Zeroes what is left of the request behind an answer, so that it never completes a cut one. After a time-out the
-// request stays.
+// Zeroes what is left of the request behind an answer, so that it never completes a cut one.
 void clear_behind(zvIoBuf_t &iobuf)
 {
-    if (iobuf.len >= 0) {
-        memset(iobuf.buf + iobuf.len, 0, sizeof iobuf.buf - static_cast<size_t>(iobuf.len));
-    }
+    memset(iobuf.buf + iobuf.len, 0, sizeof iobuf.buf - static_cast<size_t>(iobuf.len));
 }
 
 } // namespace
@@ -60,7 +48,8 @@ int32_t zvmsg_send(zvIoBuf_t *iobuf, const char *from, const char *to, const cha
 {
     zv::finish_message(iobuf, from, to, direction);
     ZV_ASSERT(0 == tlv_validate(iobuf->buf));
-    return post(*iobuf, via != nullptr ? via : to);
+    zvMbox_t mbox;
+    return zvMbox_txopen(via != nullptr ? via : to, &mbox) == 0 ? post(*iobuf, mbox) : -1;
 }
 
 int32_t zvmsg_send_timedreceive_w_time(zvIoBuf_t *iobuf, const char *from, const char *to, const char *via,
@@ -75,12 +64,18 @@ int32_t zvmsg_send_timedreceive_w_time(zvIoBuf_t *iobuf, const char *from, const
         iobuf->len = -1;
         return -1;
     }
-    const bool posted = post(*iobuf, via != nullptr ? via : to) == 0;
+    zvMbox_t mbox;
+    if (zvMbox_txopen(via != nullptr ? via : to, &mbox) == 0) {
+        post(*iobuf, mbox);
+        const auto room = static_cast<int32_t>(zv::capacity(*iobuf));
+        iobuf->len = snzvMbox_timedreceive_w_time(iobuf->buf, room, &reply, seconds);
+    } else {
+        iobuf->len = -1;
+    }
     const int error = errno;
-    iobuf->len = posted ? snzvMbox_timedreceive_w_time(iobuf->buf, capacity(*iobuf), &reply, seconds) : -1;
     zvMbox_close(&reply);
     zvMbox_unlink(from);
-    if (!posted) {
+    if (iobuf->len < 0) {
         errno = error;
         return -1;
     }

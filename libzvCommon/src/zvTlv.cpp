@@ -1,6 +1,7 @@
 #include "zvTlv.h"
 
 #include "bytes.h"
+#include "io_buffer.h"
 
 #include <algorithm>
 #include <array>
@@ -284,7 +285,7 @@ int32_t snLoclbin(uint8_t *dest, uint32_t size, uint32_t len, const uint8_t *src
 int32_t zvmsg_build(zvIoBuf_t *iobuf, const char *cmd, const uint8_t *arg, uint32_t arglen, uint32_t category)
 {
     uint8_t *msg = iobuf->buf;
-    const uint32_t size = std::min<uint32_t>(iobuf->size, sizeof iobuf->buf);
+    const uint32_t size = zv::capacity(*iobuf);
     uint8_t code[COMMAND_SIZE] = {};
     memcpy(code, cmd, strnlen(cmd, sizeof code));
     iobuf->len = sntlv_msg_init(msg, size, static_cast<uint8_t>(category));

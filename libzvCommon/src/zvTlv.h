@@ -81,13 +81,16 @@ ZV_API int32_t sntlv_find(uint8_t *dest, int32_t destsize, uint8_t tag, const ui
  */
 ZV_API int32_t tlv_validate(const uint8_t *msg);
 
-/* Blanks the first element with `tag`: its tag becomes TLV_VOID, its value zero. There must be one (assertion). */
+/*
+ * Blanks the first element with `tag`: its tag becomes TLV_VOID, its value zero. There must be one, and it must end
+ * inside the message (assertion): a message from a peer is for tlv_validate first.
+ */
 ZV_API void sntlv_void(uint8_t *msg, uint8_t tag);
 
 /*
  * Takes the last element off a message, normally TLV_END, so that more can be added: lowers the length field by the
- * size of the first element with `tag`, and moves no bytes; `size` is not examined. There must be one (assertion).
- * Returns the negative of the bytes taken off.
+ * size of the first element with `tag`, and moves no bytes; `size` is not examined. As for sntlv_void there must be one
+ * (assertion). Returns the negative of the bytes taken off.
  */
 ZV_API int32_t sntlv_remove(uint8_t *msg, uint32_t size, uint8_t tag);
 

@@ -5,6 +5,7 @@
 
 #include "bytes.h"
 #include "camera_link.h"
+#include "io_buffer.h"
 #include "message_finish.h"
 #include "queue_drain.h"
 #include "remote_command.h"
@@ -92,7 +93,7 @@ void build_message(zvc_msg_q_context_t *context, int32_t category, const char *c
     zvIoBuf_t &iobuf = context->iobuf;
     zvmsg_build(&iobuf, cmd, arg, static_cast<uint32_t>(arglen), static_cast<uint32_t>(category));
     const uint8_t source = context->asource != 0 ? context->asource : 1;
-    iobuf.len += sntlv_add_bin(iobuf.buf, iobuf.size, TLV_ASOURCE, 1, &source);
+    iobuf.len += sntlv_add_bin(iobuf.buf, capacity(iobuf), TLV_ASOURCE, 1, &source);
     context->asource = 0;
 }
 
@@ -128,7 +129,7 @@ int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *
     zvIoBuf_t &iobuf = context->iobuf;
     const timespec limit = {RECEIVE_SECONDS, 0};
     auto result = static_cast<int32_t>(
-        zv_mq_timedreceive(context->mq_rx, reinterpret_cast<char *>(iobuf.buf), iobuf.size, nullptr, &limit));
+        zv_mq_timedreceive(context->mq_rx, reinterpret_cast<char *>(iobuf.buf), capacity(iobuf), nullptr, &limit));
     if (result < 0) {
         const int error = errno;
         if (error == ETIMEDOUT) {
