@@ -2,6 +2,8 @@
 
 add_library(zvctrl_options INTERFACE)
 target_compile_options(zvctrl_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+# An assertion's text names the file as the tree has it, wherever that was built.
+target_compile_options(zvctrl_options INTERFACE -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=)
 if(ZVCTRL_WERROR)
   target_compile_options(zvctrl_options INTERFACE -Werror)
 endif()

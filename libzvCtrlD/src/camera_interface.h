@@ -11,7 +11,10 @@
 extern "C" {
 #endif
 
-/* Sends `payload` of `size` bytes, 1 or more, to a group and action. Returns the result of the exchange. */
+/*
+ * Sends `payload` of `size` bytes to a group and action: 1 or more, and few enough for one message
+ * (zvc_send_remote_api_payload). Returns the result of the exchange.
+ */
 ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_t group, int32_t action,
                                             const uint8_t *payload, int32_t size);
 
@@ -30,11 +33,13 @@ ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_
  *
  *     -1                    ids 114 to 118: `settings` is null, or the flat mode has no such control
  *     ZV_ERR_INVALID_PARAM  id 168: hour above 23 or minute above 59; id 176: no such speed; ids 149 and 164 while the
- *                           sound cage's microphone status is 3, when the camera takes neither; a setting that is
- *                           written as it is, whose row has no group or action; a value above the limit of its
- *                           camera operation; an id that needs a null snapshot
+ *                           sound cage's microphone status is 3, when the camera takes neither; id 31: an exposure
+ *                           time or a present night lapse rate that zvc_multishot_nightlapse_rate_best_fit does not
+ *                           know; a setting that is written as it is, whose row has no group or action; a value above
+ *                           the limit of its camera operation, but for that ISO limit; an id that needs a null
+ *                           snapshot
  *
- * and for these nothing is sent.
+ * for which nothing is sent, or ZV_ERR_INVALID_PARAM for an answer that has no valid form.
  */
 ZV_API int32_t camera_if_settings_set_value_int(zvc_msg_q_context_t *context, int32_t setting_id, int32_t group,
                                                 int32_t action, uint32_t value, int32_t size,

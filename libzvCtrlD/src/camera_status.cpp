@@ -211,7 +211,7 @@ void write_vellix_default(JsonWriter &json, const uint8_t *status, uint8_t flat_
         errorDisplayed.vellix_default.store(0, RELAXED);
     } else if (errorDisplayed.vellix_default.exchange(1, RELAXED) == 0) {
         ZV_LOG(ZV_LOG_ERROR, "Flat mode %d, doesn't support vellix, using video_vellix_default value. @ %s:%d\n",
-               flat_mode, ZV_SOURCE_PATH, __LINE__);
+               static_cast<int8_t>(flat_mode), ZV_SOURCE_PATH, __LINE__);
     }
     json.number(static_cast<uint32_t>(vellix_default.load(RELAXED)));
 }

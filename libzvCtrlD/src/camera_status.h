@@ -303,7 +303,7 @@ ZV_API status_output_t status_field_output_int;
 /* The text at `offset`, up to its NUL or the record's end, without quotes. No text for an offset outside. */
 ZV_API status_output_t status_field_output_string;
 
-/* The battery's level, 0 to 4, and 4 while it charges: the internal for id 2, the external for id 4, 0 for another. */
+/* The battery's bars, 4 while it charges: the internal's for id 2, the external's for id 4, 0 for another. */
 ZV_API status_output_t status_field_output_battery_level;
 
 /* The value of the status with the id beside it, from its own place in the record or the system information service. */

@@ -52,11 +52,17 @@ int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_
     return check_size(answer, expected, texts, where);
 }
 
+int32_t refuse_null_output(const SourceLocation &where)
+{
+    ZV_LOG_AT(where, ZV_LOG_ERROR, "null output");
+    return ZV_ERR_INVALID_PARAM;
+}
+
 int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t *value, const char *text,
                         uint16_t least, const ReadTexts &texts, const SourceLocation &where)
 {
     if (value == nullptr) {
-        return ZV_ERR_INVALID_PARAM;
+        return refuse_null_output(where);
     }
     Payload answer;
     int32_t result = remote_read(context, command, least, texts, answer, where);

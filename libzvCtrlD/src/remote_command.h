@@ -19,9 +19,9 @@ struct RemoteCommand {
     uint8_t action;
 };
 
-// The messages of a read; a null one is not logged. A source file's messages end in a line feed or not, all alike.
+// The messages of a read. A source file's messages end in a line feed or not, all alike.
 struct ReadTexts {
-    const char *opening; // at INFO: size, code
+    const char *opening; // at INFO: size, code; null: not logged
     const char *failure; // at ERROR: code
     const char *size;    // at ERROR: expected size, actual size
 };
@@ -53,16 +53,18 @@ int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_
 // The last step of a read: an answer of fewer than `expected` bytes is logged and is ZV_ERR_INVALID_PARAM.
 int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const SourceLocation &where);
 
+// What a read makes of a null output: it is logged, and nothing is sent. Returns ZV_ERR_INVALID_PARAM.
+int32_t refuse_null_output(const SourceLocation &where);
+
 // Remote getter of neighbouring bytes: payload byte i, converted to the value's type (as a signed byte for int8_t), in
-// *values[i]. `text` logs the payload bytes at INFO, or is null. A null output is ZV_ERR_INVALID_PARAM, and nothing is
-// sent.
+// *values[i]. `text` logs the payload bytes at INFO, or is null.
 template <class Value, size_t COUNT>
 int32_t remote_get_bytes(zvc_msg_q_context_t *context, RemoteCommand command, Value *const (&values)[COUNT],
                          const char *text, const ReadTexts &texts = READ_TEXTS,
                          const SourceLocation &where = SourceLocation::current())
 {
     if (std::find(values, values + COUNT, nullptr) != values + COUNT) {
-        return ZV_ERR_INVALID_PARAM;
+        return refuse_null_output(where);
     }
     Payload answer;
     const int32_t result = remote_read(context, command, COUNT, texts, answer, where);

@@ -53,7 +53,7 @@ int32_t get_record(zvc_msg_q_context_t *context, RemoteCommand command, Record *
                    const SourceLocation &where = SourceLocation::current())
 {
     if (record == nullptr) {
-        return ZV_ERR_INVALID_PARAM;
+        return refuse_null_output(where);
     }
     Payload answer;
     const int32_t result = remote_read(context, command, sizeof record->bytes, READ_TEXTS_LF, answer, where);

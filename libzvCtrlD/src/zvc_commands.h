@@ -11,7 +11,7 @@
  *     ZV_ERR_NAK            the camera refused; the acknowledge byte is in the context's rtos_error_code
  *     ZV_ERR                the firmware reported an error of its own, which is in rtos_error_code
  *
- * An output argument is written on success only.
+ * An output argument is written on success only; the exchanges that take a command code set `*rspsize` to 0 first.
  */
 #ifndef ZVC_COMMANDS_H
 #define ZVC_COMMANDS_H
@@ -63,7 +63,7 @@ ZV_API int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const
 
 /*
  * A full exchange of one message: `cmd` is the two-character command code, `arg` its argument, which leaves room in
- * ZVMSG_MAX for 27 bytes and the two mailbox names (assertion). An answer whose own length field differs from its
+ * ZVMSG_MAX for 31 bytes and the two mailbox names (assertion). An answer whose own length field differs from its
  * received length has no payload.
  */
 ZV_API int32_t zvc_send_zvmsg(zvc_msg_q_context_t *context, int32_t category, const char *dest, const char *via,
@@ -120,7 +120,10 @@ ZV_API int32_t zvc_send_remote_api_async(zvc_msg_q_context_t *context, const uin
 ZV_API int32_t zvc_send_remote_api_for_response(zvc_msg_q_context_t *context, int32_t gid, int32_t aid, uint8_t **rsp,
                                                 uint16_t *rspsize);
 
-/* A payload of 1 byte or more; ZV_ERR_INVALID_PARAM for a smaller size, ZV_ERR_OUTOFMEM without memory for it. */
+/*
+ * A payload of 1 byte or more that leaves room in ZVMSG_MAX for 46 bytes and the context's mailbox name (assertion).
+ * ZV_ERR_INVALID_PARAM for a size below 1, ZV_ERR_OUTOFMEM without memory for the request.
+ */
 ZV_API int32_t zvc_send_remote_api_payload(zvc_msg_q_context_t *context, int32_t gid, int32_t aid,
                                            const uint8_t *payload, int32_t size);
 ZV_API int32_t zvc_send_remote_api_payload_response(zvc_msg_q_context_t *context, int32_t gid, int32_t aid,

@@ -2,7 +2,7 @@
  * zvc_commands_zvx.h - the protocol adapter, and the shutter
  *
  * The functions of zvc_commands.h reach the camera through the one adapter. Its operations have the results that are
- * told there; unlike those functions they do not reset the context first.
+ * told there; unlike those functions send_remote_api and send_remote_api_async do not reset the context first.
  */
 #ifndef ZVC_COMMANDS_ZVX_H
 #define ZVC_COMMANDS_ZVX_H
@@ -55,7 +55,7 @@ extern "C" {
 /*
  * Starts a capture when `on` is not 0, else stops it, in whatever mode the camera is in. Two exchanges: it asks for the
  * flat mode and sends that mode's action. Returns 0, the failure of the first exchange, or ZV_ERR_INVALID_PARAM when
- * the flat mode has no shutter action or the camera did not take it. The context is not reset first.
+ * the flat mode has no shutter action or the camera did not take it.
  */
 ZV_API int32_t zvc_shutter(zvc_msg_q_context_t *context, uint8_t on);
 

@@ -3,7 +3,7 @@
  *
  * The facts of a camera come from the system information service (csi.h). What does not change while the process lives
  * is read once and kept; the access point's name and the state of the logs are read at each call. No function waits for
- * a queue. Any thread may call: two that read a fact for the first time store the same value twice.
+ * a queue. Nothing is locked: any thread may call once a fact has been read, and one at a time before.
  *
  * The getters of a text write at most `size` bytes, the terminator included; a longer text is cut. A text is kept as
  * the first successful call got it, and at most 64 characters of it: that call brings ZVC_STATE_TEXT_SIZE bytes.

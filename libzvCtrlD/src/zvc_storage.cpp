@@ -133,6 +133,7 @@ int32_t zvc_storage_delete_list(zvc_msg_q_context_t *context, const file_list_it
 {
     ZV_LOG(ZV_LOG_DEBUG, "enter zvc_storage_delete_list\n");
     if (list == nullptr && count != 0) {
+        ZV_LOG(ZV_LOG_ERROR, "null list\n");
         return ZV_ERR_INVALID_PARAM;
     }
     uint8_t request[LIST_ENTRIES_OFFSET + FILE_LIST_MAX * LIST_ENTRY_SIZE] = {};

@@ -1,8 +1,8 @@
 /*
  * zvc_storage.h - the media on the card
  *
- * Each function is one exchange, with the results of zvc_commands.h. The camera's refusal of a deletion is the result
- * of the exchange.
+ * Each function is one exchange, with the results of zvc_commands.h, behind a look at the model number where it takes a
+ * path (zvc_state_get_model_number). The camera's refusal of a deletion is the result of the exchange.
  */
 #ifndef ZVC_STORAGE_H
 #define ZVC_STORAGE_H

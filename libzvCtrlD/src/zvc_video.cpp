@@ -256,7 +256,7 @@ int32_t zvc_video_reset_to_valid_res_fps_fov(zvc_msg_q_context_t *context)
 int32_t zvc_get_res_list(zvc_msg_q_context_t *context, uint8_t *list, uint16_t *count)
 {
     if (list == nullptr || count == nullptr) {
-        return ZV_ERR_INVALID_PARAM;
+        return refuse_null_output(SourceLocation::current());
     }
     ValueList offered;
     const int32_t result = list_values(context, CAP_KEY_RESOLUTION, RES_LIST, offered);

@@ -33,9 +33,10 @@ enum {
 
 /*
  * Sets the resolution, and with it the frame rate and field of view that the camera offers there: `fps` if it is
- * offered, otherwise the first rate offered; `fov` if it is offered or nothing is, otherwise the camera's consent to
- * the other horizon field of view, otherwise the first one offered. One write carries all three, as the last step: a
- * failure before it leaves the camera as it was, and a refused write changes nothing.
+ * offered, otherwise the first rate offered; `fov` if nothing is offered, otherwise the first entry, in the camera's
+ * order, that is `fov` or the other horizon field of view with the camera's consent, otherwise the first one offered.
+ * One write carries all three, as the last step: a failure before it leaves the camera as it was, and a refused write
+ * changes nothing.
  *
  * Up to six reads, two queries, a query for each offered field of view, and the write, each an exchange of at most 10
  * seconds. ZV_ERR_INVALID_PARAM is a malformed answer, an empty list of frame rates, or a value above the limits of
