@@ -8,8 +8,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-// A file for each key, in one folder. A value is written beside its place and renamed into it, so that a reader finds
-// the old value or the new one whole.
+// A file for each key, in one folder: "/tmp/zvcsi", or the one that the environment's ZVCSI_DIR names. A value is
+// written beside its place and renamed into it, so that a reader finds the old value or the new one whole.
 
 namespace {
 
