@@ -495,12 +495,27 @@ void *operator new(size_t size)
     return memory;
 }
 
+void *operator new[](size_t size)
+{
+    return operator new(size);
+}
+
 void operator delete(void *memory) noexcept
 {
     free(memory);
 }
 
 void operator delete(void *memory, size_t) noexcept
+{
+    free(memory);
+}
+
+void operator delete[](void *memory) noexcept
+{
+    free(memory);
+}
+
+void operator delete[](void *memory, size_t) noexcept
 {
     free(memory);
 }
