@@ -345,9 +345,13 @@ void Msg::addElement(MsgElement *element)
 
 void Msg::addElement(uint8_t type, uint16_t length, const uint8_t *data)
 {
-    auto element = std::make_unique<MsgElement>(type, length, data);
+    adopt(std::make_unique<MsgElement>(type, length, data));
+}
+
+void Msg::adopt(std::unique_ptr<MsgElement> element)
+{
     addElement(element.get());
-    element.release();
+    static_cast<void>(element.release()); // the list's, now that it is there
 }
 
 CommandMsg::CommandMsg() : Msg(CAT_ZVCTRL_CMD) {}
@@ -413,8 +417,7 @@ MemStream &operator>>(MemStream &stream, Msg &msg)
             msg.clear();
             break;
         }
-        msg.addElement(element.get());
-        element.release();
+        msg.adopt(std::move(element));
     }
     return stream;
 }

@@ -32,6 +32,7 @@ ZV_API void dumpArray(const uint8_t *data, uint16_t length);
 #ifdef __cplusplus
 }
 
+#include <memory>
 #include <vector>
 
 class Msg;
@@ -158,6 +159,8 @@ class ZV_API Msg {
   private:
     friend ZV_API MemStream &operator<<(MemStream &stream, const Msg &msg);
     friend ZV_API MemStream &operator>>(MemStream &stream, Msg &msg);
+
+    void adopt(std::unique_ptr<MsgElement> element);
 
     std::vector<MsgElement *> m_elements;
     uint8_t m_category;
