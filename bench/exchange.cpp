@@ -209,6 +209,23 @@ void daemon_snapshot(benchmark::State &state, Cores cores)
     zvcontrol_interface_close();
 }
 
+// What the rules of an exchange ask of the kernel besides: a look for late answers, and a wait with a limit.
+void look_for_late(mqd_t answers)
+{
+    mq_attr waiting = {};
+    mq_getattr(answers, &waiting);
+}
+
+void wait_for(mqd_t answers)
+{
+    fd_set readable;
+    FD_ZERO(&readable);
+    FD_SET(answers, &readable);
+    timeval limit = {10, 0};
+    select(answers + 1, &readable, nullptr, nullptr, &limit);
+}
+
+template <bool WITH_WAIT>
 void bare(benchmark::State &state, size_t size, Cores cores)
 {
     const Queue requests("/bench_request", DAEMON_SIZE);
@@ -221,32 +238,13 @@ void bare(benchmark::State &state, size_t size, Cores cores)
     const Bytes request(size, 1);
     Bytes buffer(DAEMON_SIZE);
     for (auto _ : state) {
+        if constexpr (WITH_WAIT) {
+            look_for_late(answers.descriptor());
+        }
         send(requests.descriptor(), request);
-        receive(answers.descriptor(), buffer);
-    }
-}
-
-// What the rules of an exchange ask of the kernel, and nothing else: a look for late answers, and a wait with a limit.
-void bare_with_wait(benchmark::State &state, size_t size, Cores cores)
-{
-    const Queue requests("/bench_request", DAEMON_SIZE);
-    const Queue answers("/bench_answer", DAEMON_SIZE);
-    if (!requests.is_open() || !answers.is_open()) {
-        state.SkipWithError(NO_QUEUE);
-        return;
-    }
-    const Peer peer(requests.descriptor(), answers.descriptor(), Bytes(size, 1), cores);
-    const Bytes request(size, 1);
-    Bytes buffer(DAEMON_SIZE);
-    for (auto _ : state) {
-        mq_attr waiting = {};
-        mq_getattr(answers.descriptor(), &waiting);
-        send(requests.descriptor(), request);
-        fd_set readable;
-        FD_ZERO(&readable);
-        FD_SET(answers.descriptor(), &readable);
-        timeval limit = {10, 0};
-        select(answers.descriptor() + 1, &readable, nullptr, nullptr, &limit);
+        if constexpr (WITH_WAIT) {
+            wait_for(answers.descriptor());
+        }
         receive(answers.descriptor(), buffer);
     }
 }
@@ -268,11 +266,10 @@ void run(const char *name, void (*exchange)(benchmark::State &, Cores))
 
 const bool registered = [] {
     run("remote_api", remote_api);
-    run("bare_60_bytes", [](benchmark::State &state, Cores cores) { bare(state, REMOTE_SIZE, cores); });
-    run("bare_60_bytes_with_wait",
-        [](benchmark::State &state, Cores cores) { bare_with_wait(state, REMOTE_SIZE, cores); });
+    run("bare_60_bytes", [](benchmark::State &state, Cores cores) { bare<false>(state, REMOTE_SIZE, cores); });
+    run("bare_60_bytes_with_wait", [](benchmark::State &state, Cores cores) { bare<true>(state, REMOTE_SIZE, cores); });
     run("daemon_snapshot", daemon_snapshot);
-    run("bare_700_bytes", [](benchmark::State &state, Cores cores) { bare(state, DAEMON_RECORD_SIZE, cores); });
+    run("bare_700_bytes", [](benchmark::State &state, Cores cores) { bare<false>(state, DAEMON_RECORD_SIZE, cores); });
     return true;
 }();
 

@@ -5,20 +5,10 @@
 set -u
 zvcam=$1
 zvsim=$2
-failures=0
+tested=$zvcam
+. "$(dirname "$0")/support/program.sh"
 camera=
-folder=$(mktemp -d)
 trap 'stop_camera; rm -rf "$folder"' EXIT
-
-start_camera() {
-    : >"$folder/zvsim"
-    "$zvsim" "$@" >>"$folder/zvsim" 2>&1 &
-    camera=$!
-    until grep -q ready "$folder/zvsim"; do
-        kill -0 $camera || exit 1
-        sleep 0.05
-    done
-}
 
 stop_camera() {
     if [ -n "$camera" ]; then
@@ -28,26 +18,11 @@ stop_camera() {
     fi
 }
 
-# try CODE PATTERN ARGUMENT...: the command ends with CODE, and standard output and error hold a line with PATTERN.
-try() {
-    code=$1
-    pattern=$2
-    shift 2
-    "$zvcam" "$@" >"$folder/output" 2>&1 </dev/null
-    found=$?
-    if [ "$found" -ne "$code" ] || ! grep -qE -e "$pattern" "$folder/output"; then
-        echo "FAILED: zvcam $*: ended with $found, not $code, or without \"$pattern\":"
-        head -n 20 "$folder/output"
-        failures=$((failures + 1))
-    fi
-}
-
 # lines COUNT PATTERN: so many lines of the last output.
 lines() {
     found=$(grep -cE -e "$2" "$folder/output")
     if [ "$found" -ne "$1" ]; then
-        echo "FAILED: $found lines, not $1, with \"$2\""
-        failures=$((failures + 1))
+        fail "$found lines, not $1, with \"$2\""
     fi
 }
 
@@ -158,15 +133,14 @@ until [ -s "$folder/watch" ]; do
 done
 kill -TERM $zoom $watch
 wait $zoom
-[ $? -eq 143 ] || { echo "FAILED: an interrupted command does not say so"; failures=$((failures + 1)); }
-wait $watch || { echo "FAILED: an interrupted watch is a failure"; failures=$((failures + 1)); }
+[ $? -eq 143 ] || fail "an interrupted command does not say so"
+wait $watch || fail "an interrupted watch is a failure"
 stop_camera
 
 mkdir "$folder/queues"
 if mount -t mqueue none "$folder/queues" 2>/dev/null; then
     if [ -n "$(find "$folder/queues" -type f -print)" ]; then
-        echo "FAILED: these queues are left"
-        failures=$((failures + 1))
+        fail "these queues are left"
     fi
     umount "$folder/queues"
 fi

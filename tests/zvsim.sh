@@ -4,45 +4,17 @@
 #     zvsim.sh ZVSIM
 set -u
 zvsim=$1
-failures=0
-folder=$(mktemp -d)
+tested=$zvsim
+. "$(dirname "$0")/support/program.sh"
 queues=$folder/queues
 mkdir "$queues"
 mount -t mqueue none "$queues" || exit 77 # skipped where the queues cannot be seen
 trap 'umount "$queues"; rm -rf "$folder"' EXIT
 
-fail() {
-    echo "FAILED: $1"
-    failures=$((failures + 1))
-}
-
-# Sets $camera.
-start_camera() {
-    : >"$folder/output"
-    "$zvsim" "$@" >>"$folder/output" 2>&1 &
-    camera=$!
-    until grep -q ready "$folder/output"; do
-        kill -0 $camera || exit 1
-        sleep 0.05
-    done
-}
-
-# try CODE PATTERN ARGUMENT...
-try() {
-    code=$1
-    pattern=$2
-    shift 2
-    "$zvsim" "$@" >"$folder/tried" 2>&1
-    found=$?
-    if [ "$found" -ne "$code" ] || ! grep -qE -e "$pattern" "$folder/tried"; then
-        fail "zvsim $*: ended with $found, not $code, or without \"$pattern\": $(head -n 5 "$folder/tried")"
-    fi
-}
-
 # end_camera SIGNAL: it ends well, and its queues with it.
 end_camera() {
-    kill "-$1" $camera
-    wait $camera || fail "ended with $? at $1"
+    kill "-$1" "$camera"
+    wait "$camera" || fail "ended with $? at $1"
     [ -z "$(ls "$queues")" ] || fail "left $(ls "$queues")"
 }
 
@@ -60,10 +32,10 @@ end_camera TERM
 grep -q '^# zvsim --model 62 --seed 1' "$folder/trace" || fail "the trace's remark"
 
 start_camera --model 51
-kill -KILL $camera
-wait $camera 2>/dev/null
+kill -KILL "$camera"
+wait "$camera" 2>/dev/null
 [ -n "$(ls "$queues")" ] || fail "no queue left to take over"
 start_camera --replay "$folder/trace"
 end_camera INT
 
-[ $failures -eq 0 ]
+[ "$failures" -eq 0 ]
