@@ -30,3 +30,17 @@ function(zvctrl_public_headers)
     install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zvctrl)
   endforeach()
 endfunction()
+
+# One part of the library: its sources as objects, compiled once, its public headers, and the folders of its rooms, in
+# which its own sources find each other's headers by name.
+function(zvctrl_library_part name)
+  cmake_parse_arguments(PART "" "" "SOURCES;HEADERS;ROOMS" ${ARGN})
+  list(TRANSFORM PART_ROOMS PREPEND ${CMAKE_CURRENT_SOURCE_DIR}/)
+  add_library(${name} OBJECT ${PART_SOURCES})
+  set_target_properties(${name} PROPERTIES
+    POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+  target_compile_options(${name} PRIVATE -fno-semantic-interposition -fno-plt)
+  target_include_directories(${name} PUBLIC ${PART_ROOMS})
+  target_link_libraries(${name} PUBLIC zvctrl_protocol csi PRIVATE zvctrl_options)
+  zvctrl_public_headers(${PART_HEADERS})
+endfunction()

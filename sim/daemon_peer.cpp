@@ -1,6 +1,6 @@
 #include "daemon_peer.h"
 
-#include "libzvCommon/src/bytes.h"
+#include "bytes.h"
 #include "setting_writes.h"
 
 #include <zvctrl/zvDbg.h>

@@ -1,6 +1,6 @@
 #include "identity.h"
 
-#include "libzvCommon/src/bytes.h"
+#include "bytes.h"
 
 #include <zvctrl/csi.h>
 

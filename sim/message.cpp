@@ -1,6 +1,6 @@
 #include "message.h"
 
-#include "libzvCommon/src/bytes.h"
+#include "bytes.h"
 
 #include <zvctrl/zvTlv.h>
 

@@ -1,8 +1,8 @@
 #include "remote_actions.h"
 
+#include "bytes.h"
 #include "capability_commands.h"
 #include "identity.h"
-#include "libzvCommon/src/bytes.h"
 #include "own_fields.h"
 
 #include <zvctrl/zvc_commands.h>

@@ -1,6 +1,6 @@
 #include "request.h"
 
-#include "libzvCommon/src/bytes.h"
+#include "bytes.h"
 
 #include <zvctrl/zvc_commands.h>
 
