@@ -1,4 +1,4 @@
-// Numbers in place: reads and writes of a fixed byte order, at any address. Internal to the library.
+// Numbers in place: reads and writes of a fixed byte order, at any address.
 #pragma once
 
 #include <cstdint>

@@ -4,11 +4,11 @@
 #include "zvc_commands.h"
 
 #include "bytes.h"
-#include "camera_link.h"
 #include "io_buffer.h"
 #include "message_finish.h"
 #include "queue_drain.h"
-#include "remote_command.h"
+#include "queues.h"
+#include "remote_call.h"
 #include "zvc_commands_zvx.h"
 
 #include <cassert>
@@ -20,32 +20,6 @@ namespace {
 
 constexpr int RECEIVE_SECONDS = 10;
 constexpr int32_t NO_TRACE = 0; // the trace row that never prints
-
-constexpr RemoteCommand REMOTE_APP_MODE_SET{REMOTE_GROUP_APP, 1};
-constexpr RemoteCommand REMOTE_APP_MODE_SUB_MODE_GET{REMOTE_GROUP_APP, 4};
-constexpr RemoteCommand REMOTE_APP_MODE_SUB_MODE_SET{REMOTE_GROUP_APP, 5};
-constexpr RemoteCommand REMOTE_APP_FLAT_MODE_GET{REMOTE_GROUP_APP, 7};
-constexpr RemoteCommand REMOTE_APP_DIGITAL_ZOOM_GET{REMOTE_GROUP_APP, 11};
-constexpr RemoteCommand REMOTE_APP_DIGITAL_ZOOM_SET{REMOTE_GROUP_APP, 12};
-constexpr RemoteCommand REMOTE_APP_CAPTURE_DELAY_GET{REMOTE_GROUP_APP, 14};
-constexpr RemoteCommand REMOTE_APP_CAPTURE_DELAY_SET{REMOTE_GROUP_APP, 15};
-constexpr RemoteCommand REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_SET{REMOTE_GROUP_VIDEO, 81};
-constexpr RemoteCommand REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_ACTIVE_SET{REMOTE_GROUP_VIDEO, 83};
-constexpr RemoteCommand REMOTE_SETUP_ORIENTATION_GET{REMOTE_GROUP_SETUP, 8};
-constexpr RemoteCommand REMOTE_SETUP_ORIENTATION_SET{REMOTE_GROUP_SETUP, 9};
-constexpr RemoteCommand REMOTE_SETUP_CAMERA_UX_MODE_GET{REMOTE_GROUP_SETUP, 73};
-constexpr RemoteCommand REMOTE_SETUP_RC_ROTATION_SET{REMOTE_GROUP_SETUP, 77};
-constexpr RemoteCommand REMOTE_SYSTEM_BUTTON_SET{REMOTE_GROUP_SYSTEM, 18};
-constexpr RemoteCommand REMOTE_SYSTEM_LENS_TYPE_GET{REMOTE_GROUP_SYSTEM, 37};
-constexpr RemoteCommand REMOTE_SYSTEM_LENS_TYPE_SET{REMOTE_GROUP_SYSTEM, 38};
-constexpr RemoteCommand REMOTE_SYSTEM_POWER_PROFILE_GET{REMOTE_GROUP_SYSTEM, 41};
-constexpr RemoteCommand REMOTE_SYSTEM_LENS_STATUS_GET{REMOTE_GROUP_SYSTEM, 46};
-constexpr RemoteCommand REMOTE_SYSTEM_LENS_STATUS_SET{REMOTE_GROUP_SYSTEM, 47};
-constexpr RemoteCommand REMOTE_AUDIO_AUDIO_OPTION_SET{REMOTE_GROUP_AUDIO, 3};
-constexpr RemoteCommand REMOTE_AUDIO_MIC_OPTION_SET{REMOTE_GROUP_AUDIO, 11};
-constexpr RemoteCommand REMOTE_PRESET_ONSCREEN_SHORTCUTS_RESET{REMOTE_GROUP_PRESET, 18};
-constexpr RemoteCommand REMOTE_PRESET_LENS_GET{REMOTE_GROUP_PRESET, 21}; // lens mode, lens
-constexpr RemoteCommand REMOTE_PRESET_LENS_SET{REMOTE_GROUP_PRESET, 22}; // lens mode, lens
 
 constexpr uint8_t LENS_UNCHANGED = 0xFF;
 

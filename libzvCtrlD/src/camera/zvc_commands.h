@@ -16,6 +16,7 @@
 #ifndef ZVC_COMMANDS_H
 #define ZVC_COMMANDS_H
 
+#include "remote_api.h"
 #include "zvTlv.h"
 
 #ifdef __cplusplus
@@ -88,28 +89,6 @@ ZV_API int32_t zvc_send_camera_command_via_zvNet(zvc_msg_q_context_t *context, c
  * `*rsp` and `*rspsize` give the payload, or the single byte 2 where the camera answered that it is switched off.
  * All but the payload forms take a whole `request` of `size` bytes, or build one without a payload.
  */
-
-/* Groups of the remote API. */
-enum {
-    REMOTE_GROUP_APP = 1,
-    REMOTE_GROUP_VIDEO = 2,
-    REMOTE_GROUP_PHOTO = 3,
-    REMOTE_GROUP_MULTISHOT = 4,
-    REMOTE_GROUP_BROADCAST = 5,
-    REMOTE_GROUP_SETUP = 7,
-    REMOTE_GROUP_SYSTEM = 8,
-    REMOTE_GROUP_STORAGE = 9,
-    REMOTE_GROUP_STREAM = 10,
-    REMOTE_GROUP_FWUPDATE = 11,
-    REMOTE_GROUP_AUDIO = 14,
-    REMOTE_GROUP_PRESET = 17,
-    REMOTE_GROUP_CAPABILITY = 18,
-};
-
-#define REMOTE_API_HEADER_SIZE 5
-
-/* The one-byte answer of a camera that is switched off. */
-#define ZVN_NACK_OFF 2
 
 ZV_API int32_t zvc_send_remote_api(zvc_msg_q_context_t *context, const uint8_t *request, int32_t size, uint8_t **rsp,
                                    uint16_t *rspsize);

@@ -1,7 +1,8 @@
 #include "zvc_commands_zvx.h"
 
 #include "bytes.h"
-#include "camera_link.h"
+#include "flat_modes.h"
+#include "queues.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -12,45 +13,6 @@ ZVXCommand zvxCommands;
 ZVCCommandsInterface *gFunctionMap = &zvxCommands;
 
 namespace {
-
-constexpr char REMOTE_API_COMMAND[] = "YY";
-
-// The answer of a remote API call.
-constexpr int RESPONSE_ACK = 0;
-constexpr int RESPONSE_ERROR = 4;
-constexpr int RESPONSE_SIZE = 5; // of the payload, as the firmware announces it
-constexpr int RESPONSE_PAYLOAD = 7;
-
-// What starts and stops a capture in each flat mode; mode -1 ends the table.
-struct shutter_descriptor_t {
-    int32_t mode;
-    int32_t flat_mode;
-    int32_t gid;
-    int32_t start;
-    int32_t stop;
-};
-
-constexpr shutter_descriptor_t shutter_descriptors[] = {
-    {0, 12, REMOTE_GROUP_VIDEO, 27, 28},
-    {0, 13, REMOTE_GROUP_VIDEO, 27, 28},
-    {0, 14, REMOTE_GROUP_VIDEO, 27, 28},
-    {0, 15, REMOTE_GROUP_VIDEO, 27, 28},
-    {0, 24, REMOTE_GROUP_VIDEO, 27, 28},
-    {1, 16, REMOTE_GROUP_PHOTO, 23, 24},
-    {1, 17, REMOTE_GROUP_PHOTO, 23, 24},
-    {1, 18, REMOTE_GROUP_PHOTO, 23, 24},
-    {1, 19, REMOTE_GROUP_MULTISHOT, 27, 28},
-    {1, 20, REMOTE_GROUP_MULTISHOT, 27, 28},
-    {1, 21, REMOTE_GROUP_MULTISHOT, 27, 28},
-    {0, 25, REMOTE_GROUP_APP, 9, 10},
-    {0, 26, REMOTE_GROUP_APP, 9, 10},
-    {3, 23, REMOTE_GROUP_APP, 9, 10},
-    {0, 27, REMOTE_GROUP_APP, 9, 10},
-    {0, 29, REMOTE_GROUP_APP, 9, 10},
-    {0, 31, REMOTE_GROUP_APP, 9, 10},
-    {0, 30, REMOTE_GROUP_APP, 9, 10},
-    {-1, -1, -1, -1, -1},
-};
 
 constexpr int32_t SILENT_ACTION = 15; // its failures are not logged by send_remote_api_payload
 
@@ -91,18 +53,17 @@ int32_t ZVXCommand::shutter(zvc_msg_q_context_t *context, uint8_t on)
         return result;
     }
     ZV_LOG(ZV_LOG_DEBUG, "m/fm, %d,%d", mode, flat_mode);
-    const shutter_descriptor_t *row = shutter_descriptors;
-    while (row->mode != -1 && row->flat_mode != flat_mode) {
-        ++row;
-    }
-    if (row->mode == -1) {
+    const FlatModeRow *row = find_flat_mode(flat_mode);
+    if (row == nullptr) {
         ZV_LOG(ZV_LOG_ERROR, "shutter descriptor not found");
         return ZV_ERR_INVALID_PARAM;
     }
-    const int32_t aid = on != 0 ? row->start : row->stop;
-    ZV_LOG(ZV_LOG_DEBUG, "command gid/aid, %d,%d", row->gid, aid);
-    if (const int32_t result = zvc_send_simple_remote_api(context, row->gid, aid); result != ZV_OK) {
-        ZV_LOG(ZV_LOG_ERROR, "command g/a, %d,%d, error, %d", row->gid, aid, result);
+    const RemoteCommand command = on != 0 ? row->shutter.start : row->shutter.stop;
+    const int32_t gid = group_of(command);
+    const int32_t aid = action_of(command);
+    ZV_LOG(ZV_LOG_DEBUG, "command gid/aid, %d,%d", gid, aid);
+    if (const int32_t result = zvc_send_simple_remote_api(context, gid, aid); result != ZV_OK) {
+        ZV_LOG(ZV_LOG_ERROR, "command g/a, %d,%d, error, %d", gid, aid, result);
         return ZV_ERR_INVALID_PARAM;
     }
     return ZV_OK;
@@ -128,33 +89,33 @@ int32_t ZVXCommand::send_remote_api(zvc_msg_q_context_t *context, const uint8_t 
         }
         return ZV_OK;
     }
-    if (answer_size < RESPONSE_PAYLOAD) {
+    if (answer_size < REMOTE_ANSWER_PAYLOAD) {
         ZV_LOG(ZV_LOG_ERROR, "invalid zvmsg_rsp_size, %d", answer_size);
         if (answer_size != 0) {
-            ZV_LOG(ZV_LOG_ERROR, "ACK byte:%d (0=GOOD, 1=NAK)", answer[RESPONSE_ACK]);
+            ZV_LOG(ZV_LOG_ERROR, "ACK byte:%d (0=GOOD, 1=NAK)", answer[REMOTE_ANSWER_ACK]);
         }
         return ZV_ERR_INVALID_PARAM;
     }
-    if (answer[RESPONSE_ACK] != 0) {
-        ZV_LOG(ZV_LOG_ERROR, "no ack, got %d", answer[RESPONSE_ACK]);
-        context->rtos_error_code = answer[RESPONSE_ACK];
+    if (answer[REMOTE_ANSWER_ACK] != 0) {
+        ZV_LOG(ZV_LOG_ERROR, "no ack, got %d", answer[REMOTE_ANSWER_ACK]);
+        context->rtos_error_code = answer[REMOTE_ANSWER_ACK];
         return ZV_ERR_NAK;
     }
-    context->rtos_error_code = answer[RESPONSE_ERROR];
-    if (const auto error = static_cast<int8_t>(answer[RESPONSE_ERROR]); error != 0) {
+    context->rtos_error_code = answer[REMOTE_ANSWER_ERROR];
+    if (const auto error = static_cast<int8_t>(answer[REMOTE_ANSWER_ERROR]); error != 0) {
         ZV_LOG(ZV_LOG_ERROR, "rtos_error_code, %d", error);
         return ZV_ERR;
     }
     if (!wanted) {
         return ZV_OK;
     }
-    const auto available = static_cast<uint16_t>(answer_size - RESPONSE_PAYLOAD);
-    const uint16_t announced = be16(answer + RESPONSE_SIZE);
+    const auto available = static_cast<uint16_t>(answer_size - REMOTE_ANSWER_PAYLOAD);
+    const uint16_t announced = be16(answer + REMOTE_ANSWER_SIZE);
     ZV_LOG(ZV_LOG_INFO, "payload size rsp/remote, %u, %u", available, announced);
     if (available < announced) {
         ZV_LOG(ZV_LOG_WARN, "truncating remote_payload_size, %d, %d", announced, available);
     }
-    *rsp = answer + RESPONSE_PAYLOAD;
+    *rsp = answer + REMOTE_ANSWER_PAYLOAD;
     *rspsize = available < announced ? available : announced;
     return ZV_OK;
 }

@@ -3,6 +3,7 @@
 #include "bytes.h"
 #include "camera_status.h"
 #include "queue_drain.h"
+#include "queues.h"
 #include "zvcontrol_commands.h"
 
 #include <algorithm>
@@ -16,12 +17,13 @@
 
 namespace {
 
-constexpr char DAEMON_QUEUE[] = "/to_zvCtlD";
+using zv::DAEMON_QUEUE;
+using zv::RESPONSE_QUEUE_DEPTH;
+
 constexpr int DAEMON_OPEN_ATTEMPTS = 12;
 constexpr unsigned DAEMON_OPEN_PAUSE_SECONDS = 1;
 
 constexpr size_t QUEUE_NAME_MAX = 256;
-constexpr long RESPONSE_QUEUE_DEPTH = 5;
 constexpr mode_t RESPONSE_QUEUE_MODE = 0664;
 
 constexpr int RESPONSE_SECONDS = 10;
@@ -107,7 +109,7 @@ char *response_queue_name(const char *queue_name)
     }
     auto *name = static_cast<char *>(malloc(QUEUE_NAME_MAX + 1));
     if (name != nullptr) {
-        snprintf(name, QUEUE_NAME_MAX, "/to_ZVCU%d", getpid());
+        snprintf(name, QUEUE_NAME_MAX, "%s%d", zv::RESPONSE_QUEUE_PREFIX, getpid());
     }
     return name;
 }

@@ -2,6 +2,7 @@
 
 #include "bytes.h"
 #include "csi.h"
+#include "csi_keys.h"
 #include "log_at.h"
 
 #include <algorithm>
@@ -11,19 +12,7 @@
 
 namespace {
 
-// Keys of the system information service.
-constexpr uint8_t CSI_SERIAL_NUMBER = 0;
-constexpr uint8_t CSI_BOARD_TYPE = 1;
-constexpr uint8_t CSI_AP_SSID = 14;
-constexpr uint8_t CSI_MODEL_NAME = 19;
-constexpr uint8_t CSI_MODEL_NUMBER = 20;
-constexpr uint8_t CSI_FIRMWARE_VERSION = 21;
-constexpr uint8_t CSI_LOG_STATE = 24;
-constexpr uint8_t CSI_COMMON_CAMERA_FEATURES = 89;
-constexpr uint8_t CSI_AP_MAC = 90;
-constexpr uint8_t CSI_FW_FORCE_UPDATE = 136;
-
-constexpr uint32_t CSI_VALUE_MAX = 1400;
+using namespace zv;
 
 constexpr char MODEL_NUMBER_COMMAND[] =
     R"(grep "CSI_MODEL_NUMBER" /tmp/fuse_b/conf.json | cut -d ":" -f 2 | cut -d "\"" -f 2 | cut -d "," -f 1)";

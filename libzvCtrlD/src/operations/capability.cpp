@@ -1,16 +1,12 @@
 #include "capability.h"
 
-#include <iterator>
+#include "flat_modes.h"
+
+#include <algorithm>
 
 namespace zv {
 
 namespace {
-
-constexpr RemoteCommand REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS{REMOTE_GROUP_CAPABILITY, 4};
-constexpr RemoteCommand REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET{REMOTE_GROUP_CAPABILITY, 5};
-
-// The flat mode of each capture mode.
-constexpr uint8_t CAPTURE_MODES[] = {12, 13, 15, 16, 17, 18, 19, 20, 21, 23, 24, 25, 26, 29, 30, 31};
 
 // Count and values, one byte each.
 int32_t take_list(const Payload &answer, const ListRule &rule, ValueList &list, const SourceLocation &where)
@@ -44,12 +40,12 @@ constexpr ListRule FOV_LIST = {0, "REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_G
 
 uint8_t capture_mode_of(int32_t flat_mode, const SourceLocation &where)
 {
-    const auto *mode = std::find(std::begin(CAPTURE_MODES), std::end(CAPTURE_MODES), flat_mode);
-    if (mode == std::end(CAPTURE_MODES)) {
+    const FlatModeRow *mode = find_flat_mode(flat_mode);
+    if (mode == nullptr || mode->capture_mode == NO_CAPTURE_MODE) {
         ZV_LOG_AT(where, ZV_LOG_WARN, "No corresponding capture_mode for flat_mode %d", flat_mode);
         return 0;
     }
-    return static_cast<uint8_t>(mode - CAPTURE_MODES);
+    return mode->capture_mode;
 }
 
 int32_t list_values(zvc_msg_q_context_t *context, CapabilityKey listed, const ListRule &rule, ValueList &list,

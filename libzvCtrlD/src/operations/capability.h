@@ -1,18 +1,9 @@
 // The firmware's capability service: which values it offers for a setting. Internal to the library.
 #pragma once
 
-#include "remote_command.h"
+#include "remote_call.h"
 
 namespace zv {
-
-// Keys of the settings.
-enum CapabilityKey : uint8_t {
-    CAP_KEY_RESOLUTION = 0,
-    CAP_KEY_FOV = 1,
-    CAP_KEY_FPS = 2,
-    CAP_KEY_ANTI_FLICKER = 7,
-    CAP_KEY_VIDEO_PROFILE = 45,
-};
 
 // What the offer depends on, as the most common camera has it. The power profile is not read: every query is made for
 // 0.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "bytes.h"
-#include "remote_command.h"
+#include "remote_call.h"
 
 namespace zv {
 

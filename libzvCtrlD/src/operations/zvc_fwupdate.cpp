@@ -1,23 +1,18 @@
 #include "zvc_fwupdate.h"
 
 #include "csi.h"
-#include "remote_command.h"
+#include "csi_keys.h"
+#include "remote_call.h"
 
 using namespace zv;
 
 namespace {
 
-constexpr RemoteCommand REMOTE_FWUPDATE_FLASHING_START{REMOTE_GROUP_FWUPDATE, 0};
-constexpr RemoteCommand REMOTE_FWUPDATE_DOWNLOAD_DONE{REMOTE_GROUP_FWUPDATE, 3};
-
-constexpr uint8_t CSI_OTA_STATE = 42;
-constexpr uint8_t OTA_STATE_IDLE = 0;
-constexpr uint8_t OTA_STATE_DOWNLOADING = 6;
-
-int32_t set_ota_state(uint8_t state)
+int32_t set_ota_state(OtaState state)
 {
-    if (csi_set(CSI_OTA_STATE, &state, sizeof state) != 0) {
-        ZV_LOG(ZV_LOG_ERROR, "error during csi_set ota_state %u\n", state);
+    const uint8_t value = state;
+    if (csi_set(CSI_OTA_STATE, &value, sizeof value) != 0) {
+        ZV_LOG(ZV_LOG_ERROR, "error during csi_set ota_state %u\n", value);
         return ZV_ERR;
     }
     return ZV_OK;
@@ -27,12 +22,12 @@ int32_t set_ota_state(uint8_t state)
 
 int32_t zvc_fwupdate_download_start([[maybe_unused]] zvc_msg_q_context_t *context)
 {
-    return set_ota_state(OTA_STATE_DOWNLOADING);
+    return set_ota_state(OTA_DOWNLOADING);
 }
 
 int32_t zvc_fwupdate_download_cancel([[maybe_unused]] zvc_msg_q_context_t *context)
 {
-    return set_ota_state(OTA_STATE_IDLE);
+    return set_ota_state(OTA_IDLE);
 }
 
 int32_t zvc_fwupdate_download_done(zvc_msg_q_context_t *context, bool user_prompt)

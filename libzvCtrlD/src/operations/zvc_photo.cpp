@@ -10,14 +10,6 @@ namespace {
 
 // Messages of this file end in a line feed.
 
-constexpr RemoteCommand REMOTE_PHOTO_WHITE_BALANCE_GET{REMOTE_GROUP_PHOTO, 12};
-constexpr RemoteCommand REMOTE_PHOTO_WHITE_BALANCE_SET{REMOTE_GROUP_PHOTO, 13};
-constexpr RemoteCommand REMOTE_PHOTO_ISO_MAX_GET{REMOTE_GROUP_PHOTO, 18};
-constexpr RemoteCommand REMOTE_PHOTO_ISO_MAX_SET{REMOTE_GROUP_PHOTO, 19};
-constexpr RemoteCommand REMOTE_PHOTO_VELLIX_RESET{REMOTE_GROUP_PHOTO, 22};
-constexpr RemoteCommand REMOTE_PHOTO_ISO_MIN_GET{REMOTE_GROUP_PHOTO, 28};
-constexpr RemoteCommand REMOTE_PHOTO_ISO_MIN_SET{REMOTE_GROUP_PHOTO, 29};
-
 constexpr int32_t ISO_MAX = 5;
 constexpr uint16_t ISO_NUMBERS[ISO_MAX + 1] = {800, 400, 200, 100, 1600, 3200};
 constexpr int32_t OTHER_ISO_NUMBER = 400;

@@ -1,6 +1,6 @@
 #include "zvc_settings.h"
 
-#include "remote_command.h"
+#include "remote_call.h"
 
 using namespace zv;
 
@@ -8,9 +8,6 @@ namespace {
 
 // Messages of the shape end in a line feed in this file; the reads do not tell their opening.
 constexpr ReadTexts QUIET_TEXTS{nullptr, READ_TEXTS_LF.failure, READ_TEXTS_LF.size};
-
-constexpr RemoteCommand REMOTE_PRESET_ONSCREEN_CONTROL_GET{REMOTE_GROUP_PRESET, 16};
-constexpr RemoteCommand REMOTE_PRESET_ONSCREEN_CONTROL_SET{REMOTE_GROUP_PRESET, 17}; // control type id first
 
 } // namespace
 

@@ -1,14 +1,8 @@
 #include "zvc_setup.h"
 
-#include "remote_command.h"
+#include "remote_call.h"
 
 using namespace zv;
-
-namespace {
-
-constexpr RemoteCommand REMOTE_SETUP_VIDEO_FORMAT_GET{REMOTE_GROUP_SETUP, 18};
-
-} // namespace
 
 int32_t zvc_setup_get_video_format(zvc_msg_q_context_t *context, uint32_t *format)
 {

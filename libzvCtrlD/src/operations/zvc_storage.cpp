@@ -1,7 +1,7 @@
 #include "zvc_storage.h"
 
 #include "bytes.h"
-#include "remote_command.h"
+#include "remote_call.h"
 #include "zvc_state.h"
 
 #include <cstdio>
@@ -13,14 +13,6 @@ using namespace zv;
 namespace {
 
 // Messages of this file end in a line feed, but for those of zvc_storage_tag_file.
-
-constexpr RemoteCommand REMOTE_STORAGE_REMAINING_VIDEO_TIME_GET{REMOTE_GROUP_STORAGE, 2};
-constexpr RemoteCommand REMOTE_STORAGE_DELETE_LAST{REMOTE_GROUP_STORAGE, 9};
-constexpr RemoteCommand REMOTE_STORAGE_DELETE_ALL{REMOTE_GROUP_STORAGE, 10};
-constexpr RemoteCommand REMOTE_STORAGE_DELETE_FILE{REMOTE_GROUP_STORAGE, 14};
-constexpr RemoteCommand REMOTE_STORAGE_DELETE_GROUP{REMOTE_GROUP_STORAGE, 15};
-constexpr RemoteCommand REMOTE_STORAGE_TAG_FILE{REMOTE_GROUP_STORAGE, 18};
-constexpr RemoteCommand REMOTE_STORAGE_DELETE_LIST{REMOTE_GROUP_STORAGE, 22};
 
 constexpr uint8_t MODEL_WITH_SLASHES = 32;
 constexpr uint32_t NAME_MAX_LENGTH = 255;
@@ -72,7 +64,8 @@ int32_t send_path(zvc_msg_q_context_t *context, RemoteCommand command, std::init
     uint8_t request[REMOTE_API_HEADER_SIZE + LEAD_MAX + sizeof path.text];
     const size_t path_size = path.length + 1;
     const size_t payload_size = lead.size() + path_size;
-    zvc_init_remote_api_input_header(request, command.group, command.action, static_cast<uint16_t>(payload_size));
+    zvc_init_remote_api_input_header(request, group_of(command), action_of(command),
+                                     static_cast<uint16_t>(payload_size));
     uint8_t *behind_lead = std::copy(lead.begin(), lead.end(), request + REMOTE_API_HEADER_SIZE);
     memcpy(behind_lead, path.text, path_size);
     return zvc_send_remote_api(context, request, static_cast<int32_t>(REMOTE_API_HEADER_SIZE + payload_size), nullptr,
@@ -149,8 +142,8 @@ int32_t zvc_storage_delete_list(zvc_msg_q_context_t *context, const file_list_it
     const size_t size = LIST_ENTRIES_OFFSET + entries * LIST_ENTRY_SIZE;
     const size_t payload_size = size - REMOTE_API_HEADER_SIZE;
     ZV_LOG(ZV_LOG_DEBUG, "arg_size=%d and msg_size=%d\n", static_cast<int>(payload_size), static_cast<int>(size));
-    zvc_init_remote_api_input_header(request, REMOTE_STORAGE_DELETE_LIST.group, REMOTE_STORAGE_DELETE_LIST.action,
-                                     static_cast<uint16_t>(payload_size));
+    zvc_init_remote_api_input_header(request, group_of(REMOTE_STORAGE_DELETE_LIST),
+                                     action_of(REMOTE_STORAGE_DELETE_LIST), static_cast<uint16_t>(payload_size));
     const int32_t result = zvc_send_remote_api(context, request, static_cast<int32_t>(size), nullptr, nullptr);
     ZV_LOG(ZV_LOG_DEBUG, "err is %d\n", result);
     return result;

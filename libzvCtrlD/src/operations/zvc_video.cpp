@@ -2,7 +2,7 @@
 
 #include "camera_status.h"
 #include "capability.h"
-#include "remote_command.h"
+#include "remote_call.h"
 #include "zvc_setup.h"
 
 #include <iterator>
@@ -10,29 +10,6 @@
 using namespace zv;
 
 namespace {
-
-constexpr RemoteCommand REMOTE_VIDEO_RES_FPS_FOV_GET{REMOTE_GROUP_VIDEO, 2};
-constexpr RemoteCommand REMOTE_VIDEO_RES_FPS_FOV_SET{REMOTE_GROUP_VIDEO, 3};
-constexpr RemoteCommand REMOTE_VIDEO_ISO_MAX_GET{REMOTE_GROUP_VIDEO, 22};
-constexpr RemoteCommand REMOTE_VIDEO_ISO_MAX_SET{REMOTE_GROUP_VIDEO, 23};
-constexpr RemoteCommand REMOTE_VIDEO_VELLIX_RESET{REMOTE_GROUP_VIDEO, 26};
-constexpr RemoteCommand REMOTE_VIDEO_ISO_MODE_SET{REMOTE_GROUP_VIDEO, 42};
-constexpr RemoteCommand REMOTE_VIDEO_ISO_MIN_GET{REMOTE_GROUP_VIDEO, 47};
-constexpr RemoteCommand REMOTE_VIDEO_ISO_MIN_SET{REMOTE_GROUP_VIDEO, 48};
-constexpr RemoteCommand REMOTE_VIDEO_BIT_RATE_GET{REMOTE_GROUP_VIDEO, 67};
-constexpr RemoteCommand REMOTE_VIDEO_BIT_RATE_SET{REMOTE_GROUP_VIDEO, 68};
-constexpr RemoteCommand REMOTE_VIDEO_HORIZON_OPTION_GET{REMOTE_GROUP_VIDEO, 91};
-constexpr RemoteCommand REMOTE_VIDEO_BIT_DEPTH_GET{REMOTE_GROUP_VIDEO, 92};
-constexpr RemoteCommand REMOTE_VIDEO_BIT_DEPTH_SET{REMOTE_GROUP_VIDEO, 93};
-constexpr RemoteCommand REMOTE_VIDEO_RES_SET{REMOTE_GROUP_VIDEO, 95};
-constexpr RemoteCommand REMOTE_VIDEO_FOV_SET{REMOTE_GROUP_VIDEO, 96};
-constexpr RemoteCommand REMOTE_VIDEO_FPS_SET{REMOTE_GROUP_VIDEO, 97};
-constexpr RemoteCommand REMOTE_VIDEO_PROFILE_GET{REMOTE_GROUP_VIDEO, 99};
-constexpr RemoteCommand REMOTE_SETUP_CURRENT_SETTINGS_GET{REMOTE_GROUP_SETUP, 28};
-constexpr RemoteCommand REMOTE_SETUP_ALL_SETTINGS_GET{REMOTE_GROUP_SETUP, 30};
-constexpr RemoteCommand REMOTE_STREAM_GOP_SIZE_SET{REMOTE_GROUP_STREAM, 3};
-constexpr RemoteCommand REMOTE_STREAM_IDR_INTERVAL_SET{REMOTE_GROUP_STREAM, 5};
-constexpr RemoteCommand REMOTE_STREAM_BIT_RATE_SET{REMOTE_GROUP_STREAM, 7};
 
 constexpr int32_t RES_MAX = 30;
 constexpr int32_t FPS_MAX = 14;
@@ -79,8 +56,8 @@ int32_t query_horizon(zvc_msg_q_context_t *context, int32_t res, int32_t fps, ui
     const uint8_t format[] = {low_byte(res), low_byte(fps), fov};
     uint8_t *option = nullptr;
     uint16_t size = 0;
-    const int32_t result = zvc_send_remote_api_payload_response(context, REMOTE_VIDEO_HORIZON_OPTION_GET.group,
-                                                                REMOTE_VIDEO_HORIZON_OPTION_GET.action, format,
+    const int32_t result = zvc_send_remote_api_payload_response(context, group_of(REMOTE_VIDEO_HORIZON_OPTION_GET),
+                                                                action_of(REMOTE_VIDEO_HORIZON_OPTION_GET), format,
                                                                 sizeof format, &option, &size);
     if (result != ZV_OK) {
         ZV_LOG(ZV_LOG_ERROR, "Failed to get horizon supported option, return err:%d", result);
@@ -293,8 +270,9 @@ int32_t zvc_video_get_current_res_fps_shutter(zvc_msg_q_context_t *context, int3
     ZV_LOG(ZV_LOG_DEBUG, "ZVCONTROL_GET_ALL_SETTINGS:");
     uint8_t *record = nullptr;
     Payload answer;
-    const int32_t result = zvc_send_remote_api_for_response(
-        context, REMOTE_SETUP_ALL_SETTINGS_GET.group, REMOTE_SETUP_ALL_SETTINGS_GET.action, &record, &answer.size);
+    const int32_t result =
+        zvc_send_remote_api_for_response(context, group_of(REMOTE_SETUP_ALL_SETTINGS_GET),
+                                         action_of(REMOTE_SETUP_ALL_SETTINGS_GET), &record, &answer.size);
     if (result != ZV_OK) {
         ZV_LOG(ZV_LOG_ERROR, "zvc_send_remote_api_for_response error, %d", result);
         return result;

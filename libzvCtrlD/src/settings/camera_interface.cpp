@@ -2,7 +2,7 @@
 
 #include "bytes.h"
 #include "camera_settings.h"
-#include "remote_command.h"
+#include "remote_call.h"
 #include "zvc_broadcast.h"
 #include "zvc_multishot.h"
 #include "zvc_photo.h"
@@ -17,7 +17,6 @@ using namespace zv;
 
 namespace {
 
-constexpr uint8_t REMOTE_GROUP_WIRELESS = 6; // for the band alone
 constexpr char DISPATCHER[] = "camera_if_settings_set_value_int";
 
 // One call of the dispatcher.
@@ -48,33 +47,28 @@ struct ByteWrite {
 };
 
 constexpr ByteWrite BYTE_WRITES[] = {
-    {128, {REMOTE_GROUP_PRESET, 19}},   // format
-    {144, {REMOTE_GROUP_PRESET, 23}},   // current_flat_mode
-    {148, {REMOTE_GROUP_VIDEO, 44}},    // max_glidara
-    {153, {REMOTE_GROUP_VIDEO, 79}},    // mode_button
-    {155, {REMOTE_GROUP_VIDEO, 81}},    // rushlapse_speed_ramp
-    {160, {REMOTE_GROUP_VIDEO, 68}},    // modes/multi_shot/settings/bitrate
-    {161, {REMOTE_GROUP_SETUP, 11}},    // default_camera_mode
-    {162, {REMOTE_GROUP_SYSTEM, 38}},   // wide_optic_enable
-    {163, {REMOTE_GROUP_SETUP, 70}},    // modes/setup/settings/lens_dashboard_button
-    {165, {REMOTE_GROUP_VIDEO, 77}},    // horizon_lock
-    {169, {REMOTE_GROUP_SETUP, 56}},    // acc_mic_mode
-    {174, {REMOTE_GROUP_VIDEO, 93}},    // vellix_bitdepth
-    {175, {REMOTE_GROUP_SETUP, 74}},    // modes/setup/settings/camera_ux_mode
-    {178, {REMOTE_GROUP_WIRELESS, 19}}, // wireless_band
-    {180, {REMOTE_GROUP_SYSTEM, 42}},   // power_profile
-    {189, {REMOTE_GROUP_SYSTEM, 38}},   // addon_lens_active
-    {192, {REMOTE_GROUP_VIDEO, 53}},    // nlv_aspect_ratio
-    {193, {REMOTE_GROUP_VIDEO, 53}},    // easy_framing
+    {128, REMOTE_PRESET_FORMAT_SET},               // format
+    {144, REMOTE_PRESET_FLAT_MODE_SET},            // current_flat_mode
+    {148, REMOTE_VIDEO_EIS_SET},                   // max_glidara
+    {153, REMOTE_VIDEO_MODE_BUTTON_SET},           // mode_button
+    {155, REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_SET},  // rushlapse_speed_ramp
+    {160, REMOTE_VIDEO_BIT_RATE_SET},              // modes/multi_shot/settings/bitrate
+    {161, REMOTE_SETUP_DEFAULT_CAMERA_MODE_SET},   // default_camera_mode
+    {162, REMOTE_SYSTEM_LENS_TYPE_SET},            // wide_optic_enable
+    {163, REMOTE_SETUP_LENS_DASHBOARD_BUTTON_SET}, // modes/setup/settings/lens_dashboard_button
+    {165, REMOTE_VIDEO_HORIZON_LOCK_SET},          // horizon_lock
+    {169, REMOTE_SETUP_ACC_MIC_MODE_SET},          // acc_mic_mode
+    {174, REMOTE_VIDEO_BIT_DEPTH_SET},             // vellix_bitdepth
+    {175, REMOTE_SETUP_CAMERA_UX_MODE_SET},        // modes/setup/settings/camera_ux_mode
+    {178, REMOTE_WIRELESS_BAND_SET},               // wireless_band
+    {180, REMOTE_SYSTEM_POWER_PROFILE_SET},        // power_profile
+    {189, REMOTE_SYSTEM_LENS_TYPE_SET},            // addon_lens_active
+    {192, REMOTE_VIDEO_ASPECT_RATIO_SET},          // nlv_aspect_ratio
+    {193, REMOTE_VIDEO_ASPECT_RATIO_SET},          // easy_framing
 };
 static_assert(std::adjacent_find(std::begin(BYTE_WRITES), std::end(BYTE_WRITES),
                                  [](const ByteWrite &row, const ByteWrite &next) { return row.id >= next.id; }) ==
               std::end(BYTE_WRITES));
-
-constexpr RemoteCommand FRONT_DISPLAY_SET{REMOTE_GROUP_SETUP, 66};
-constexpr RemoteCommand SCHEDULED_CAPTURE_SET{REMOTE_GROUP_APP, 17};
-constexpr RemoteCommand SCHEDULED_FORMAT_SET{REMOTE_GROUP_APP, 19};
-constexpr RemoteCommand PRESET_LOAD{REMOTE_GROUP_PRESET, 12};
 
 // Image controls that each family of flat modes has an action of its own for.
 struct VellixRow {
@@ -174,7 +168,7 @@ int32_t refuse_without_record(const SettingWrite &write, const char *record)
 
 int32_t send_byte(const SettingWrite &write, RemoteCommand command, uint8_t value)
 {
-    return camera_if_settings_set_value(write.context, command.group, command.action, &value, sizeof value);
+    return camera_if_settings_set_value(write.context, group_of(command), action_of(command), &value, sizeof value);
 }
 
 // Most significant byte first, 1, 2 or 4 bytes of the value.
@@ -214,13 +208,14 @@ int32_t set_vellix(const SettingWrite &write, const VellixRow &row)
     }
     const uint8_t flat_mode = write.settings->bytes[SETTINGS_SETUP_CURRENT_FLAT_MODE];
     if (usesVideoSettings(flat_mode)) {
-        return send_byte(write, {REMOTE_GROUP_VIDEO, row.video_action}, write.low());
+        return send_byte(write, RemoteCommand{remote_command(REMOTE_GROUP_VIDEO, row.video_action)}, write.low());
     }
     if (usesPhotoSettings(flat_mode)) {
-        return send_byte(write, {REMOTE_GROUP_PHOTO, row.photo_action}, write.low());
+        return send_byte(write, RemoteCommand{remote_command(REMOTE_GROUP_PHOTO, row.photo_action)}, write.low());
     }
     if (usesMultiShotSettings(flat_mode)) {
-        return send_byte(write, {REMOTE_GROUP_MULTISHOT, row.multi_shot_action}, write.low());
+        return send_byte(write, RemoteCommand{remote_command(REMOTE_GROUP_MULTISHOT, row.multi_shot_action)},
+                         write.low());
     }
     ZV_LOG(ZV_LOG_ERROR, row.no_family, DISPATCHER, __LINE__, static_cast<int8_t>(flat_mode));
     return ZV_ERR;
@@ -348,7 +343,7 @@ int32_t set_front_display(const SettingWrite &write)
     if (write.low() == write.settings->bytes[SETTINGS_SETUP_FRONT_LCD_DISPLAY_MODE]) {
         return ZV_OK;
     }
-    return send_byte(write, FRONT_DISPLAY_SET, write.low());
+    return send_byte(write, REMOTE_SETUP_FRONT_LCD_DISPLAY_MODE_SET, write.low());
 }
 
 int32_t set_scheduled_capture(const SettingWrite &write)
@@ -366,14 +361,14 @@ int32_t set_scheduled_capture(const SettingWrite &write)
         return ZV_ERR_INVALID_PARAM;
     }
     if (static_cast<uint16_t>(write.value) != 0) {
-        if (const int32_t result = send_byte(write, SCHEDULED_FORMAT_SET, format); result != ZV_OK) {
+        if (const int32_t result = send_byte(write, REMOTE_APP_SCHEDULED_FORMAT_SET, format); result != ZV_OK) {
             ZV_LOG(ZV_LOG_ERROR, "Error setting scheduled capture format");
             return result;
         }
     }
     const uint8_t schedule[] = {enabled, hour, minute};
-    return camera_if_settings_set_value(write.context, SCHEDULED_CAPTURE_SET.group, SCHEDULED_CAPTURE_SET.action,
-                                        schedule, sizeof schedule);
+    return camera_if_settings_set_value(write.context, group_of(REMOTE_APP_SCHEDULED_CAPTURE_SET),
+                                        action_of(REMOTE_APP_SCHEDULED_CAPTURE_SET), schedule, sizeof schedule);
 }
 
 // Unlike the values of the plain writes a preset id goes out least significant byte first.
@@ -387,7 +382,8 @@ int32_t load_preset(const SettingWrite &write, std::span<const uint32_t> presets
     }
     uint8_t payload[sizeof preset];
     put_le32(payload, preset);
-    return camera_if_settings_set_value(write.context, PRESET_LOAD.group, PRESET_LOAD.action, payload, sizeof payload);
+    return camera_if_settings_set_value(write.context, group_of(REMOTE_PRESET_LOAD), action_of(REMOTE_PRESET_LOAD),
+                                        payload, sizeof payload);
 }
 
 const EasySpeed *find_easy_speed(uint8_t speed)

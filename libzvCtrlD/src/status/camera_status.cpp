@@ -222,7 +222,7 @@ bool takes_part_in_changes(const StatusField &row, const PushNotification &push)
         return false;
     }
     if (!is_in_record(row.offset)) {
-        ZV_LOG(ZV_LOG_ERROR, "WARNING: discarding %s at invalid offset of %d", row.name, row.offset);
+        ZV_LOG(ZV_LOG_ERROR, "WARNING: discarding %s at invalid offset of %d", camera_status_name(row.id), row.offset);
         return false;
     }
     return push.mode != 0;

@@ -36,7 +36,6 @@ struct StatusField {
     StatusOutput output;
     uint8_t size;   // in bytes, of a number or text; other outputs know what they read
     int16_t offset; // in appc_system_all_status
-    char name[43];  // for log lines only
 };
 
 inline constexpr size_t STATUS_COUNT = 119;

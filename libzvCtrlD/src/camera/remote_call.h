@@ -1,11 +1,11 @@
 // The engines of the remote commands: nearly every camera operation is one line over one of them. Internal to the
 // library.
 //
-// A command is a group and an action of the remote API; its name is the firmware's. The log lines of an engine name the
-// public function that called it, by its source location.
+// The log lines of an engine name the public function that called it, by its source location.
 #pragma once
 
 #include "log_at.h"
+#include "remote_commands.h"
 #include "zvc_commands.h"
 
 #include <algorithm>
@@ -13,11 +13,6 @@
 #include <utility>
 
 namespace zv {
-
-struct RemoteCommand {
-    uint8_t group;
-    uint8_t action;
-};
 
 // The messages of a read. A source file's messages end in a line feed or not, all alike.
 struct ReadTexts {

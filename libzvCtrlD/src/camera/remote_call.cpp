@@ -1,4 +1,4 @@
-#include "remote_command.h"
+#include "remote_call.h"
 
 #include "bytes.h"
 
@@ -17,7 +17,8 @@ int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::in
 {
     assert(payload.size() <= PAYLOAD_MAX);
     uint8_t request[REMOTE_API_HEADER_SIZE + PAYLOAD_MAX];
-    zvc_init_remote_api_input_header(request, command.group, command.action, static_cast<uint16_t>(payload.size()));
+    zvc_init_remote_api_input_header(request, group_of(command), action_of(command),
+                                     static_cast<uint16_t>(payload.size()));
     std::copy(payload.begin(), payload.end(), request + REMOTE_API_HEADER_SIZE);
     const auto size = static_cast<int32_t>(REMOTE_API_HEADER_SIZE + payload.size());
     if (answer == nullptr) {
