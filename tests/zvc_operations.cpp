@@ -14,7 +14,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <numeric>
-#include <regex>
 
 using namespace test;
 using testing::ElementsAre;
@@ -25,14 +24,12 @@ using Context = zvc_msg_q_context_t;
 using Values = std::vector<int64_t>;
 using Lines = std::vector<std::string>;
 
-// Level and message of the lines that one source file logged, without those of the exchange, which shares a file with
-// some operations.
+// Level and message of the lines that one source file logged.
 Lines messages_of(const std::string &file)
 {
     Lines messages;
     for (const std::string &line : log_lines()) {
-        if (line.find(" @" + file + ":") != std::string::npos &&
-            !std::regex_search(line, std::regex("^[A-Z]+ (c/a/as/r/rs|zvmsg|gid/aid|Timed out)"))) {
+        if (line.find(" @" + file + ":") != std::string::npos) {
             messages.push_back(line.substr(0, line.rfind(" @")));
         }
     }
@@ -68,7 +65,8 @@ struct Write {
 
 #define WRITE(function, ...) #function, [](Context * c) { return function(c __VA_OPT__(, ) __VA_ARGS__); }
 
-const char COMMANDS[] = "zvc_commands.cpp", VIDEO[] = "zvc_video.cpp", PHOTO[] = "zvc_photo.cpp";
+const char APP[] = "zvc_app.cpp", SYSTEM[] = "zvc_system.cpp", AUDIO[] = "zvc_audio.cpp", PRESET[] = "zvc_preset.cpp";
+const char VIDEO[] = "zvc_video.cpp", STREAM[] = "zvc_stream.cpp", PHOTO[] = "zvc_photo.cpp";
 const char MULTISHOT[] = "zvc_multishot.cpp", BROADCAST[] = "zvc_broadcast.cpp", SETUP[] = "zvc_setup.cpp";
 const char SETTINGS[] = "zvc_settings.cpp", FWUPDATE[] = "zvc_fwupdate.cpp", STORAGE[] = "zvc_storage.cpp";
 
@@ -83,11 +81,11 @@ const Write WRITES[] = {
     {WRITE(zvc_video_vellix_iso_mode_set, 1), 2, 42, {1}, VIDEO, "INFO iso_mode, 1"},
     {WRITE(zvc_video_set_video_bit_rate, 0x101), 2, 68, {1}, VIDEO, "INFO bit_rate, 257"},
     {WRITE(zvc_video_set_video_bit_depth, 2), 2, 93, {2}, VIDEO, "INFO bit_depth, 2"},
-    {WRITE(zvc_video_set_rushlapse_speed_ramp, 6), 2, 81, {6}, COMMANDS, ""},
-    {WRITE(zvc_video_set_rushlapse_speed_ramp_active, 1), 2, 83, {1}, COMMANDS, ""},
-    {WRITE(zvc_stream_set_gop_size, 15), 10, 3, {15}, VIDEO, ""},
-    {WRITE(zvc_stream_set_idr_interval, 2), 10, 5, {2}, VIDEO, ""},
-    {WRITE(zvc_stream_set_bit_rate, 0x1234), 10, 7, {0x34}, VIDEO, ""},
+    {WRITE(zvc_video_set_rushlapse_speed_ramp, 6), 2, 81, {6}, VIDEO, ""},
+    {WRITE(zvc_video_set_rushlapse_speed_ramp_active, 1), 2, 83, {1}, VIDEO, ""},
+    {WRITE(zvc_stream_set_gop_size, 15), 10, 3, {15}, STREAM, ""},
+    {WRITE(zvc_stream_set_idr_interval, 2), 10, 5, {2}, STREAM, ""},
+    {WRITE(zvc_stream_set_bit_rate, 0x1234), 10, 7, {0x34}, STREAM, ""},
     {WRITE(zvc_photo_vellix_reset), 3, 22, {}, PHOTO, ""},
     {WRITE(zvc_photo_vellix_iso_set, 5), 3, 19, {5}, PHOTO, "INFO iso_max, 5\n"},
     {WRITE(zvc_photo_vellix_iso_min_set, 3), 3, 29, {3}, PHOTO, "INFO iso_min, 3\n"},
@@ -106,22 +104,22 @@ const Write WRITES[] = {
     {WRITE(zvc_broadcast_set_idr_interval, 30), 5, 19, {0, 0, 0, 30}, BROADCAST, ""},
     {WRITE(zvc_broadcast_set_bit_rate, 4000000), 5, 21, {0, 0x3D, 0x09, 0}, BROADCAST, ""},
     {WRITE(zvc_broadcast_set_window_size, 9), 5, 23, {9}, BROADCAST, ""},
-    {WRITE(zvc_app_set_mode, 2), 1, 1, {2}, COMMANDS, "INFO m, 2"},
-    {WRITE(zvc_app_set_set_mode, 3), 1, 1, {3}, COMMANDS, "INFO m, 3"},
-    {WRITE(zvc_app_set_mode_sub_mode, 1, 2), 1, 5, {1, 2}, COMMANDS, "INFO m/sm, 1,2"},
-    {WRITE(zvc_app_set_digital_zoom, 50), 1, 12, {50}, COMMANDS, "INFO z, 50"},
-    {WRITE(zvc_app_set_capture_delay, 3), 1, 15, {3}, COMMANDS, ""},
-    {WRITE(zvc_system_set_lens_mode, 1), 17, 22, {1, 0xFF}, COMMANDS, ""},
-    {WRITE(zvc_system_set_lens, 1), 17, 22, {0xFF, 1}, COMMANDS, ""},
-    {WRITE(zvc_system_set_lens_type, 2), 8, 38, {2}, COMMANDS, ""},
-    {WRITE(zvc_system_set_lens_status, -2), 8, 47, {0xFE}, COMMANDS, "INFO lens_status:-2"},
-    {WRITE(zvc_system_set_button, 4, 9), 8, 18, {4, 9}, COMMANDS, ""},
-    {WRITE(zvc_system_set_rc_rotation, 200), 7, 77, {200}, COMMANDS, ""},
-    {WRITE(zvc_setup_set_orientation, 255), 7, 9, {255}, COMMANDS, ""},
-    {WRITE(zvc_audio_set_audio_option, 2), 14, 3, {2}, COMMANDS, ""},
-    {WRITE(zvc_audio_set_mic_option, 5), 14, 11, {5}, COMMANDS, ""},
+    {WRITE(zvc_app_set_mode, 2), 1, 1, {2}, APP, "INFO m, 2"},
+    {WRITE(zvc_app_set_set_mode, 3), 1, 1, {3}, APP, "INFO m, 3"},
+    {WRITE(zvc_app_set_mode_sub_mode, 1, 2), 1, 5, {1, 2}, APP, "INFO m/sm, 1,2"},
+    {WRITE(zvc_app_set_digital_zoom, 50), 1, 12, {50}, APP, "INFO z, 50"},
+    {WRITE(zvc_app_set_capture_delay, 3), 1, 15, {3}, APP, ""},
+    {WRITE(zvc_system_set_lens_mode, 1), 17, 22, {1, 0xFF}, SYSTEM, ""},
+    {WRITE(zvc_system_set_lens, 1), 17, 22, {0xFF, 1}, SYSTEM, ""},
+    {WRITE(zvc_system_set_lens_type, 2), 8, 38, {2}, SYSTEM, ""},
+    {WRITE(zvc_system_set_lens_status, -2), 8, 47, {0xFE}, SYSTEM, "INFO lens_status:-2"},
+    {WRITE(zvc_system_set_button, 4, 9), 8, 18, {4, 9}, SYSTEM, ""},
+    {WRITE(zvc_system_set_rc_rotation, 200), 7, 77, {200}, SYSTEM, ""},
+    {WRITE(zvc_setup_set_orientation, 255), 7, 9, {255}, SETUP, ""},
+    {WRITE(zvc_audio_set_audio_option, 2), 14, 3, {2}, AUDIO, ""},
+    {WRITE(zvc_audio_set_mic_option, 5), 14, 11, {5}, AUDIO, ""},
     {WRITE(zvc_settings_set_onscreen_control, 33, 2), 17, 17, {2, 33}, SETTINGS, "INFO control_type_id=2 onscreen_control_type=33"},
-    {WRITE(zvc_preset_onscreen_shortcuts_reset), 17, 18, {}, COMMANDS, ""},
+    {WRITE(zvc_preset_onscreen_shortcuts_reset), 17, 18, {}, PRESET, ""},
     {WRITE(zvc_storage_delete_last), 9, 9, {}, STORAGE, ""},
     {WRITE(zvc_storage_delete_all), 9, 10, {}, STORAGE, ""},
     {WRITE(zvc_fwupdate_flashing_start), 11, 0, {}, FWUPDATE, ""},
@@ -283,18 +281,18 @@ const Read READS[] = {
     {READ(zvc_broadcast_get_progress_counter), 5, 24, {1, 2, 3, 4}, {0x01020304}, BROADCAST, FEED, "INFO progress counter 16909060\n", 1},
     {READ_RECORD(zvc_broadcast_get_settings), 5, 25, ascending<Bytes>(20), ascending<Values>(20), BROADCAST, FEED, ""},
     {READ_RECORD(zvc_broadcast_get_status), 5, 26, ascending<Bytes>(12), ascending<Values>(12), BROADCAST, FEED, ""},
-    {READ(zvc_app_get_mode_sub_mode), 1, 4, {1, 0xC2}, {1, 0xC2}, COMMANDS, PLAIN, "INFO m/sm, 1,194"},
-    {READ(zvc_app_get_mode_flat_mode), 1, 7, {12, 3}, {3, 12}, COMMANDS, PLAIN, "INFO m/fm, 3,12"},
-    {READ(zvc_app_get_digital_zoom), 1, 11, {100}, {100}, COMMANDS, PLAIN, "INFO z, 100"},
-    {READ(zvc_app_get_capture_delay), 1, 14, {3}, {3}, COMMANDS, PLAIN, "INFO capture_delay, 3"},
-    {READ(zvc_system_get_lens_mode), 17, 21, {0xF1, 2}, {-15}, COMMANDS, QUIET, ""},
-    {READ(zvc_system_get_lens), 17, 21, {1, 0xF2}, {-14}, COMMANDS, QUIET, ""},
-    {READ(zvc_system_get_lenses), 17, 21, {1, 0xFF}, {1, -1}, COMMANDS, QUIET, ""},
-    {READ(zvc_system_get_lens_type), 8, 37, {0xFF}, {-1}, COMMANDS, QUIET, ""},
-    {READ(zvc_system_get_lens_status), 8, 46, {0x81}, {-127}, COMMANDS, LENS_STATUS, ""},
-    {READ(zvc_system_get_power_profile), 8, 41, {0xFF}, {255}, COMMANDS, POWER_PROFILE, ""},
-    {READ(zvc_setup_get_orientation), 7, 8, {0xFF}, {255}, COMMANDS, ORIENTATION, ""},
-    {READ(zvc_setup_get_camera_ux_mode), 7, 73, {1}, {1}, COMMANDS, UX_MODE, ""},
+    {READ(zvc_app_get_mode_sub_mode), 1, 4, {1, 0xC2}, {1, 0xC2}, APP, PLAIN, "INFO m/sm, 1,194"},
+    {READ(zvc_app_get_mode_flat_mode), 1, 7, {12, 3}, {3, 12}, APP, PLAIN, "INFO m/fm, 3,12"},
+    {READ(zvc_app_get_digital_zoom), 1, 11, {100}, {100}, APP, PLAIN, "INFO z, 100"},
+    {READ(zvc_app_get_capture_delay), 1, 14, {3}, {3}, APP, PLAIN, "INFO capture_delay, 3"},
+    {READ(zvc_system_get_lens_mode), 17, 21, {0xF1, 2}, {-15}, SYSTEM, QUIET, ""},
+    {READ(zvc_system_get_lens), 17, 21, {1, 0xF2}, {-14}, SYSTEM, QUIET, ""},
+    {READ(zvc_system_get_lenses), 17, 21, {1, 0xFF}, {1, -1}, SYSTEM, QUIET, ""},
+    {READ(zvc_system_get_lens_type), 8, 37, {0xFF}, {-1}, SYSTEM, QUIET, ""},
+    {READ(zvc_system_get_lens_status), 8, 46, {0x81}, {-127}, SYSTEM, LENS_STATUS, ""},
+    {READ(zvc_system_get_power_profile), 8, 41, {0xFF}, {255}, SYSTEM, POWER_PROFILE, ""},
+    {READ(zvc_setup_get_orientation), 7, 8, {0xFF}, {255}, SETUP, ORIENTATION, ""},
+    {READ(zvc_setup_get_camera_ux_mode), 7, 73, {1}, {1}, SETUP, UX_MODE, ""},
     {READ(zvc_setup_get_video_format), 7, 18, {1}, {1}, SETUP, FEED, "INFO video_format 1\n"},
     {READ(zvc_settings_get_onscreen_control), 17, 16, {2, 0xA1}, {2, -95}, SETTINGS, QUIET_FEED, "INFO response[0]=2 response[1]=161"},
 };

@@ -2,21 +2,14 @@
 
 #include "bytes.h"
 
-#include <cassert>
+#include <algorithm>
 
 namespace zv {
 
-namespace {
-
-constexpr size_t PAYLOAD_MAX = 13;
-
-} // namespace
-
-int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::initializer_list<uint8_t> payload,
-                    Payload *answer)
+int32_t remote_send_bytes(zvc_msg_q_context_t *context, RemoteCommand command, std::span<const uint8_t> payload,
+                          Payload *answer)
 {
-    assert(payload.size() <= PAYLOAD_MAX);
-    uint8_t request[REMOTE_API_HEADER_SIZE + PAYLOAD_MAX];
+    uint8_t request[REMOTE_API_HEADER_SIZE + REMOTE_PAYLOAD_MAX];
     zvc_init_remote_api_input_header(request, group_of(command), action_of(command),
                                      static_cast<uint16_t>(payload.size()));
     std::copy(payload.begin(), payload.end(), request + REMOTE_API_HEADER_SIZE);
@@ -28,6 +21,11 @@ int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::in
     const int32_t result = zvc_send_remote_api(context, request, size, &bytes, &answer->size);
     answer->bytes = bytes;
     return result;
+}
+
+int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, Payload *answer)
+{
+    return remote_send_bytes(context, command, {}, answer);
 }
 
 int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &texts, const SourceLocation &where)
@@ -42,7 +40,7 @@ int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &te
 int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,
                     Payload &answer, const SourceLocation &where)
 {
-    const int32_t result = remote_send(context, command, {}, &answer);
+    const int32_t result = remote_send(context, command, &answer);
     if (texts.opening != nullptr) {
         ZV_LOG_AT(where, ZV_LOG_INFO, texts.opening, answer.size, result);
     }
@@ -94,12 +92,12 @@ int32_t remote_set_be32(zvc_msg_q_context_t *context, RemoteCommand command, uin
 {
     uint8_t bytes[sizeof value];
     put_be32(bytes, value);
-    return remote_send(context, command, {bytes[0], bytes[1], bytes[2], bytes[3]});
+    return remote_send(context, command, bytes);
 }
 
 int32_t remote_action(zvc_msg_q_context_t *context, RemoteCommand command)
 {
-    return remote_send(context, command, {});
+    return remote_send(context, command);
 }
 
 } // namespace zv

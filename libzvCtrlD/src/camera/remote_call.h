@@ -9,7 +9,8 @@
 #include "zvc_commands.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <cstddef>
+#include <span>
 #include <utility>
 
 namespace zv {
@@ -37,9 +38,24 @@ constexpr uint8_t low_byte(int32_t value)
     return static_cast<uint8_t>(value);
 }
 
-// Sends the command with a payload of up to 13 bytes. A null `answer` asks for no response.
-int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, std::initializer_list<uint8_t> payload,
-                    Payload *answer = nullptr);
+// The longest payload that is sent from the stack.
+inline constexpr size_t REMOTE_PAYLOAD_MAX = 13;
+
+// Sends the command with a payload of up to REMOTE_PAYLOAD_MAX bytes; more do not compile. A null `answer` asks for no
+// response.
+int32_t remote_send_bytes(zvc_msg_q_context_t *context, RemoteCommand command, std::span<const uint8_t> payload,
+                          Payload *answer);
+
+template <size_t SIZE>
+int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, const uint8_t (&payload)[SIZE],
+                    Payload *answer = nullptr)
+{
+    static_assert(SIZE <= REMOTE_PAYLOAD_MAX);
+    return remote_send_bytes(context, command, payload, answer);
+}
+
+// Sends the bare command.
+int32_t remote_send(zvc_msg_q_context_t *context, RemoteCommand command, Payload *answer = nullptr);
 
 // Sends the bare command and asks for at least `expected` bytes. A shorter answer is ZV_ERR_INVALID_PARAM.
 int32_t remote_read(zvc_msg_q_context_t *context, RemoteCommand command, uint16_t expected, const ReadTexts &texts,

@@ -4,6 +4,8 @@
 #include "bytes.h"
 #include "remote_call.h"
 
+#include <algorithm>
+
 namespace zv {
 
 constexpr int32_t WHITE_BALANCE_AUTO = 0;
@@ -17,7 +19,7 @@ inline int32_t read_white_balance(zvc_msg_q_context_t *context, RemoteCommand ge
                                   int32_t &white_balance, const SourceLocation &where = SourceLocation::current())
 {
     Payload answer;
-    int32_t result = remote_send(context, get, {}, &answer);
+    int32_t result = remote_send(context, get, &answer);
     white_balance = WHITE_BALANCE_AUTO;
     if (result == ZV_OK) {
         uint8_t bytes[sizeof white_balance] = {};

@@ -379,17 +379,12 @@ int32_t zvc_video_set_video_bit_depth(zvc_msg_q_context_t *context, uint32_t dep
     return remote_set(context, REMOTE_VIDEO_BIT_DEPTH_SET, static_cast<int32_t>(depth), {"bit_depth, %d"});
 }
 
-int32_t zvc_stream_set_gop_size(zvc_msg_q_context_t *context, int32_t value)
+int32_t zvc_video_set_rushlapse_speed_ramp(zvc_msg_q_context_t *context, int32_t value)
 {
-    return remote_set(context, REMOTE_STREAM_GOP_SIZE_SET, value);
+    return remote_set(context, REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_SET, value);
 }
 
-int32_t zvc_stream_set_idr_interval(zvc_msg_q_context_t *context, int32_t value)
+int32_t zvc_video_set_rushlapse_speed_ramp_active(zvc_msg_q_context_t *context, int32_t value)
 {
-    return remote_set(context, REMOTE_STREAM_IDR_INTERVAL_SET, value);
-}
-
-int32_t zvc_stream_set_bit_rate(zvc_msg_q_context_t *context, int32_t value)
-{
-    return remote_set(context, REMOTE_STREAM_BIT_RATE_SET, value);
+    return remote_set(context, REMOTE_VIDEO_RUSHLAPSE_SPEED_RAMP_ACTIVE_SET, value);
 }
