@@ -2,7 +2,8 @@
 // option ids from a direct table for each setting.
 #pragma once
 
-#include "camera_settings_catalogue.h"
+#include "camera_settings_tables.h"
+#include "camera_settings_values.h"
 #include "records.h"
 
 #include <array>
@@ -30,7 +31,8 @@ class OptionTables {
 
     uint32_t id(uint32_t setting, uint32_t value, uint32_t flat_mode) const
     {
-        const Table &table = zv::is_shortcut(setting) ? m_shortcuts[setting - 129][flat_mode] : m_tables[setting];
+        const Table &table = zv::info_of(setting).read.way == zv::Read::SHORTCUT ? m_shortcuts[setting - 129][flat_mode]
+                                                                                 : m_tables[setting];
         return value < LISTED ? table.ids[value] : table.large_is_itself ? value : table.large;
     }
 

@@ -1,6 +1,7 @@
 #include "camera_settings.h"
 
-#include "camera_settings_catalogue.h"
+#include "camera_settings_tables.h"
+#include "camera_settings_values.h"
 #include "camera_status_fields.h"
 #include "interpose.h"
 

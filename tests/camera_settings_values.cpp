@@ -1,6 +1,7 @@
+#include "camera_settings_values.h"
 #include "bytes.h"
 #include "camera_settings.h"
-#include "camera_settings_catalogue.h"
+#include "camera_settings_tables.h"
 #include "interpose.h"
 
 #include <algorithm>

@@ -1,16 +1,20 @@
 #include "camera_settings.h"
 
-#include "camera_settings_catalogue.h"
+#include "camera_settings_options.h"
+#include "camera_settings_rules.h"
+#include "camera_settings_tables.h"
+#include "camera_settings_values.h"
+#include "flat_modes.h"
 #include "json_writer.h"
 
 #include <atomic>
 #include <cstdio>
 #include <mutex>
+#include <string_view>
 
 namespace {
 
 using zv::is_sable_knoll;
-using zv::is_shortcut;
 
 // A map that callers are given: empty at first, filled by the first call with a sable_knoll model and then the same for
 // good. It is never destroyed, so that a caller may still read it while the process ends.
@@ -39,27 +43,38 @@ WorkingCopy<zv::OptionLists> cameraOptions;
 WorkingCopy<zv::FilterRules> cameraFilters;
 WorkingCopy<ModeGroups> cameraUIModeGroups;
 
-// The copies that no caller sees are answered from constant tables; what stands here is whether they are filled.
-std::atomic<bool> cameraOptionValues = false; // with them cameraDefaultOptions: the same functions fill both
+// The values by id and the default options are looked up in constant tables, and no caller sees a copy of them: the
+// flag says only whether a model that has options was named yet.
+std::atomic<bool> option_values_filled = false;
 
 enum class BypassSet { EMPTY, DEFAULT, SABLE_KNOLL };
 std::atomic<BypassSet> cameraBypassPresetEditStart = BypassSet::EMPTY;
 
 constexpr const char *sable_knoll_open_zelvar_version = "2.0";
 
-constexpr zv::FlatModes VIDEO_SETTINGS_MODES{12, 13, 14, 15, 23, 24, 25, 27};
+// Two options of the shortcuts that share a value; the flat mode tells which one is meant.
+struct TwinOptions {
+    uint32_t value;
+    uint32_t id;
+    uint32_t id_in_modes;
+    zv::FlatModeSet modes;
+};
 
-// Two shortcuts share a value with a second one; the flat mode tells which one is meant.
-constexpr uint32_t FLAT_MODE_VIDEO = 12;
-constexpr uint32_t FLAT_MODE_LOOPING = 15;
-constexpr uint32_t FLAT_MODE_SINGLE_PHOTO = 16;
+consteval TwinOptions twins(std::string_view key, std::string_view key_in_modes, zv::FlatModeSet modes)
+{
+    const zv::Option &option = zv::option_with_key(zv::ONSCREEN_SHORTCUTS, key);
+    return {option.value, option.id, zv::option_with_key(zv::ONSCREEN_SHORTCUTS, key_in_modes).id, modes};
+}
 
-constexpr uint32_t INTERVAL_VALUE = 13;
-constexpr uint32_t INTERVAL_ID = 13;
-constexpr uint32_t LOOPING_INTERVAL_ID = 109;
-constexpr uint32_t SHUTTER_VALUE = 6;
-constexpr uint32_t SHUTTER_ID = 6;
-constexpr uint32_t VIDEO_SHUTTER_ID = 111;
+constexpr TwinOptions TWIN_OPTIONS[] = {
+    twins("INTERVAL", "LOOPING_INTERVAL", {zv::FLAT_MODE_LOOPING}),
+    twins("SHUTTER", "VIDEO_SHUTTER", {zv::FLAT_MODE_VIDEO, zv::FLAT_MODE_SINGLE_PHOTO}),
+};
+
+bool is_shortcut(uint32_t setting)
+{
+    return zv::info_of(setting).read.way == zv::Read::SHORTCUT;
+}
 
 ModeGroups make_mode_groups()
 {
@@ -68,23 +83,22 @@ ModeGroups make_mode_groups()
 
 uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)
 {
-    if (value == INTERVAL_VALUE) {
-        return flat_mode == FLAT_MODE_LOOPING ? LOOPING_INTERVAL_ID : INTERVAL_ID;
-    }
-    if (value == SHUTTER_VALUE) {
-        return flat_mode == FLAT_MODE_VIDEO || flat_mode == FLAT_MODE_SINGLE_PHOTO ? VIDEO_SHUTTER_ID : SHUTTER_ID;
+    for (const TwinOptions &options : TWIN_OPTIONS) {
+        if (value == options.value) {
+            return options.modes.contains(flat_mode) ? options.id_in_modes : options.id;
+        }
     }
     return id;
 }
 
-// Fills cameraOptionValues where the model lets it; whether it is filled.
+// Sets the flag where the model has options; whether it is set.
 bool fill_option_values(uint32_t model)
 {
-    if (cameraOptionValues.load(std::memory_order_relaxed)) {
+    if (option_values_filled.load(std::memory_order_relaxed)) {
         return true;
     }
     if (is_sable_knoll(model)) {
-        cameraOptionValues.store(true, std::memory_order_relaxed);
+        option_values_filled.store(true, std::memory_order_relaxed);
         return true;
     }
     return false;
@@ -98,7 +112,7 @@ bool fill_option_values(uint32_t model)
     const zv::ValueRow row = known ? zv::VALUE_ROWS[setting] : zv::ValueRow{};
     uint32_t id = value;
     switch (row.reading) {
-    case zv::Reading::NO_OPTIONS:
+    case zv::Reading::NONE:
         ZV_LOG(ZV_LOG_ERROR, "Could not find option value:%u for setting:%u for camera:%d", value, setting,
                static_cast<int>(model));
         break;
@@ -176,17 +190,18 @@ bool bypassPresetEditStart(uint32_t setting, uint32_t model)
     if (cameraBypassPresetEditStart.compare_exchange_strong(set, wanted)) {
         set = wanted;
     }
-    return zv::bypasses_preset_edit(setting, set == BypassSet::SABLE_KNOLL);
+    const zv::SettingInfo &info = zv::info_of(setting);
+    return set == BypassSet::SABLE_KNOLL ? info.bypasses_sable_knoll : info.bypasses;
 }
 
 bool skipOptionCheck(uint32_t setting, uint32_t value)
 {
-    return zv::skips_option_check(setting, value);
+    return zv::is_good_unlisted(zv::info_of(setting).unlisted, value);
 }
 
 bool usesVideoSettings(uint32_t flat_mode)
 {
-    return VIDEO_SETTINGS_MODES.contains(flat_mode);
+    return zv::VIDEO_MODES.contains(flat_mode);
 }
 
 bool usesPhotoSettings(uint32_t flat_mode)
@@ -201,7 +216,7 @@ bool usesMultiShotSettings(uint32_t flat_mode)
 
 bool optionIdExists(uint32_t model, uint32_t setting, uint32_t id)
 {
-    if (zv::skips_option_check(setting, id)) {
+    if (skipOptionCheck(setting, id)) {
         return true;
     }
     const zv::OptionValues &settings = getOptionIds(model);
@@ -217,11 +232,10 @@ uint32_t getOptionIdByValue(uint32_t model, uint32_t setting, uint32_t value, ui
 uint32_t getOptionValueById(uint32_t model, uint32_t setting, uint32_t id)
 {
     const zv::OptionValues &settings = getOptionIds(model);
-    if (is_shortcut(setting) && id == LOOPING_INTERVAL_ID) {
-        return INTERVAL_VALUE;
-    }
-    if (is_shortcut(setting) && id == VIDEO_SHUTTER_ID) {
-        return SHUTTER_VALUE;
+    for (const TwinOptions &twin : TWIN_OPTIONS) {
+        if (is_shortcut(setting) && id == twin.id_in_modes) {
+            return twin.value;
+        }
     }
     if (const auto options = settings.find(setting); options != settings.end()) {
         if (const auto option = options->second.find(id); option != options->second.end()) {

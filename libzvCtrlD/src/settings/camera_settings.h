@@ -12,7 +12,10 @@
 #ifndef CAMERA_SETTINGS_H
 #define CAMERA_SETTINGS_H
 
-#include "camera_status.h"
+#include "camera_records.h"
+#include "camera_schedule.h"
+#include "camera_setting_ids.h"
+#include "zvDbg.h"
 
 #ifdef __cplusplus
 #include <map>

@@ -1,20 +1,19 @@
 #include "camera_settings_options.h"
 
-#include "camera_settings_catalogue.h"
-
 #include <algorithm>
 #include <iterator>
+#include <span>
 #include <string_view>
 
 namespace zv {
 
 namespace {
 
-constexpr uint32_t SETTING_STREAM_BIT_RATE = 62;
+// ---- The lists ----
 
-constexpr bool well_formed(const SettingOptions &row)
+constexpr bool has_sound_options(const Setting &setting)
 {
-    const auto &options = row.options;
+    const auto &options = setting.options;
     for (size_t i = 0; i < options.size(); ++i) {
         for (size_t j = 0; j < i; ++j) {
             if (options[i].id == options[j].id || std::string_view(options[i].key) == options[j].key) {
@@ -22,16 +21,12 @@ constexpr bool well_formed(const SettingOptions &row)
             }
         }
     }
-    return std::any_of(options.begin(), options.end(), [&](const Option &o) { return o.id == row.default_id; });
+    return options.empty() || std::any_of(options.begin(), options.end(),
+                                          [&](const Option &option) { return option.id == setting.default_id; });
 }
 
-static_assert(std::size(SETTING_OPTIONS) == 89);
-static_assert(std::all_of(std::begin(SETTING_OPTIONS), std::end(SETTING_OPTIONS), well_formed),
+static_assert(std::all_of(std::begin(SETTINGS), std::end(SETTINGS), has_sound_options),
               "keys and ids are unique in a list, and the default is one of them");
-static_assert(std::adjacent_find(std::begin(SETTING_OPTIONS), std::end(SETTING_OPTIONS),
-                                 [](const auto &a, const auto &b) { return a.setting >= b.setting; }) ==
-                  std::end(SETTING_OPTIONS),
-              "the settings ascend");
 
 // A setting's place in OPTIONS.
 struct OptionRange {
@@ -41,18 +36,17 @@ struct OptionRange {
 };
 
 constexpr auto OPTION_RANGES = [] {
-    std::array<OptionRange, std::size(SETTING_OPTIONS)> ranges = {};
+    std::array<OptionRange, setting_count(true)> ranges = {};
+    auto next = ranges.begin();
     uint16_t first = 0;
-    std::transform(std::begin(SETTING_OPTIONS), std::end(SETTING_OPTIONS), ranges.begin(), [&](const auto &row) {
-        const auto count = static_cast<uint16_t>(row.options.size());
-        const OptionRange range = {static_cast<uint8_t>(row.setting), first, count};
-        first = static_cast<uint16_t>(first + count);
-        return range;
-    });
+    for (const Setting &setting : SETTINGS) {
+        if (const auto count = static_cast<uint16_t>(setting.options.size()); count != 0) {
+            *next++ = {static_cast<uint8_t>(setting.id), first, count};
+            first = static_cast<uint16_t>(first + count);
+        }
+    }
     return ranges;
 }();
-
-static_assert(OPTION_RANGES.back().first + OPTION_RANGES.back().count == OPTION_COUNT);
 
 std::span<const Option> options_of(const OptionRange &range)
 {
@@ -61,34 +55,14 @@ std::span<const Option> options_of(const OptionRange &range)
 
 // ---- Value to id ----
 
-constexpr Reading reading_of(const SettingOptions &row)
+constexpr uint32_t id_of(const Setting &setting, uint32_t value)
 {
-    if (is_shortcut(row.setting)) {
-        return Reading::SHORTCUT;
-    }
-    if (row.setting == SETTING_STREAM_BIT_RATE) {
-        return Reading::RATE;
-    }
-    return skips_option_check(row.setting, UINT32_MAX) ? Reading::TABLE_OR_ITSELF : Reading::TABLE;
-}
-
-constexpr uint32_t table_end(const SettingOptions &row)
-{
-    uint32_t end = 0;
-    for (const Option &option : row.options) {
-        end = std::max(end, option.value + 1);
-    }
-    return end;
-}
-
-constexpr uint32_t id_of(const SettingOptions &row, uint32_t value)
-{
-    for (const Option &option : row.options) {
+    for (const Option &option : setting.options) {
         if (option.value == value) {
             return option.id;
         }
     }
-    return skips_option_check(row.setting, value) ? value : row.default_id;
+    return is_good_unlisted(setting.unlisted, value) ? value : setting.default_id;
 }
 
 constexpr auto VALUE_TABLES = [] {
@@ -97,24 +71,22 @@ constexpr auto VALUE_TABLES = [] {
         std::array<uint16_t, VALUE_ID_COUNT> ids;
     } tables = {};
     size_t next = 0;
-    for (const SettingOptions &row : SETTING_OPTIONS) {
-        const Reading reading = reading_of(row);
-        if (reading == Reading::RATE) {
-            tables.rows[row.setting] = {0, 0, reading};
+    for (const Setting &setting : SETTINGS) {
+        ValueRow &row = tables.rows[setting.id];
+        row.reading = reading_of(setting);
+        if (!has_table(setting)) {
             continue;
         }
-        const uint32_t end = table_end(row);
-        tables.rows[row.setting] = {static_cast<uint16_t>(next), static_cast<uint16_t>(end), reading};
+        const uint32_t end = table_end(setting);
+        row.first = static_cast<uint16_t>(next);
+        row.end = static_cast<uint16_t>(end);
         for (uint32_t value = 0; value <= end; ++value) {
-            const uint32_t id = id_of(row, value);
+            const uint32_t id = id_of(setting, value);
             if (id > UINT16_MAX) {
                 throw "an id does not fit in the table";
             }
             tables.ids[next++] = static_cast<uint16_t>(id);
         }
-    }
-    if (next != VALUE_ID_COUNT) {
-        throw "VALUE_ID_COUNT is another";
     }
     return tables;
 }();
@@ -127,8 +99,8 @@ constexpr auto BIT_RATES = [] {
 }();
 
 constexpr uint32_t DEFAULT_BIT_RATE =
-    std::find_if(std::begin(SETTING_OPTIONS), std::end(SETTING_OPTIONS), [](const SettingOptions &row) {
-        return row.setting == SETTING_STREAM_BIT_RATE;
+    std::find_if(std::begin(SETTINGS), std::end(SETTINGS), [](const Setting &setting) {
+        return setting.id == SETTING_STREAM_BIT_RATE;
     })->default_id;
 
 static_assert(std::all_of(std::begin(STREAM_BIT_RATE), std::end(STREAM_BIT_RATE),
@@ -139,8 +111,8 @@ static_assert(std::all_of(std::begin(STREAM_BIT_RATE), std::end(STREAM_BIT_RATE)
 constinit const std::array<Option, OPTION_COUNT> OPTIONS = [] {
     std::array<Option, OPTION_COUNT> options = {};
     auto next = options.begin();
-    for (const SettingOptions &row : SETTING_OPTIONS) {
-        next = std::copy(row.options.begin(), row.options.end(), next);
+    for (const Setting &setting : SETTINGS) {
+        next = std::copy(setting.options.begin(), setting.options.end(), next);
     }
     return options;
 }();

@@ -1,18 +1,18 @@
-#include "camera_settings_catalogue.h"
+#include "camera_settings_values.h"
 
 #include "bytes.h"
+#include "camera_schedule.h"
+#include "camera_settings_tables.h"
+#include "easy_mode.h"
 
-#include <algorithm>
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <cstdio>
-#include <iterator>
 
 namespace {
 
-using zv::FlatModes;
-using zv::MULTI_SHOT_MODES;
-using zv::PHOTO_MODES;
-using zv::SettingsSource;
+using namespace zv;
 
 // Flat modes that a setting was already reported not to support: each is logged once in a process.
 class ReportedModes {
@@ -30,41 +30,35 @@ class ReportedModes {
     std::atomic<uint64_t> m_words[4] = {};
 };
 
-ReportedModes ptGeneral;
-ReportedModes ptWhiteBalance;
-ReportedModes ptColor;
-ReportedModes ptSharpness;
-ReportedModes ptEV;
+// The lists of the image controls, in the order of their ids.
+enum { ptGeneral, ptWhiteBalance, ptColor, ptSharpness, ptEV, REPORTED_LISTS };
+static_assert(SETTING_VELLIX_EV - SETTING_VELLIX == ptEV);
 
-// The flat modes that read the video block; the shortcuts know two more.
-constexpr FlatModes VIDEO_MODES{12, 13, 14, 15, 24, 25, 27};
-constexpr FlatModes SHORTCUT_VIDEO_MODES{12, 13, 14, 15, 22, 23, 24, 25, 27};
+ReportedModes reported_modes[REPORTED_LISTS];
 
-// Modes without vellix settings, or without shortcuts, that are not worth a log line.
-constexpr FlatModes SILENT_MODES{23};
-constexpr FlatModes SHORTCUT_SILENT_MODES{4, 9, 28};
+// The broadcast writes the video block and does not read it; the shortcuts do, and know one mode more.
+constexpr FlatModeSet VIDEO_READ_MODES = VIDEO_MODES.without({FLAT_MODE_BROADCAST});
+constexpr FlatModeSet VIDEO_SHORTCUT_MODES = VIDEO_MODES.with({FLAT_MODE_22});
+
+// Modes without image controls, or without shortcuts, that are not worth a log line.
+constexpr FlatModeSet SILENT_MODES{FLAT_MODE_BROADCAST};
+constexpr FlatModeSet SHORTCUT_SILENT_MODES{FLAT_MODE_4, FLAT_MODE_9, FLAT_MODE_28};
 
 // The camera whose third and fourth shortcuts are its first two.
 constexpr uint32_t MODEL_WITH_TWO_SHORTCUTS = 51;
 
-// The offset of the same field in each block.
-struct BlockOffsets {
-    uint32_t video;
-    uint32_t photo;
-    uint32_t multi_shot;
-};
+constexpr uint16_t NO_PLACE = UINT16_MAX;
 
-constexpr uint32_t NO_BLOCK = UINT32_MAX;
-
-uint32_t offset_for(uint8_t flat_mode, const FlatModes &video_modes, const BlockOffsets &offsets)
+// The offset that a mode reads, of one for each block; NO_PLACE for a mode that reads none.
+uint16_t offset_for(uint8_t flat_mode, const FlatModeSet &video_modes, const uint16_t (&offsets)[3])
 {
     if (video_modes.contains(flat_mode)) {
-        return offsets.video;
+        return offsets[BLOCK_VIDEO];
     }
     if (PHOTO_MODES.contains(flat_mode)) {
-        return offsets.photo;
+        return offsets[BLOCK_PHOTO];
     }
-    return MULTI_SHOT_MODES.contains(flat_mode) ? offsets.multi_shot : NO_BLOCK;
+    return MULTI_SHOT_MODES.contains(flat_mode) ? offsets[BLOCK_MULTI_SHOT] : NO_PLACE;
 }
 
 uint8_t flat_mode_of(const SettingsSource &source)
@@ -97,44 +91,52 @@ int32_t plain_value(const settings_field_t &field, const SettingsSource &source)
         return 0;
     }
     const uint8_t *bytes = source.settings + offset;
-    return width == 4 ? static_cast<int32_t>(zv::le32(bytes)) : *bytes;
+    return width == 4 ? static_cast<int32_t>(le32(bytes)) : *bytes;
 }
 
-int32_t capture_delay(const SettingsSource &source)
+int32_t replaced_by(int32_t value, int32_t from, int32_t to)
 {
-    const uint32_t offset =
-        offset_for(flat_mode_of(source), VIDEO_MODES,
-                   {SETTINGS_VIDEO_CAPTURE_DELAY, SETTINGS_PHOTO_CAPTURE_DELAY, SETTINGS_MULTI_SHOT_CAPTURE_DELAY});
-    return offset != NO_BLOCK ? source.settings[offset] : 0;
+    return value == from ? to : value;
 }
 
-int32_t orientation(const SettingsSource &source)
+int32_t orientation(int32_t value)
 {
-    const int32_t value = signed_setting(source, SETTINGS_SETUP_ORIENTATION);
     return value >= 1 && value <= 4 ? 255 : value;
 }
 
-int32_t vellix(const SettingsSource &source, int32_t fallback, const BlockOffsets &offsets, ReportedModes &reported,
-               const char *feature)
+int32_t block_value(const SettingsSource &source, const uint16_t (&offsets)[3])
+{
+    const uint16_t offset = offset_for(flat_mode_of(source), VIDEO_READ_MODES, offsets);
+    return offset != NO_PLACE ? source.settings[offset] : 0;
+}
+
+const char *path_of(uint32_t setting, uint32_t model)
+{
+    uint32_t count = 0;
+    return camera_settings_id_table(model, &count)[setting].json_path;
+}
+
+int32_t image_control(uint32_t setting, const SettingsSource &source, int32_t fallback, const uint16_t (&offsets)[3])
 {
     const uint8_t flat_mode = flat_mode_of(source);
-    const uint32_t offset = offset_for(flat_mode, VIDEO_MODES, offsets);
-    if (offset != NO_BLOCK) {
+    const uint16_t offset = offset_for(flat_mode, VIDEO_READ_MODES, offsets);
+    if (offset != NO_PLACE) {
         return source.settings[offset];
     }
-    if (!SILENT_MODES.contains(flat_mode) && reported.add(flat_mode)) {
-        ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support %s", "get_field_value", flat_mode, feature);
+    if (!SILENT_MODES.contains(flat_mode) && reported_modes[setting - SETTING_VELLIX].add(flat_mode)) {
+        ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support %s", "get_field_value", flat_mode,
+               path_of(setting, source.model));
     }
     return fallback;
 }
 
-int32_t shortcut(const SettingsSource &source, int32_t fallback, uint32_t slot)
+int32_t shortcut_value(const SettingsSource &source, int32_t fallback, uint32_t slot)
 {
     const uint8_t flat_mode = flat_mode_of(source);
     const uint32_t offset = offset_for(
-        flat_mode, SHORTCUT_VIDEO_MODES,
+        flat_mode, VIDEO_SHORTCUT_MODES,
         {SETTINGS_VIDEO_ONSCREEN_SHORTCUTS, SETTINGS_PHOTO_ONSCREEN_SHORTCUTS, SETTINGS_MULTI_SHOT_ONSCREEN_SHORTCUTS});
-    if (offset != NO_BLOCK) {
+    if (offset != NO_PLACE) {
         return signed_setting(source, offset + (source.model == MODEL_WITH_TWO_SHORTCUTS ? slot % 2 : slot));
     }
     if (!SHORTCUT_SILENT_MODES.contains(flat_mode)) {
@@ -143,109 +145,46 @@ int32_t shortcut(const SettingsSource &source, int32_t fallback, uint32_t slot)
     return fallback;
 }
 
-// The time as camera_if_settings_set_value_int takes it back: hour in bits 8 to 12, minute in bits 2 to 7, then format
-// and enabled.
+// As camera_if_settings_set_value_int takes it back. The firmware's format is added as it is, also where it is no flag.
 int32_t scheduled_capture(const SettingsSource &source)
 {
     const int32_t enabled = signed_status(source, STATUS_APP_SCHEDULED_ENABLED);
     if (enabled != 1) {
         return 0;
     }
-    const int32_t hour = source.status[STATUS_APP_SCHEDULED_HOUR];
-    const int32_t minute = source.status[STATUS_APP_SCHEDULED_MINUTE];
-    return ((hour << 8 & 0x1F00) | (minute * 4 & 0xFF)) + 2 * signed_status(source, STATUS_APP_SCHEDULED_FORMAT) +
-           enabled;
+    const uint8_t hour = source.status[STATUS_APP_SCHEDULED_HOUR];
+    const uint8_t minute = source.status[STATUS_APP_SCHEDULED_MINUTE];
+    const auto time = static_cast<int32_t>(camera_schedule_pack({0, 0, minute, hour}));
+    return time + 2 * signed_status(source, STATUS_APP_SCHEDULED_FORMAT) + enabled;
 }
 
-// The easy mode's speed by what the camera is set to: a resolution a row, a frame rate a column, 0 for none.
-constexpr uint8_t SPEED_FPS[] = {8, 9, 5, 6, 1, 2, 0, 13};
+// The speeds by resolution and frame rate; 0 for none.
+constexpr auto SPEEDS = [] {
+    constexpr size_t RESOLUTIONS = 31;
+    constexpr size_t RATES = 14;
+    std::array<std::array<uint8_t, RATES>, RESOLUTIONS> speeds = {};
+    for (const EasySpeed &row : EASY_SPEEDS) {
+        speeds[row.resolution][row.fps] = row.speed;
+        speeds[row.resolution][row.fps_50hz] = row.speed_50hz;
+    }
+    return speeds;
+}();
 
-struct SpeedRow {
-    uint8_t resolution;
-    uint8_t speeds[sizeof SPEED_FPS];
-};
-
-// clang-format off
-constexpr SpeedRow SPEEDS[] = {
-    {24, {103, 107, 102, 106}},
-    { 1, {126, 127, 116, 117, 101, 105}},
-    { 4, {128, 129, 130, 131,   0,   0, 100, 104}},
-    { 9, {111, 115, 110, 114, 109, 113, 108, 112}},
-    {26, {122, 123}},
-    {28, {136, 137, 124, 125}},
-    {29, {118, 119, 120, 121}},
-    {30, {134, 135, 132, 133}},
-};
-// clang-format on
-
-constexpr int32_t SPEED_OTHERWISE_60_HZ = 103;
-constexpr int32_t SPEED_OTHERWISE_50_HZ = 107;
-
-int32_t easy_mode_speed(const SettingsSource &source)
+int32_t easy_speed(const SettingsSource &source)
 {
     const uint8_t resolution = source.settings[SETTINGS_VIDEO_RESOLUTION];
     const uint8_t fps = source.settings[SETTINGS_VIDEO_FPS];
-    const auto row = std::find_if(std::begin(SPEEDS), std::end(SPEEDS),
-                                  [=](const SpeedRow &candidate) { return candidate.resolution == resolution; });
-    const auto column = std::find(std::begin(SPEED_FPS), std::end(SPEED_FPS), fps);
-    if (row != std::end(SPEEDS) && column != std::end(SPEED_FPS)) {
-        if (const uint8_t speed = row->speeds[column - SPEED_FPS]; speed != 0) {
-            return speed;
-        }
+    if (resolution < SPEEDS.size() && fps < SPEEDS[0].size() && SPEEDS[resolution][fps] != 0) {
+        return SPEEDS[resolution][fps];
     }
-    return source.settings[SETTINGS_SETUP_VIDEO_FORMAT] == 0 ? SPEED_OTHERWISE_60_HZ : SPEED_OTHERWISE_50_HZ;
+    const bool at_60hz = source.settings[SETTINGS_SETUP_VIDEO_FORMAT] == 0;
+    return at_60hz ? EASY_SPEED_OTHERWISE.speed : EASY_SPEED_OTHERWISE.speed_50hz;
 }
 
-// The easy presets, by the preset that is active.
-int32_t easy_video_preset(const SettingsSource &source)
+int32_t preset_value(const SettingsSource &source, uint32_t group, uint32_t offset)
 {
-    switch (zv::le32(source.status + STATUS_APP_ACTIVE_VIDEO_PRESETS)) {
-    case 0xA0001:
-        return 1;
-    case 0xA0002:
-        return 2;
-    default:
-        return 0;
-    }
-}
-
-int32_t easy_photo_preset(const SettingsSource &source)
-{
-    return zv::le32(source.status + STATUS_APP_ACTIVE_PHOTO_PRESETS) == 0xC0001 ? 1 : 0;
-}
-
-int32_t easy_timelapse_preset(const SettingsSource &source)
-{
-    switch (zv::le32(source.status + STATUS_APP_ACTIVE_TIMELAPSE_PRESETS)) {
-    case 0xD0001:
-        return 1;
-    case 0xD0002:
-        return 2;
-    case 0xD0003:
-        return 3;
-    case 0x180000:
-    case 0x150000:
-        return 4;
-    case 0x180001:
-        return 5;
-    case 0x180002:
-        return 6;
-    case 0x180003:
-        return 7;
-    default:
-        return 0;
-    }
-}
-
-int32_t aspect_ratio(const SettingsSource &source)
-{
-    const bool multi_shot = MULTI_SHOT_MODES.contains(flat_mode_of(source));
-    return signed_setting(source, multi_shot ? SETTINGS_MULTI_SHOT_ASPECT_RATIO : SETTINGS_VIDEO_ASPECT_RATIO);
-}
-
-int32_t replaced(int32_t value, int32_t from, int32_t to)
-{
-    return value == from ? to : value;
+    const EasyPreset *preset = find_preset(le32(source.status + offset));
+    return preset != nullptr && preset->group == group ? preset->value : 0;
 }
 
 } // namespace
@@ -266,93 +205,38 @@ int32_t field_value(const settings_field_t &field, const SettingsSource &source)
     if (field.size != 1) {
         return plain;
     }
-    switch (field.id) {
-    case 2: // modes/video/settings/resolution
-        return replaced(plain, 13, 17);
-    case 105: // capture_delay
-        return capture_delay(source);
-    case 112: // modes/setup/settings/orientation
-        return orientation(source);
-    case 114: // vellix
-        return vellix(source, plain, {SETTINGS_VIDEO_VELLIX, SETTINGS_PHOTO_VELLIX, SETTINGS_MULTI_SHOT_VELLIX},
-                      ptGeneral, "vellix");
-    case 115: // vellix_white_balance
-        return vellix(source, plain,
-                      {SETTINGS_VIDEO_VELLIX_WHITE_BALANCE, SETTINGS_PHOTO_VELLIX_WHITE_BALANCE,
-                       SETTINGS_MULTI_SHOT_VELLIX_WHITE_BALANCE},
-                      ptWhiteBalance, "vellix_white_balance");
-    case 116: // vellix_color
-        return vellix(source, plain,
-                      {SETTINGS_VIDEO_VELLIX_COLOR, SETTINGS_PHOTO_VELLIX_COLOR, SETTINGS_MULTI_SHOT_VELLIX_COLOR},
-                      ptColor, "vellix_color");
-    case 117: // vellix_sharpness
-        return vellix(
-            source, plain,
-            {SETTINGS_VIDEO_VELLIX_SHARPNESS, SETTINGS_PHOTO_VELLIX_SHARPNESS, SETTINGS_MULTI_SHOT_VELLIX_SHARPNESS},
-            ptSharpness, "vellix_sharpness");
-    case 118: // vellix_ev
-        return vellix(source, plain,
-                      {SETTINGS_VIDEO_VELLIX_EV, SETTINGS_PHOTO_VELLIX_EV, SETTINGS_MULTI_SHOT_VELLIX_EV}, ptEV,
-                      "vellix_ev");
-    case 128: // format
-    case 144: // current_flat_mode
-        return flat_mode_of(source);
-    case 129: // onscreen_shortcuts_1
-    case 130:
-    case 131:
-    case 132: // onscreen_shortcuts_4
-        return shortcut(source, plain, field.id - 129);
-    case 135: // modes/video/settings/eis: what holds now, not what was set
-        return signed_status(source, STATUS_VIDEO_EIS);
-    case 148: // max_glidara
-        return signed_setting(source, SETTINGS_VIDEO_EIS_SETTING);
-    case 149: // wind_option
-        return replaced(signed_setting(source, SETTINGS_AUDIO_WIND_OPTION), 3, 2);
-    case 153: // mode_button
-        return signed_setting(source, SETTINGS_VIDEO_MODE_BUTTON);
-    case 155: // rushlapse_speed_ramp
-        return signed_setting(source, SETTINGS_VIDEO_RUSHLAPSE_SPEED_RAMP);
-    case 161: // default_camera_mode
-        return static_cast<int32_t>(le32(source.settings + SETTINGS_SETUP_DEFAULT_CAMERA_MODE));
-    case 162: // wide_optic_enable
-    case 189: // addon_lens_active
-        return signed_status(source, STATUS_SYSTEM_CAMERA_LENS_TYPE);
-    case 163: // modes/setup/settings/lens_dashboard_button
-    case 190: // addon_lens_status
-        return signed_setting(source, SETTINGS_SETUP_LENS_DASHBOARD_BUTTON);
-    case 164: // sound_cage_audio
-        return replaced(signed_setting(source, SETTINGS_AUDIO_SOUND_CAGE_AUDIO), 7, 1);
-    case 165: // horizon_lock
-        return signed_setting(source, SETTINGS_VIDEO_HORIZON_LOCK);
-    case 168: // scheduled_capture
-        return scheduled_capture(source);
-    case 169: // acc_mic_mode
-        return signed_setting(source, SETTINGS_SETUP_ACC_MIC_MODE);
-    case 174: // vellix_bitdepth
-        return signed_setting(source, SETTINGS_VIDEO_VELLIX_BITDEPTH);
-    case 176: // easy_mode_speed
-        return easy_mode_speed(source);
-    case 177: // easy_mode_night_photo
-    case 191: // easy_presets of photo
-        return easy_photo_preset(source);
-    case 178: // wireless_band
-        return signed_status(source, STATUS_WIRELESS_WIRELESS_BAND);
-    case 180: // power_profile
-        return signed_status(source, STATUS_SYSTEM_POWER_PROFILE);
-    case 182: // video_bit_rate
-        return signed_setting(source, SETTINGS_SETUP_VIDEO_BIT_RATE);
-    case 183: // video_bit_depth
-        return signed_setting(source, SETTINGS_SETUP_VIDEO_BIT_DEPTH);
-    case 186: // easy_presets of video
-        return easy_video_preset(source);
-    case 187: // easy_presets of time lapse
-        return easy_timelapse_preset(source);
-    case 192: // nlv_aspect_ratio
-    case 193: // easy_framing
-        return aspect_ratio(source);
-    default:
+    const auto &[way, numbers] = info_of(field.id).read;
+    switch (way) {
+    case Read::PLAIN:
         return plain;
+    case Read::REPLACED:
+        return replaced_by(plain, numbers[0], numbers[1]);
+    case Read::BYTE:
+        return source.settings[numbers[0]];
+    case Read::SIGNED:
+        return replaced_by(signed_setting(source, numbers[0]), numbers[1], numbers[2]);
+    case Read::NUMBER:
+        return static_cast<int32_t>(le32(source.settings + numbers[0]));
+    case Read::STATUS:
+        return signed_status(source, numbers[0]);
+    case Read::LOCKED_AS_ONE:
+        return orientation(signed_setting(source, numbers[0]));
+    case Read::OF_BLOCK:
+        return block_value(source, numbers);
+    case Read::OF_BLOCK_OR_PLAIN:
+        return image_control(field.id, source, plain, numbers);
+    case Read::MULTI_SHOT_OR:
+        return signed_setting(source, numbers[MULTI_SHOT_MODES.contains(flat_mode_of(source)) ? 0 : 1]);
+    case Read::SHORTCUT:
+        return shortcut_value(source, plain, numbers[0]);
+    case Read::SCHEDULE:
+        return scheduled_capture(source);
+    case Read::EASY_SPEED:
+        return easy_speed(source);
+    case Read::ACTIVE_PRESET:
+        return preset_value(source, numbers[0], numbers[1]);
     }
+    return plain;
 }
 
 } // namespace zv
