@@ -29,7 +29,6 @@ constexpr RuleCounts COUNTS = [] {
     }
     return counts;
 }();
-static_assert(COUNTS.elements == 945);
 
 // Where the options of each setting begin in OPTIONS, in the order of SETTINGS.
 constexpr auto FIRST_OPTIONS = [] {
