@@ -2,7 +2,7 @@
  * camera_setting_ids.h - the settings by name
  *
  * A setting's number is its id in every table, document and request (camera_settings.h). Which of them a camera has
- * depends on its generation: camera_settings_id_table tells, and has each setting's path.
+ * depends on its generation: camera_settings_id_table has its settings, each with its path.
  */
 #ifndef CAMERA_SETTING_IDS_H
 #define CAMERA_SETTING_IDS_H

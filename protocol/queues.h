@@ -8,7 +8,7 @@ namespace zv {
 inline constexpr char DAEMON_QUEUE[] = "/to_zvCtlD";
 inline constexpr char RELAY_QUEUE[] = "/to_zvnet";
 
-// The firmware's mailbox behind the relay: a name in messages, not a queue that anybody here opens.
+// The firmware's mailbox, which the relay serves: a name in messages, not a queue that anybody here opens.
 inline constexpr char CAMERA_QUEUE[] = "/to_camera";
 
 // A client's response queue on the daemon link: this and its process id.

@@ -67,7 +67,7 @@ int32_t check_size(const Payload &answer, uint16_t expected, const ReadTexts &te
 // What a read makes of a null output: it is logged, and nothing is sent. Returns ZV_ERR_INVALID_PARAM.
 int32_t refuse_null_output(const SourceLocation &where);
 
-// Remote getter of neighbouring bytes: payload byte i, converted to the value's type (as a signed byte for int8_t), in
+// Remote getter of the payload's first bytes: byte i, converted to the value's type (as a signed byte for int8_t), in
 // *values[i]. `text` logs the payload bytes at INFO, or is null.
 template <class Value, size_t COUNT>
 int32_t remote_get_bytes(zvc_msg_q_context_t *context, RemoteCommand command, Value *const (&values)[COUNT],
@@ -101,8 +101,8 @@ int32_t remote_get(zvc_msg_q_context_t *context, RemoteCommand command, Value *v
     return remote_get_bytes(context, command, {value}, text, texts, where);
 }
 
-// Remote getter of a big-endian number of 4 bytes, logged by `text` at INFO. An answer that is shorter than `least` is
-// logged as one that should have had `least` bytes, any other short one as one that should have had 4.
+// Remote getter of a big-endian number of 4 bytes, logged by `text` at INFO. A short answer logs the expected size:
+// `least` if it is shorter than that, otherwise 4.
 int32_t remote_get_be32(zvc_msg_q_context_t *context, RemoteCommand command, uint32_t *value, const char *text,
                         uint16_t least, const ReadTexts &texts,
                         const SourceLocation &where = SourceLocation::current());

@@ -1,10 +1,9 @@
 /*
  * zvc_commands.h - the camera link: command context, exchange, remote API framing, and the camera's common commands
  *
- * Every camera operation takes a command context and is one blocking exchange on it, at most 10 seconds long, unless
- * its comment says otherwise. A context and all that points into it belong to one thread at a time; threads with
- * contexts of their own do not disturb each other. Results are 0 or a negative code of zvDbg.h; those of the exchange
- * itself are
+ * A camera operation takes a command context and is one blocking exchange on it, at most 10 seconds long, unless its
+ * comment says otherwise. A context and all that points into it belong to one thread at a time; threads with contexts
+ * of their own do not disturb each other. Results are 0 or a negative code of zvDbg.h; those of the exchange itself are
  *
  *     ZV_ERR_INVALID_PARAM  the context is null or was never set up, or the answer has no valid form
  *     ZV_ERR_NO_RESPONSE    no answer in 10 seconds, or the receive failed
@@ -24,8 +23,8 @@ extern "C" {
 #endif
 
 /* ---- Command context ----------------------------------------------------------------------------------------------
- * One caller's standing pair of queues and its message buffer. The program that owns it fills in the first three
- * fields, and zeroes the others:
+ * One caller's pair of queues and its message buffer. The program that owns it fills in the first three fields, and
+ * zeroes the others:
  *
  *     mbox_name  the name of its reply queue, which it keeps alive
  *     mq_tx      opened for writing on the relay, "/to_zvnet"
@@ -37,7 +36,7 @@ typedef struct {
     mqd_t mq_rx;
     zvIoBuf_t iobuf;         /* the request, then the answer, in place */
     uint8_t rtos_error_code; /* refusal byte or firmware error of the last remote API call, 0 when there was none */
-    uint8_t asource;         /* who issues the next message; 0 stands for 1; every message consumes it */
+    uint8_t asource;         /* who issues the next message; 0 means 1; every message consumes it */
     uint8_t rx_failed;       /* set to 1 when an awaited answer did not come; the library never clears it */
 } zvc_msg_q_context_t;
 
@@ -46,10 +45,10 @@ ZV_API int32_t zvc_reset_context(zvc_msg_q_context_t *context);
 
 /* ---- Exchange -----------------------------------------------------------------------------------------------------
  * `dest` is written into the message as its destination. A message always leaves through mq_tx: `via` names the relay
- * that mq_tx was opened on, and takes no part. `direction` selects the row of the message trace (zvHex.h).
+ * that mq_tx was opened on, and is not read. `direction` selects the row of the message trace (zvHex.h).
  *
- * Where an answer is asked for, `*rsp` points into the context's buffer and holds until its next use; null and 0 stand
- * for an answer without a payload. `rsp` and `rspsize` are given together, or the answer is not handed out.
+ * Where an answer is asked for, `*rsp` points into the context's buffer and is valid until its next use; null and 0
+ * mean an answer without a payload. `rsp` and `rspsize` are given together, or the answer is not handed out.
  */
 
 /* Finishes the message in iobuf and posts it. Returns the result of mq_send. */
@@ -57,7 +56,7 @@ ZV_API int32_t zvc_send_context(zvc_msg_q_context_t *context, const char *dest, 
 
 /*
  * The same, and waits for the answer. What waits in the reply queue before the post is dropped. Returns the answer's
- * length, or ZV_ERR_NO_RESPONSE, which then also stands in iobuf.len.
+ * length, or ZV_ERR_NO_RESPONSE, which iobuf.len then holds too.
  */
 ZV_API int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *dest, const char *via,
                                              int32_t direction);
@@ -83,13 +82,10 @@ ZV_API int32_t zvc_send_camera_command_via_zvNet(zvc_msg_q_context_t *context, c
                                                  int32_t arglen, uint8_t **rsp, uint16_t *rspsize);
 
 /* ---- Remote API ---------------------------------------------------------------------------------------------------
- * A request is a 5-byte header and a payload: 0, group id, action id, payload size (big-endian). The answer is the
- * acknowledge byte, 3 bytes that nobody reads, the firmware's error byte, the payload size (big-endian) and the
- * payload.
- * `*rsp` and `*rspsize` give the payload, or the single byte 2 where the camera answered that it is switched off.
- * All but the payload forms take a whole `request` of `size` bytes, or build one without a payload.
+ * Requests as remote_api.h describes them. `*rsp` and `*rspsize` give the payload of the answer, or the single byte
+ * ZVN_NACK_OFF where the camera answered that it is switched off. zvc_send_remote_api and its asynchronous form take a
+ * whole `request` of `size` bytes; the others build it, without a payload unless they take one.
  */
-
 ZV_API int32_t zvc_send_remote_api(zvc_msg_q_context_t *context, const uint8_t *request, int32_t size, uint8_t **rsp,
                                    uint16_t *rspsize);
 
@@ -124,12 +120,17 @@ ZV_API void zvc_select_protocol_adapter(int32_t id);
 ZV_API int32_t zvc_get_protocol_adapter(void);
 
 /* ---- Camera commands ----------------------------------------------------------------------------------------------
- * One exchange each. A write sends the low byte of what it is given and judges nothing: the camera does. A read whose
- * answer is too short is ZV_ERR_INVALID_PARAM, and so is a null output, for which nothing is sent.
+ * True of every camera command, here and in the headers that refer to this: it is one exchange, with the results above.
+ * A write sends the low byte of what it is given and judges nothing: the camera does. A read whose answer is too short
+ * is ZV_ERR_INVALID_PARAM, and so is a null output, for which nothing is sent.
  *
- * The flat mode is one number for mode and sub mode, and what the rest of the library tests: 12 video, 13 time lapse
- * video, 15 looping, 16 single photo, 18 night photo, 19 burst photo, 20 time lapse photo, 21 night lapse photo, 24
- * rush lapse video, 26 night lapse video, 29 star trail, 30 light painting, 31 vehicle lights.
+ * The flat mode is one number for mode and sub mode, and what the rest of the library tests:
+ *
+ *     12 video               18 night photo          26 night lapse video
+ *     13 time lapse video    19 burst photo          29 star trail
+ *     15 looping             20 time lapse photo     30 light painting
+ *     16 single photo        21 night lapse photo    31 vehicle lights
+ *                            24 rush lapse video
  */
 
 /* Mode, sub mode and flat mode; zvc_app_set_set_mode is the same command. */
@@ -139,12 +140,14 @@ ZV_API int32_t zvc_app_set_mode_sub_mode(zvc_msg_q_context_t *context, int32_t m
 ZV_API int32_t zvc_app_get_mode_sub_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *sub_mode);
 ZV_API int32_t zvc_app_get_mode_flat_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *flat_mode);
 
+/* Digital zoom as status 75 publishes it, a byte whose range the camera judges; the capture delay as setting 105 has
+ * it. */
 ZV_API int32_t zvc_app_set_digital_zoom(zvc_msg_q_context_t *context, int32_t zoom);
 ZV_API int32_t zvc_app_get_digital_zoom(zvc_msg_q_context_t *context, int32_t *zoom);
 ZV_API int32_t zvc_app_set_capture_delay(zvc_msg_q_context_t *context, int32_t delay);
 ZV_API int32_t zvc_app_get_capture_delay(zvc_msg_q_context_t *context, int32_t *delay);
 
-/* The lens in use and how lenses are chosen, as signed bytes. A set changes one of the two and leaves the other. */
+/* The lens in use, and the mode by which lenses are chosen, as signed bytes. A set changes one and leaves the other. */
 ZV_API int32_t zvc_system_get_lens_mode(zvc_msg_q_context_t *context, int8_t *lens_mode);
 ZV_API int32_t zvc_system_get_lens(zvc_msg_q_context_t *context, int8_t *lens);
 ZV_API int32_t zvc_system_get_lenses(zvc_msg_q_context_t *context, int8_t *lens_mode, int8_t *lens);
@@ -170,10 +173,10 @@ ZV_API int32_t zvc_setup_get_camera_ux_mode(zvc_msg_q_context_t *context, uint8_
 ZV_API int32_t zvc_audio_set_audio_option(zvc_msg_q_context_t *context, uint8_t option);
 ZV_API int32_t zvc_audio_set_mic_option(zvc_msg_q_context_t *context, uint8_t option);
 
-/* Puts the on-screen shortcuts back to the preset's own. */
+/* Resets the on-screen shortcuts to the preset's own. */
 ZV_API int32_t zvc_preset_onscreen_shortcuts_reset(zvc_msg_q_context_t *context);
 
-/* The speed ramp of a rush lapse video. */
+/* The speed ramp of a rush lapse video: its code, and whether it is active. */
 ZV_API int32_t zvc_video_set_rushlapse_speed_ramp(zvc_msg_q_context_t *context, int32_t value);
 ZV_API int32_t zvc_video_set_rushlapse_speed_ramp_active(zvc_msg_q_context_t *context, int32_t value);
 

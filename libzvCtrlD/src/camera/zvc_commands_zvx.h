@@ -1,8 +1,8 @@
 /*
  * zvc_commands_zvx.h - the protocol adapter, and the shutter
  *
- * The functions of zvc_commands.h reach the camera through the one adapter. Its operations have the results that are
- * told there; unlike those functions send_remote_api and send_remote_api_async do not reset the context first.
+ * The functions of zvc_commands.h reach the camera through the one adapter. Its operations have the results described
+ * there; unlike those functions, send_remote_api and send_remote_api_async do not reset the context first.
  */
 #ifndef ZVC_COMMANDS_ZVX_H
 #define ZVC_COMMANDS_ZVX_H

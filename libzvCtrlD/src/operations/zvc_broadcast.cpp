@@ -10,21 +10,11 @@ namespace {
 
 // Messages of this file end in a line feed.
 
-// What an answer of too few bytes for a number should have had: most tell an empty answer from a short one.
+// The expected size that a short answer logs: most commands log 1 for an empty one and 4 otherwise.
 constexpr uint16_t ONE_OR_FOUR = 1;
 constexpr uint16_t ALWAYS_FOUR = 4;
 
 constexpr char FORMAT_TEXT[] = "res = %d, fsp = %d, fov = %d\n";
-
-// The caller's window sizes and the camera's numbers for them; -1 ends the table.
-struct window_size_row {
-    int32_t window_size;
-    int32_t camera_value;
-};
-
-constexpr window_size_row window_size_map[] = {
-    {0, 0}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 5}, {6, 6}, {7, 7}, {8, 8}, {9, 9}, {-1, -1},
-};
 
 template <class Record>
 int32_t get_record(zvc_msg_q_context_t *context, RemoteCommand command, Record *record,
@@ -127,15 +117,11 @@ int32_t zvc_broadcast_get_bit_rate(zvc_msg_q_context_t *context, uint32_t *rate)
 
 int32_t zvc_broadcast_set_window_size(zvc_msg_q_context_t *context, zvc_broadcast_window_size_t size)
 {
-    const window_size_row *row = window_size_map;
-    while (row->window_size != -1 && row->window_size != size) {
-        ++row;
-    }
-    if (row->camera_value == -1) {
+    if (size < 0 || size > ZVC_BROADCAST_WINDOW_SIZE_MAX) {
         ZV_LOG(ZV_LOG_ERROR, "invalid window_size, %d\n", size);
         return ZV_ERR_INVALID_PARAM;
     }
-    return remote_set(context, REMOTE_BROADCAST_WINDOW_SIZE_SET, row->camera_value);
+    return remote_set(context, REMOTE_BROADCAST_WINDOW_SIZE_SET, size);
 }
 
 int32_t zvc_broadcast_get_window_size(zvc_msg_q_context_t *context, zvc_broadcast_window_size_t *size)

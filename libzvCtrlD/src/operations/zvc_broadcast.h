@@ -1,11 +1,10 @@
 /*
  * zvc_broadcast.h - the broadcast service
  *
- * Unless its comment says otherwise a function is one exchange, with the results of zvc_commands.h; a write sends the
- * low byte of what it is given. A read whose answer is too short is ZV_ERR_INVALID_PARAM, and so is a null output, for
- * which nothing is sent.
+ * See "Camera commands" in zvc_commands.h for what is true of every function here.
  *
- * The service runs in the firmware, which alone judges the values.
+ * The service runs in the firmware, which alone judges the values: what they mean, and in which unit, is the
+ * firmware's.
  */
 #ifndef ZVC_BROADCAST_H
 #define ZVC_BROADCAST_H
@@ -32,7 +31,7 @@ typedef struct zvc_broadcast_status {
 ZV_API int32_t zvc_broadcast_set_default_sub_mode(zvc_msg_q_context_t *context, int32_t sub_mode);
 ZV_API int32_t zvc_broadcast_get_default_sub_mode(zvc_msg_q_context_t *context, uint32_t *sub_mode);
 
-/* The format of the broadcast, and that of the recording beside it; numbers as in zvc_video.h. */
+/* The format of the broadcast, and of the recording that is made of it; numbers as in zvc_video.h. */
 ZV_API int32_t zvc_broadcast_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int32_t fps, int32_t fov);
 ZV_API int32_t zvc_broadcast_get_res_fps_fov(zvc_msg_q_context_t *context, int32_t *res, int32_t *fps, int32_t *fov);
 ZV_API int32_t zvc_broadcast_set_record_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int32_t fps,
@@ -40,12 +39,13 @@ ZV_API int32_t zvc_broadcast_set_record_res_fps_fov(zvc_msg_q_context_t *context
 ZV_API int32_t zvc_broadcast_get_record_res_fps_fov(zvc_msg_q_context_t *context, int32_t *res, int32_t *fps,
                                                     int32_t *fov);
 
+/* Starts and stops the service. The start's value, a byte, is the firmware's to read. */
 ZV_API int32_t zvc_broadcast_set_start(zvc_msg_q_context_t *context, int32_t value);
 ZV_API int32_t zvc_broadcast_set_stop(zvc_msg_q_context_t *context);
 ZV_API int32_t zvc_broadcast_set_enable(zvc_msg_q_context_t *context, uint32_t enable);
 ZV_API int32_t zvc_broadcast_get_enable(zvc_msg_q_context_t *context, uint32_t *enable);
 
-/* The encoder. GOP size and IDR interval go out whole, and come back as one byte. */
+/* The encoder, as 32-bit numbers. GOP size and IDR interval come back as one byte. */
 ZV_API int32_t zvc_broadcast_set_gop_size(zvc_msg_q_context_t *context, uint32_t size);
 ZV_API int32_t zvc_broadcast_get_gop_size(zvc_msg_q_context_t *context, uint32_t *size);
 ZV_API int32_t zvc_broadcast_set_idr_interval(zvc_msg_q_context_t *context, uint32_t interval);

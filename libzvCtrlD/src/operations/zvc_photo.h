@@ -1,10 +1,8 @@
 /*
  * zvc_photo.h - image controls of the photo modes
  *
- * Unless its comment says otherwise a function is one exchange, with the results of zvc_commands.h; a write sends the
- * low byte of what it is given. A read whose answer is too short is ZV_ERR_INVALID_PARAM, and so is a null output, for
- * which nothing is sent. A value above a function's limit is ZV_ERR_INVALID_PARAM, and nothing is sent; a
- * negative value is not refused.
+ * See "Camera commands" in zvc_commands.h for what is true of every function here. A value above a function's limit is
+ * ZV_ERR_INVALID_PARAM, and nothing is sent; a negative value is not refused.
  */
 #ifndef ZVC_PHOTO_H
 #define ZVC_PHOTO_H
@@ -15,23 +13,28 @@
 extern "C" {
 #endif
 
-/* Puts the manual image controls of the photo modes back. */
+/* Resets the manual image controls of the photo modes. */
 ZV_API int32_t zvc_photo_vellix_reset(zvc_msg_q_context_t *context);
 
 /* The ISO number of a code 0 to 5, 400 for any other. No exchange; any thread may call. */
 ZV_API int32_t zvc_photo_vellix_iso_number(int32_t iso);
 
-/* The upper and the lower ISO limit: 0 is 800, 1 400, 2 200, 3 100, 4 1600, 5 3200. Limit 5. */
+/*
+ * The upper and the lower ISO limit. Limit 5.
+ *
+ *     code    0    1    2    3     4     5
+ *     ISO   800  400  200  100  1600  3200
+ */
 ZV_API int32_t zvc_photo_vellix_iso_get(zvc_msg_q_context_t *context, int32_t *iso);
 ZV_API int32_t zvc_photo_vellix_iso_set(zvc_msg_q_context_t *context, int32_t iso);
 ZV_API int32_t zvc_photo_vellix_iso_min_get(zvc_msg_q_context_t *context, int32_t *iso);
 ZV_API int32_t zvc_photo_vellix_iso_min_set(zvc_msg_q_context_t *context, int32_t iso);
 
 /*
- * To be called before a new exposure time is written; `exposure` is its code, 0 for Auto. A fixed exposure time does
- * not go with an Auto white balance, which it moves to 5500K; a manual white balance stays. A white balance that cannot
- * be read counts as Auto. Two exchanges at most. Returns 0, the failure of the write, or, when the read failed and
- * nothing was to be written, the failure of the read: -1 for a value that is no white balance.
+ * To be called before a new exposure time is written; `exposure` is its code, 0 for Auto. A fixed exposure time and an
+ * Auto white balance exclude each other: the white balance is then set to 5500K. A manual one stays. A white balance
+ * that cannot be read counts as Auto. Two exchanges at most. Returns 0, the failure of the write, or, when the read
+ * failed and nothing was to be written, the failure of the read: ZV_ERR for a value that is no white balance.
  */
 ZV_API int32_t zvc_photo_set_white_balance_best_fit(zvc_msg_q_context_t *context, uint8_t exposure);
 

@@ -6,7 +6,7 @@ using namespace zv;
 
 namespace {
 
-// Messages of the shape end in a line feed in this file; the reads do not tell their opening.
+// Messages of the shape end in a line feed in this file; the reads do not log their opening.
 constexpr ReadTexts QUIET_TEXTS{nullptr, READ_TEXTS_LF.failure, READ_TEXTS_LF.size};
 
 } // namespace

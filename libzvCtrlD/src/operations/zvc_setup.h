@@ -1,5 +1,7 @@
 /*
  * zvc_setup.h - the mains frequency
+ *
+ * The other commands of the setup are in zvc_commands.h.
  */
 #ifndef ZVC_SETUP_H
 #define ZVC_SETUP_H

@@ -23,7 +23,7 @@ struct CardPath {
     size_t length;
 };
 
-// What stands in front of the path in a request's payload.
+// The bytes before the path in a request's payload.
 constexpr size_t LEAD_MAX = 5;
 
 // The delete list: the header, a count of two bytes, and the entries, each a flag and a path field.
@@ -31,7 +31,7 @@ constexpr size_t LIST_COUNT_OFFSET = REMOTE_API_HEADER_SIZE;
 constexpr size_t LIST_ENTRIES_OFFSET = LIST_COUNT_OFFSET + 2;
 constexpr size_t LIST_PATH_SIZE = 32;
 constexpr size_t LIST_ENTRY_SIZE = 1 + LIST_PATH_SIZE;
-constexpr size_t LIST_SEPARATOR = 13; // in the path field, behind the folder of eight characters
+constexpr size_t LIST_SEPARATOR = 13; // in the path field, after the folder of eight characters
 
 static_assert(sizeof(file_list_item_t) == 23);
 
@@ -66,8 +66,8 @@ int32_t send_path(zvc_msg_q_context_t *context, RemoteCommand command, std::init
     const size_t payload_size = lead.size() + path_size;
     zvc_init_remote_api_input_header(request, group_of(command), action_of(command),
                                      static_cast<uint16_t>(payload_size));
-    uint8_t *behind_lead = std::copy(lead.begin(), lead.end(), request + REMOTE_API_HEADER_SIZE);
-    memcpy(behind_lead, path.text, path_size);
+    uint8_t *after_lead = std::copy(lead.begin(), lead.end(), request + REMOTE_API_HEADER_SIZE);
+    memcpy(after_lead, path.text, path_size);
     return zvc_send_remote_api(context, request, static_cast<int32_t>(REMOTE_API_HEADER_SIZE + payload_size), nullptr,
                                nullptr);
 }

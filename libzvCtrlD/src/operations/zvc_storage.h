@@ -1,8 +1,8 @@
 /*
  * zvc_storage.h - the media on the card
  *
- * Each function is one exchange, with the results of zvc_commands.h, behind a look at the model number where it takes a
- * path (zvc_state_get_model_number). The camera's refusal of a deletion is the result of the exchange.
+ * Each function is one exchange, with the results of zvc_commands.h; one that takes a path asks for the model number
+ * before it (zvc_state_get_model_number). A deletion that the camera refuses is the result of the exchange.
  */
 #ifndef ZVC_STORAGE_H
 #define ZVC_STORAGE_H
@@ -24,7 +24,7 @@ ZV_API int32_t zvc_storage_delete_last(zvc_msg_q_context_t *context);
 ZV_API int32_t zvc_storage_delete_file(zvc_msg_q_context_t *context, const char *name, uint32_t name_len);
 ZV_API int32_t zvc_storage_delete_group(zvc_msg_q_context_t *context, const char *name, uint32_t name_len);
 
-/* Sets (`enable` 1) or removes (0) a tag at `offset` in the file. */
+/* Sets (`enable` 1) or removes (0) a tag at `offset` in the file, in milliseconds. */
 ZV_API int32_t zvc_storage_tag_file(zvc_msg_q_context_t *context, const char *name, uint32_t name_len, uint32_t offset,
                                     uint32_t enable);
 
@@ -37,15 +37,18 @@ typedef struct {
 #define FILE_LIST_MAX 30
 
 /*
- * Deletes the files of a list. The message holds 30 entries: of a longer list the first 30 go out, while its count
- * field still tells the camera how many were asked for, and the result does not tell. A caller with more files calls
- * once for every 30. ZV_ERR_INVALID_PARAM, and nothing sent, for a null list with a count other than 0.
+ * Deletes the files of a list. Only the first 30 are sent; the count field keeps the full number, and the result does
+ * not report the cut. A caller with more files calls once for every 30. ZV_ERR_INVALID_PARAM, and nothing sent, for a
+ * null list with a count other than 0.
  */
 ZV_API int32_t zvc_storage_delete_list(zvc_msg_q_context_t *context, const file_list_item_t *list, uint32_t count);
 
 /*
- * 0 when the card has room for a loop, -1 when it has not or `looping` is not 0 to 4: 0 is the longest, 1 5 minutes, 2
- * 20, 3 60, 4 120 minutes. ZV_ERR_INVALID_PARAM when the camera's answer is too short.
+ * Whether the card has room for a loop: 0, or ZV_ERR when it has not or `looping` is not 0 to 4. ZV_ERR_INVALID_PARAM
+ * when the camera's answer is too short.
+ *
+ *     looping           0  1   2   3    4
+ *     minutes of it   Max  5  20  60  120
  */
 ZV_API int32_t zvc_storage_looping_sd_check(zvc_msg_q_context_t *context, uint8_t looping);
 

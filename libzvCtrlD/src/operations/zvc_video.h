@@ -1,9 +1,7 @@
 /*
  * zvc_video.h - video format, video parameters and stream parameters
  *
- * Unless its comment says otherwise a function is one exchange, with the results of zvc_commands.h; a write sends the
- * low byte of what it is given. A read whose answer is too short is ZV_ERR_INVALID_PARAM, and so is a null output, for
- * which nothing is sent.
+ * See "Camera commands" in zvc_commands.h for what is true of every function here.
  */
 #ifndef ZVC_VIDEO_H
 #define ZVC_VIDEO_H
@@ -15,9 +13,13 @@ extern "C" {
 #endif
 
 /* ---- Video format -------------------------------------------------------------------------------------------------
- * Resolution, frame rate and field of view are the camera's own numbers, each in a byte: resolutions up to 30 (1 is 4K,
- * 4 2.7K, 9 1080, 24 5.3K), frame rates up to 14 (0 is 240, 1 120, 5 60, 8 30, 10 24, 13 200), and these fields of
- * view:
+ * Resolution, frame rate and field of view are the camera's own numbers, each in a byte. Those of the settings'
+ * options:
+ *
+ *     resolution, up to 30   1 4K, 4 2.7K, 6 2.7K 4:3, 9 1080, 18 4K 4:3, 24 5.3K, 26 5.3K 8:7, 28 4K 8:7, 29 4K 9:16,
+ *                            30 1080 9:16
+ *     frame rate, up to 14   0 240, 1 120, 2 100, 5 60, 6 50, 8 30, 9 25, 10 24, 13 200
+ *     field of view, up to 11
  */
 enum {
     FOV_WIDE = 0,
@@ -46,7 +48,7 @@ enum {
  */
 ZV_API int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int32_t fps, int32_t fov);
 
-/* Sets the three values as they are. ZV_ERR_INVALID_PARAM, and nothing sent, above 30, 14 or 11. */
+/* Sets the three values as they are. A value above 30, 14 or 11 is ZV_ERR_INVALID_PARAM, and nothing is sent. */
 ZV_API int32_t zvc_video_set_res_fps_fov_camera(zvc_msg_q_context_t *context, int32_t res, int32_t fps, int32_t fov);
 
 /* The same, for the easy presets. */
@@ -86,15 +88,18 @@ ZV_API int32_t zvc_video_set_fov(zvc_msg_q_context_t *context, int32_t fov);
 
 /* ---- Image controls --------------------------------------------------------------------------------------------- */
 
-/* Puts the manual image controls of the video modes back. */
+/* Resets the manual image controls of the video modes. */
 ZV_API int32_t zvc_video_vellix_reset(zvc_msg_q_context_t *context);
 
 /* The ISO number of a code 0 to 8, 400 for any other. No exchange; any thread may call. */
 ZV_API int32_t zvc_video_vellix_iso_number(int32_t iso);
 
 /*
- * The upper and the lower ISO limit: 0 is 6400, 1 1600, 2 400, 3 3200, 4 800, 5 1200, 6 1000, 7 200, 8 100, 9 Auto.
- * ZV_ERR_INVALID_PARAM, and nothing sent, above 9; a negative value is not refused.
+ * The upper and the lower ISO limit. A code above 9 is ZV_ERR_INVALID_PARAM, and nothing is sent; a negative one is not
+ * refused.
+ *
+ *     code     0     1    2     3    4     5     6    7    8     9
+ *     ISO   6400  1600  400  3200  800  1200  1000  200  100  Auto
  */
 ZV_API int32_t zvc_video_vellix_iso_get(zvc_msg_q_context_t *context, int32_t *iso);
 ZV_API int32_t zvc_video_vellix_iso_set(zvc_msg_q_context_t *context, int32_t iso);
@@ -115,8 +120,9 @@ ZV_API int32_t zvc_video_get_video_bit_rate(zvc_msg_q_context_t *context, uint32
 ZV_API int32_t zvc_video_set_video_bit_depth(zvc_msg_q_context_t *context, uint32_t depth);
 ZV_API int32_t zvc_video_get_video_bit_depth(zvc_msg_q_context_t *context, uint32_t *depth);
 
-/* ---- Live stream ------------------------------------------------------------------------------------------------ */
-
+/* ---- Live stream --------------------------------------------------------------------------------------------------
+ * The low byte of the value is sent; its unit is the firmware's.
+ */
 ZV_API int32_t zvc_stream_set_gop_size(zvc_msg_q_context_t *context, int32_t value);
 ZV_API int32_t zvc_stream_set_idr_interval(zvc_msg_q_context_t *context, int32_t value);
 ZV_API int32_t zvc_stream_set_bit_rate(zvc_msg_q_context_t *context, int32_t value);

@@ -27,17 +27,17 @@ ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_
  * A setting without a rule of its own goes out as it is, 1, 2 or otherwise 4 bytes of it, most significant first, to
  * `group` and `action`.
  *
- * Up to three exchanges of at most 10 seconds each. A failing step ends the sequence there, but for an ISO limit of the
- * ids 13 and 102, whose mode follows in any case; what an earlier step has changed stays. Returns 0, a code of the
+ * Up to three exchanges of at most 10 seconds each. A failing step ends the sequence, except for the ids 13 and 102,
+ * where the mode is written even if the limit failed; what an earlier step has changed stays. Returns 0, a code of the
  * exchange, or
  *
- *     -1                    ids 114 to 118: `settings` is null, or the flat mode has no such control
+ *     ZV_ERR                ids 114 to 118: `settings` is null, or the flat mode has no such control
  *     ZV_ERR_INVALID_PARAM  id 168: hour above 23 or minute above 59; id 176: no such speed; ids 149 and 164 while the
  *                           sound cage's microphone status is 3, when the camera takes neither; id 31: an exposure
  *                           time or a present night lapse rate that zvc_multishot_nightlapse_rate_best_fit does not
  *                           know; a setting that is written as it is, whose row has no group or action; a value above
- *                           the limit of its camera operation, but for that ISO limit; an id that needs a null
- *                           snapshot
+ *                           the limit of its camera operation, except for that ISO limit; an id that needs a
+ *                           snapshot that is null
  *
  * for which nothing is sent, or ZV_ERR_INVALID_PARAM for an answer that has no valid form.
  */
@@ -48,7 +48,8 @@ ZV_API int32_t camera_if_settings_set_value_int(zvc_msg_q_context_t *context, in
 
 /*
  * The resolution that an easy video preset has for a frame rate, a field of view (numbers as in zvc_video.h) and an
- * aspect ratio (1 16:9, 3 8:7, 4 9:16). A combination that the preset does not have is logged and leaves `*res` alone.
+ * aspect ratio (1 16:9, 3 8:7, 4 9:16). A combination that the preset does not have is logged, and `*res` stays as it
+ * is.
  * Any thread may call.
  */
 ZV_API void easy_5_3k_video_get_res(uint32_t *res, uint32_t fps, uint32_t fov, uint32_t aspect_ratio);

@@ -52,7 +52,7 @@ std::atomic<BypassSet> cameraBypassPresetEditStart = BypassSet::EMPTY;
 
 constexpr const char *sable_knoll_open_zelvar_version = "2.0";
 
-// Two options of the shortcuts that share a value; the flat mode tells which one is meant.
+// Two options of the shortcuts that share a value; the flat mode decides which one is meant.
 struct TwinOptions {
     uint32_t value;
     uint32_t id;

@@ -69,18 +69,18 @@ ZV_API int32_t settings_empty_setter(int32_t, int32_t, int32_t, void *, int32_t)
  * An option has two numbers: its value is the firmware's, its id the public one, in JSON and in a client's request.
  * They mean something within one setting only.
  *
- * A process serves one camera. The first call with a sable_knoll model fixes what the functions that share a working
- * copy answer for the life of the process, whatever model a later call names; until then a default model is answered
- * from an empty one. The copies and the functions that fill each:
+ * A process serves one camera. Each working copy is filled once, by the first call that passes a sable_knoll model;
+ * every later call answers from it, whatever model it passes. Until then a copy is empty. The copies and the functions
+ * that fill each:
  *
  *     id to value           getOptionIds, optionIdExists, getOptionValueById
  *     value to id, default  getOptionIdByValue and the functions of the settings documents below
- *     preset edit           bypassPresetEditStart, where a default model fixes the answer, too
+ *     preset edit           bypassPresetEditStart, whose first call fixes the answer with either generation
  *     and one copy each     getUIModeGroups, getCameraOptions, getCameraFilters
  *
- * A copy is filled once, under a guard, so that any thread may call; only a process that also names a default model
- * must not do so while the copy is being filled. What a reference or pointer leads to lives as long as the process and
- * is not to be changed. No lookup fails: unknown input has the answer that is told for it.
+ * A copy is filled under a guard, so that any thread may call; only a process that also passes a default model must not
+ * do so while the copy is being filled. What a reference or pointer leads to lives as long as the process and must not
+ * be changed. No lookup fails: each says what it answers to unknown input.
  */
 
 /* The open interface's version: "2.0" for sable_knoll, else " ". */
@@ -92,7 +92,7 @@ ZV_API bool bypassPresetEditStart(uint32_t setting, uint32_t model);
 /* Whether `value` is good for `setting` without being listed: LCD brightness 10 to 100, any LED, any schedule. */
 ZV_API bool skipOptionCheck(uint32_t setting, uint32_t value);
 
-/* Which block of settings holds in a flat mode, the camera's number for mode and sub mode. */
+/* Which block of settings is in use in a flat mode, the camera's number for mode and sub mode. */
 ZV_API bool usesVideoSettings(uint32_t flat_mode);
 ZV_API bool usesPhotoSettings(uint32_t flat_mode);
 ZV_API bool usesMultiShotSettings(uint32_t flat_mode);
@@ -103,7 +103,7 @@ ZV_API bool optionIdExists(uint32_t model, uint32_t setting, uint32_t id);
 /*
  * The id that a firmware value reads as. A value that the setting does not list gives its default option's id, or
  * itself where skipOptionCheck says so; a setting without options gives the value, after an ERROR line. `flat_mode`
- * tells apart the on-screen shortcuts (settings 129 to 132) that share a value.
+ * decides between the on-screen shortcuts (settings 129 to 132) that share a value.
  */
 ZV_API uint32_t getOptionIdByValue(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode);
 
@@ -132,7 +132,7 @@ enum FilterInfoType {
 };
 
 /*
- * One element of a filter rule. A rule is a list of conditions and, behind them, consequences; when every condition
+ * One element of a filter rule. A rule is a list of conditions and, after them, consequences; when every condition
  * holds, every consequence applies, and an option is unavailable as soon as one rule takes it away.
  *
  *     condition, include 1    holds when the current status value or option key is among `values`

@@ -28,7 +28,7 @@ enum class Reading : uint8_t {
     NONE,            // the setting has no options
     TABLE,           // VALUE_IDS[first + value]; the entry at `end` is for all values from there on
     TABLE_OR_ITSELF, // the same, but a value from `end` on reads as itself
-    SHORTCUT,        // TABLE, and the flat mode tells which of two options a value is
+    SHORTCUT,        // TABLE, and the flat mode decides which of two options a value is
     RATE,            // bit_rate_id(value)
 };
 
