@@ -2,9 +2,9 @@
 
 #include "bytes.h"
 #include "camera_status.h"
+#include "daemon_command_names.h"
 #include "queue_drain.h"
 #include "queues.h"
-#include "zvcontrol_commands.h"
 
 #include <algorithm>
 #include <cerrno>
