@@ -17,6 +17,7 @@
 #define ZVCONTROL_IF_H
 
 #include "messages.h"
+#include "zvcontrol_info.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -255,47 +256,6 @@ ZV_API int32_t parse_return_code(const uint8_t *buffer, uint16_t length, Msg &ms
 
 /* Turns the dumps of the link's messages off; enableMessageDebugging turns them on. */
 ZV_API void zvcontrol_debug_enable(void);
-
-/* ---- The camera ---------------------------------------------------------------------------------------------------
- * These do not talk to the daemon, and need no open link.
- */
-
-/*
- * The camera information record: bytes in place, without alignment. Numbers are little-endian, texts are zero-filled
- * and always terminated.
- */
-#define CAMERA_INFO_SIZE 433
-enum {
-    CAMERA_INFO_MODEL_NUMBER = 0,                 /* 4 bytes */
-    CAMERA_INFO_MODEL_NAME = 4,                   /* text of 65 bytes */
-    CAMERA_INFO_BOARD_TYPE = 69,                  /* text of 65 bytes */
-    CAMERA_INFO_FIRMWARE_VERSION = 134,           /* text of 65 bytes */
-    CAMERA_INFO_SERIAL_NUMBER = 199,              /* text of 65 bytes */
-    CAMERA_INFO_AP_SSID = 264,                    /* text of 33 bytes */
-    CAMERA_INFO_AP_MAC = 297,                     /* text of 65 bytes */
-    CAMERA_INFO_AP_HAS_DEFAULT_CREDENTIALS = 362, /* 0 or 1 */
-    CAMERA_INFO_COMMON_CAMERA_FEATURES = 363,     /* 4 bytes */
-    CAMERA_INFO_REQUIRED_NETWORKS = 367,          /* text of 65 bytes */
-    CAMERA_INFO_VALID = 432,                      /* 1 when every field was read, else 0 */
-};
-
-/*
- * Fills the record, CAMERA_INFO_SIZE bytes: model number and name, firmware version, serial number, board type, MAC
- * address, SSID, credentials, features, networks. Returns 0, -1 for null, or the first failing getter's result
- * (zvc_state.h); that field and those after it in this order are then zero.
- */
-ZV_API int32_t zvcontrol_get_camera_info(uint8_t *info);
-
-/*
- * The path of the camera's settings description, and that of the remote control's update: the one on the card when it
- * can be read, otherwise the installed one. `size` is the whole buffer's; the rest of it is zero-filled. Returns 0, or
- * -1 when the path was cut to `size` - 1 characters; null or a `size` below 1 is -1 too, and nothing is written.
- */
-ZV_API int32_t zvcontrol_get_settings_json_path(char *path, int32_t size);
-ZV_API int32_t zvcontrol_get_rc3_path(char *path, int32_t size);
-
-/* zvc_state_get_logs_ready_status that logs a failure once more. */
-ZV_API int32_t zvcontrol_get_logs_ready_status(uint32_t *ready);
 
 #ifdef __cplusplus
 }

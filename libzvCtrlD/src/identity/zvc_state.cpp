@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <cstdio>
 #include <cstring>
 
@@ -17,29 +18,27 @@ using namespace zv;
 constexpr char MODEL_NUMBER_COMMAND[] =
     R"(grep "CSI_MODEL_NUMBER" /tmp/fuse_b/conf.json | cut -d ":" -f 2 | cut -d "\"" -f 2 | cut -d "," -f 1)";
 
-// What has been read. A field is complete before its flag is set.
+// A fact that was read. The value is complete before it counts as known.
+template <class Value>
+struct Kept {
+    Value value;
+    bool known;
+};
+using KeptText = Kept<char[ZVC_STATE_TEXT_SIZE]>;
+
 struct {
     uint8_t model_number; // 0 while it is not known
-    char model_name[ZVC_STATE_TEXT_SIZE];
-    char board_type[ZVC_STATE_TEXT_SIZE];
-    char firmware_version[ZVC_STATE_TEXT_SIZE];
-    char serial_number[ZVC_STATE_TEXT_SIZE];
-    char ap_mac[ZVC_STATE_TEXT_SIZE];
-    uint32_t common_camera_features;
-    uint32_t update_required;
-    char required_networks[ZVC_STATE_TEXT_SIZE];
+    KeptText model_name;
+    KeptText board_type;
+    KeptText firmware_version;
+    KeptText serial_number;
+    KeptText ap_mac;
+    Kept<uint32_t> common_camera_features;
+    Kept<uint32_t> update_required;
+    KeptText required_networks;
 } zvc_state_data;
 
-int32_t gotModelName = 0;
-int32_t gotFWVer = 0;
-int32_t gotSN = 0;
-int32_t gotBoardType = 0;
-int32_t gotAPMac = 0;
-int32_t gotCCFeatures = 0;
-int32_t gotUpdateRequired = 0;
-int32_t gotRequiredNetworks = 0;
-
-int32_t check_buffer(const char *buffer, int32_t size, const zv::SourceLocation &where)
+int32_t check_buffer(const char *buffer, int32_t size, const SourceLocation &where)
 {
     if (buffer == nullptr) {
         ZV_LOG_AT(where, ZV_LOG_ERROR, "null buf\n");
@@ -58,14 +57,14 @@ void copy_text(char *dest, size_t size, const char *text)
     dest[size - 1] = '\0';
 }
 
-void keep_text(char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, const char *text)
+void keep_text(KeptText &kept, const char *text)
 {
-    copy_text(kept, sizeof kept, text);
-    got = 1;
+    copy_text(kept.value, sizeof kept.value, text);
+    kept.known = true;
 }
 
 // Reads a text whose last byte in the service is its terminator.
-int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, const zv::SourceLocation &where)
+int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, const SourceLocation &where)
 {
     if (const int32_t result = check_buffer(buffer, size, where); result != ZV_OK) {
         return result;
@@ -83,25 +82,25 @@ int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, const zv::SourceLoc
     return ZV_OK;
 }
 
-int32_t get_kept_csi_str(uint8_t key, char (&kept)[ZVC_STATE_TEXT_SIZE], int32_t &got, char *buffer, int32_t size,
-                         const zv::SourceLocation &where = zv::SourceLocation::current())
+int32_t get_kept_csi_str(uint8_t key, KeptText &kept, char *buffer, int32_t size,
+                         const SourceLocation &where = SourceLocation::current())
 {
-    if (got != 0) {
+    if (kept.known) {
         const int32_t result = check_buffer(buffer, size, where);
         if (result == ZV_OK) {
-            copy_text(buffer, static_cast<size_t>(size), kept);
+            copy_text(buffer, static_cast<size_t>(size), kept.value);
         }
         return result;
     }
     const int32_t result = get_csi_str(key, buffer, size, where);
     if (result == ZV_OK) {
-        keep_text(kept, got, buffer);
+        keep_text(kept, buffer);
     }
     return result;
 }
 
 // The first byte of a value. Returns ZV_ERR_INVALID_PARAM when the service refuses, ZV_ERR when the value is empty.
-int32_t get_csi_byte(uint8_t key, uint8_t &byte, const zv::SourceLocation &where = zv::SourceLocation::current())
+int32_t get_csi_byte(uint8_t key, uint8_t &byte, const SourceLocation &where = SourceLocation::current())
 {
     uint8_t value[CSI_VALUE_MAX] = {};
     uint32_t length = 0;
@@ -129,7 +128,7 @@ uint8_t parse_model_number(const char *text)
 }
 
 // Reads the model number from the camera's configuration file, and keeps it.
-uint8_t load_model_number(const zv::SourceLocation &where)
+uint8_t load_model_number(const SourceLocation &where)
 {
     ZV_LOG_AT(where, ZV_LOG_WARN, "csi model_number lookup failed\n");
     FILE *pipe = popen(MODEL_NUMBER_COMMAND, "r");
@@ -154,7 +153,7 @@ uint8_t zvc_state_get_model_number()
         get_csi_byte(CSI_MODEL_NUMBER, zvc_state_data.model_number);
     }
     if (zvc_state_data.model_number == 0) {
-        return load_model_number(zv::SourceLocation::current());
+        return load_model_number(SourceLocation::current());
     }
     ZV_LOG(ZV_LOG_INFO, "model_number, %d\n", zvc_state_data.model_number);
     return zvc_state_data.model_number;
@@ -162,11 +161,11 @@ uint8_t zvc_state_get_model_number()
 
 int32_t zvc_state_get_model_name(char *buffer, int32_t size)
 {
-    if (const int32_t result = check_buffer(buffer, size, zv::SourceLocation::current()); result != ZV_OK) {
+    if (const int32_t result = check_buffer(buffer, size, SourceLocation::current()); result != ZV_OK) {
         return result;
     }
-    if (gotModelName != 0) {
-        copy_text(buffer, static_cast<size_t>(size), zvc_state_data.model_name);
+    if (zvc_state_data.model_name.known) {
+        copy_text(buffer, static_cast<size_t>(size), zvc_state_data.model_name.value);
         return ZV_OK;
     }
     ZV_LOG(ZV_LOG_INFO, "csi_get CSI_MODEL_NAME\n");
@@ -182,33 +181,33 @@ int32_t zvc_state_get_model_name(char *buffer, int32_t size)
         return ZV_ERR;
     }
     buffer[std::min(length, room - 1)] = '\0';
-    keep_text(zvc_state_data.model_name, gotModelName, buffer);
+    keep_text(zvc_state_data.model_name, buffer);
     return ZV_OK;
 }
 
 int32_t zvc_state_get_firmware_version(char *buffer, int32_t size)
 {
-    return get_kept_csi_str(CSI_FIRMWARE_VERSION, zvc_state_data.firmware_version, gotFWVer, buffer, size);
+    return get_kept_csi_str(CSI_FIRMWARE_VERSION, zvc_state_data.firmware_version, buffer, size);
 }
 
 int32_t zvc_state_get_serial_number(char *buffer, int32_t size)
 {
-    return get_kept_csi_str(CSI_SERIAL_NUMBER, zvc_state_data.serial_number, gotSN, buffer, size);
+    return get_kept_csi_str(CSI_SERIAL_NUMBER, zvc_state_data.serial_number, buffer, size);
 }
 
 int32_t zvc_state_get_board_type(char *buffer, int32_t size)
 {
-    return get_kept_csi_str(CSI_BOARD_TYPE, zvc_state_data.board_type, gotBoardType, buffer, size);
+    return get_kept_csi_str(CSI_BOARD_TYPE, zvc_state_data.board_type, buffer, size);
 }
 
 int32_t zvc_state_get_ap_mac(char *buffer, int32_t size)
 {
-    return get_kept_csi_str(CSI_AP_MAC, zvc_state_data.ap_mac, gotAPMac, buffer, size);
+    return get_kept_csi_str(CSI_AP_MAC, zvc_state_data.ap_mac, buffer, size);
 }
 
 int32_t zvc_state_get_ap_ssid(char *buffer, int32_t size)
 {
-    return get_csi_str(CSI_AP_SSID, buffer, size, zv::SourceLocation::current());
+    return get_csi_str(CSI_AP_SSID, buffer, size, SourceLocation::current());
 }
 
 int32_t zvc_state_get_ap_has_default_credentials(bool *result)
@@ -227,17 +226,16 @@ int32_t zvc_state_get_common_camera_features(uint32_t *features)
         ZV_LOG(ZV_LOG_ERROR, "null features\n");
         return ZV_ERR_INVALID_PARAM;
     }
-    if (gotCCFeatures != 0) {
-        *features = zvc_state_data.common_camera_features;
+    if (zvc_state_data.common_camera_features.known) {
+        *features = zvc_state_data.common_camera_features.value;
         return ZV_OK;
     }
     uint8_t value[sizeof *features] = {};
     uint32_t length = 0;
     const int32_t result = csi_get(CSI_COMMON_CAMERA_FEATURES, sizeof value, &length, value);
-    *features = zv::le32(value);
+    *features = le32(value);
     if (result == 0 && length >= sizeof value) {
-        zvc_state_data.common_camera_features = *features;
-        gotCCFeatures = 1;
+        zvc_state_data.common_camera_features = {*features, true};
     }
     return result;
 }
@@ -248,7 +246,7 @@ int32_t zvc_state_get_update_required(uint32_t *required)
         ZV_LOG(ZV_LOG_ERROR, "null update_required\n");
         return ZV_ERR_INVALID_PARAM;
     }
-    if (gotUpdateRequired == 0) {
+    if (!zvc_state_data.update_required.known) {
         ZV_LOG(ZV_LOG_INFO, "csi_get CSI_FW_FORCE_UPDATE\n");
         uint8_t value[sizeof *required] = {};
         uint32_t length = 0;
@@ -259,10 +257,9 @@ int32_t zvc_state_get_update_required(uint32_t *required)
             ZV_LOG(ZV_LOG_ERROR, "csi_get invalid len, %d\n", 0);
             return ZV_ERR;
         }
-        zvc_state_data.update_required = zv::le32(value);
-        gotUpdateRequired = 1;
+        zvc_state_data.update_required = {le32(value), true};
     }
-    *required = zvc_state_data.update_required;
+    *required = zvc_state_data.update_required.value;
     ZV_LOG(ZV_LOG_INFO, "update_required, %d\n", static_cast<int>(*required));
     return ZV_OK;
 }
@@ -285,12 +282,12 @@ int32_t zvc_state_get_logs_ready_status(uint32_t *ready)
 
 int32_t zvc_state_get_required_networks(char *buffer, int32_t size)
 {
-    if (const int32_t result = check_buffer(buffer, size, zv::SourceLocation::current()); result != ZV_OK) {
+    if (const int32_t result = check_buffer(buffer, size, SourceLocation::current()); result != ZV_OK) {
         return result;
     }
-    if (gotRequiredNetworks == 0) {
-        keep_text(zvc_state_data.required_networks, gotRequiredNetworks, "[]");
+    if (!zvc_state_data.required_networks.known) {
+        keep_text(zvc_state_data.required_networks, "[]");
     }
-    copy_text(buffer, static_cast<size_t>(size), zvc_state_data.required_networks);
+    copy_text(buffer, static_cast<size_t>(size), zvc_state_data.required_networks.value);
     return ZV_OK;
 }

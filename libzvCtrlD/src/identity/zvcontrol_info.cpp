@@ -1,4 +1,4 @@
-#include "zvcontrol_if.h"
+#include "zvcontrol_info.h"
 
 #include "bytes.h"
 #include "zvc_state.h"
@@ -33,7 +33,7 @@ int32_t read_features(uint8_t *field)
     return result;
 }
 
-// The fields behind the model number, in the order of reading.
+// The fields after the model number, in the order of reading.
 struct InfoField {
     uint16_t offset;
     int32_t (*read)(uint8_t *field);
@@ -65,7 +65,7 @@ bool readable(const char *path)
     return true;
 }
 
-// Writes a path and zeroes behind it. Returns 0, or -1 when it was cut.
+// Writes a path, and zeroes after it. Returns ZV_OK, or ZV_ERR when it was cut.
 int32_t write_path(char *path, int32_t size, const char *format, int model_number)
 {
     memset(path, 0, static_cast<size_t>(size));

@@ -4,7 +4,7 @@
 #include "camera_status_fields.h"
 #include "csi.h"
 #include "json_writer.h"
-#include "zvcontrol_if.h"
+#include "zvcontrol_info.h"
 
 #include <algorithm>
 #include <atomic>
