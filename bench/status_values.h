@@ -89,8 +89,6 @@ inline void read_status(const uint8_t *status, const zv::StatusField &row, Sink 
     const uint8_t *field = status + row.offset;
     switch (row.output) {
     case NONE:
-    case ZERO:
-    case BARE_TEXT:
         break;
     case INT:
         if (row.size == 1) {

@@ -3,13 +3,17 @@
 #include "bytes.h"
 #include "camera_status_fields.h"
 #include "csi.h"
+#include "flat_modes.h"
 #include "json_writer.h"
 #include "zvcontrol_info.h"
 
 #include <algorithm>
 #include <atomic>
-#include <cstdlib>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
+#include <string_view>
+#include <variant>
 
 #define ZV_SOURCE_PATH "libzvCtrlD/src/camera_status"
 
@@ -23,8 +27,9 @@ using zv::Place;
 using zv::PushNotification;
 using zv::StatusField;
 using zv::StatusOutput;
+using zv::StatusValue;
 
-// What the output functions remember. Threads share it, each number by itself.
+// What the reads remember. Threads share it, each number by itself.
 using SharedNumber = std::atomic<int32_t>;
 constexpr auto RELAXED = std::memory_order_relaxed;
 
@@ -48,41 +53,44 @@ constexpr uint32_t FIRST_GROUP = 1000;             // what group 0 is published 
 constexpr int32_t EXPOSURE_TYPES[] = {1, 2, 0, 3}; // published, by the firmware's number
 constexpr int32_t COORDINATE_MAX = 100;
 
-// Which field holds the value of a preset group or flat mode.
-constexpr uint8_t NO_FIELD = 0;
-using FieldChoice = std::array<uint8_t, 32>;
-
-struct FieldUsers {
-    uint8_t offset;
-    std::initializer_list<uint8_t> numbers;
+// The field that holds a group's active preset, by the group's number.
+constexpr uint16_t NO_FIELD = 0;
+constexpr uint16_t PRESET_OF_GROUP[] = {
+    STATUS_APP_ACTIVE_VIDEO_PRESETS,     // PRESETS_VIDEO
+    STATUS_APP_ACTIVE_PHOTO_PRESETS,     // PRESETS_PHOTO
+    STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, // PRESETS_TIME_LAPSE
+    STATUS_APP_ACTIVE_VIDEO_PRESETS,     // 3
+    STATUS_APP_ACTIVE_PHOTO_PRESETS,     // 4
+    STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, // 5
+    NO_FIELD,                            // 6
+    NO_FIELD,                            // 7
+    STATUS_APP_ACTIVE_VIDEO_PRESETS,     // 8
+    STATUS_APP_ACTIVE_VIDEO_PRESETS,     // 9
+    NO_FIELD,                            // 10
+    STATUS_APP_ACTIVE_VIDEO_PRESETS,     // 11
+    STATUS_APP_ACTIVE_PHOTO_PRESETS,     // 12
+    STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, // 13
+    STATUS_APP_ACTIVE_VIDEO_PRESETS,     // 14
 };
 
-consteval FieldChoice field_choice(std::initializer_list<FieldUsers> rows)
+// The field that holds the vellix default of flat modes: a time lapse video has that of the multi shots, and a
+// broadcast has none.
+struct VellixDefault {
+    zv::FlatModeSet flat_modes;
+    uint16_t field;
+};
+constexpr VellixDefault VELLIX_OF_FLAT_MODE[] = {
+    {zv::VIDEO_MODES.without({zv::FLAT_MODE_TIME_LAPSE_VIDEO, zv::FLAT_MODE_BROADCAST}), STATUS_VIDEO_VELLIX_DEFAULT},
+    {zv::PHOTO_MODES, STATUS_PHOTO_VELLIX_DEFAULT},
+    {zv::MULTI_SHOT_MODES.with({zv::FLAT_MODE_TIME_LAPSE_VIDEO}), STATUS_MULTI_SHOT_VELLIX_DEFAULT},
+};
+
+uint16_t vellix_field(uint8_t flat_mode)
 {
-    FieldChoice choice = {};
-    for (const FieldUsers &row : rows) {
-        for (const uint8_t number : row.numbers) {
-            choice[number] = row.offset;
-        }
-    }
-    return choice;
-}
-
-constexpr FieldChoice PRESET_OF_GROUP = field_choice({
-    {STATUS_APP_ACTIVE_VIDEO_PRESETS, {0, 3, 8, 9, 11, 14}},
-    {STATUS_APP_ACTIVE_PHOTO_PRESETS, {1, 4, 12}},
-    {STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, {2, 5, 13}},
-});
-
-constexpr FieldChoice VELLIX_OF_FLAT_MODE = field_choice({
-    {STATUS_VIDEO_VELLIX_DEFAULT, {12, 14, 15, 24, 25, 27}},
-    {STATUS_PHOTO_VELLIX_DEFAULT, {16, 17, 18}},
-    {STATUS_MULTI_SHOT_VELLIX_DEFAULT, {13, 19, 20, 21, 26, 29, 30, 31}},
-});
-
-constexpr uint8_t chosen_field(const FieldChoice &choice, uint32_t number)
-{
-    return number < choice.size() ? choice[number] : NO_FIELD;
+    const auto *row =
+        std::find_if(std::begin(VELLIX_OF_FLAT_MODE), std::end(VELLIX_OF_FLAT_MODE),
+                     [=](const VellixDefault &candidate) { return candidate.flat_modes.contains(flat_mode); });
+    return row != std::end(VELLIX_OF_FLAT_MODE) ? row->field : NO_FIELD;
 }
 
 bool is_in_record(int32_t offset)
@@ -95,117 +103,95 @@ int32_t signed_byte(const uint8_t *status, int32_t offset)
     return static_cast<int8_t>(status[offset]);
 }
 
-// A text that ends with its field or the record, when no zero byte ends it before.
-std::string_view text_at(const uint8_t *status, const Place &place)
-{
-    if (!is_in_record(place.offset)) {
-        return {};
-    }
-    const auto *text = reinterpret_cast<const char *>(status + place.offset);
-    return {text, strnlen(text, static_cast<size_t>(std::min(place.size, RECORD_SIZE - place.offset)))};
-}
-
-void write_int(JsonWriter &json, const uint8_t *status, const Place &place)
+uint64_t read_int(const uint8_t *status, const Place &place)
 {
     if (place.size != 1 && place.size != 4 && place.size != 8) {
         ZV_LOG(ZV_LOG_ERROR, "Unknown field size:%d was given", place.size);
-        json.number(0);
-    } else if (!is_in_record(place.offset) || place.offset > RECORD_SIZE - place.size) {
-        ZV_LOG(ZV_LOG_ERROR, "Invalid field offset:%d was given", place.offset);
-        json.number(0);
-    } else if (place.size == 1) {
-        json.number(uint32_t{status[place.offset]});
-    } else if (place.size == 4) {
-        json.number(le32(status + place.offset));
-    } else {
-        json.number(le64(status + place.offset));
+        return 0;
     }
+    if (!is_in_record(place.offset) || place.offset > RECORD_SIZE - place.size) {
+        ZV_LOG(ZV_LOG_ERROR, "Invalid field offset:%d was given", place.offset);
+        return 0;
+    }
+    const uint8_t *field = status + place.offset;
+    return place.size == 1 ? *field : place.size == 4 ? le32(field) : le64(field);
 }
 
-void write_text(JsonWriter &json, const uint8_t *status, const Place &place)
-{
-    json.literal("\"");
-    json.literal(text_at(status, place));
-    json.literal("\"");
-}
-
-void write_csi(JsonWriter &json, int32_t key)
+uint64_t read_csi(int32_t key)
 {
     uint32_t value = 0;
     ZVCSIListener::GetInstance().GetCSIValue(static_cast<uint32_t>(key), value);
-    json.number(value);
+    return value;
 }
 
-void write_battery_level(JsonWriter &json, const uint8_t *charge)
+uint64_t read_battery_level(const uint8_t *charge)
 {
     const uint32_t charge_state = charge[0];
     const uint32_t bars = charge[1];
     ZV_LOG(ZV_LOG_TRACE, "bar/ch, %u,%u\n", bars, charge_state);
-    json.number(charge_state >= 1 && charge_state <= 3 ? LEVEL_CHARGING : bars);
+    return charge_state >= 1 && charge_state <= 3 ? LEVEL_CHARGING : bars;
 }
 
-void write_battery_percentage(JsonWriter &json, int32_t percentage)
+int32_t read_battery_percentage(int32_t percentage)
 {
     if (percentage >= 0) {
         pBatteryPercentage.store(percentage, RELAXED);
     }
-    json.number(pBatteryPercentage.load(RELAXED));
+    return pBatteryPercentage.load(RELAXED);
 }
 
-void write_logs_ready(JsonWriter &json, uint8_t linux_core_active)
+uint64_t read_logs_ready(uint8_t linux_core_active)
 {
     uint32_t ready = 0;
     if (linux_core_active == 1) {
         zvcontrol_get_logs_ready_status(&ready);
     }
-    json.number(ready);
+    return ready;
 }
 
-void write_exposure_type(JsonWriter &json, uint8_t type)
+int32_t read_exposure_type(uint8_t type)
 {
     if (type >= std::size(EXPOSURE_TYPES)) {
         ZV_LOG(ZV_LOG_ERROR, "Unknown Liveview status type");
-        json.number(0);
-        return;
+        return 0;
     }
-    json.number(EXPOSURE_TYPES[type]);
+    return EXPOSURE_TYPES[type];
 }
 
-void write_exposure_coordinate(JsonWriter &json, const uint8_t *status, int32_t offset)
+int32_t read_exposure_coordinate(const uint8_t *status, int32_t offset)
 {
     const bool is_x = offset == STATUS_LIVEVIEW_EXPOSURE_SELECT_X;
     int32_t value = signed_byte(status, offset);
     if (value < 0 || value > COORDINATE_MAX) {
         ZV_LOG(ZV_LOG_ERROR, "exposure select %c %d, out of range 0-100", is_x ? 'x' : 'y', value);
-        json.number(0);
-        return;
+        return 0;
     }
     ZV_LOG(ZV_LOG_TRACE, "Exposure %c from firmware is %d", is_x ? 'X' : 'Y', value);
     if (status[STATUS_EXPOSURE_COORDINATES_DIRECT] == 0) {
         value = COORDINATE_MAX - value;
         ZV_LOG(ZV_LOG_TRACE, "Exposure %c from firmware is adjusted to %d", is_x ? 'X' : 'Y', value);
     }
-    json.number(value);
+    return value;
 }
 
-void write_active_preset(JsonWriter &json, const uint8_t *status, uint32_t group)
+uint64_t read_active_preset(const uint8_t *status, uint32_t group)
 {
-    const uint8_t field = chosen_field(PRESET_OF_GROUP, group);
+    const uint16_t field = group < std::size(PRESET_OF_GROUP) ? PRESET_OF_GROUP[group] : NO_FIELD;
     if (field == NO_FIELD) {
         if (errorDisplayed.active_preset.exchange(1, RELAXED) == 0) {
             ZV_LOG(ZV_LOG_ERROR, "Preset group 0x%ld isn't supported @ %s:%d\n", static_cast<long>(group + FIRST_GROUP),
                    ZV_SOURCE_PATH, __LINE__);
         }
-        json.number(0);
-        return;
+        return 0;
     }
     errorDisplayed.active_preset.store(0, RELAXED);
-    json.number(le32(status + field));
+    return le32(status + field);
 }
 
-void write_vellix_default(JsonWriter &json, const uint8_t *status, uint8_t flat_mode)
+// Sign-extended to 32 bits, and then unsigned.
+uint64_t read_vellix_default(const uint8_t *status, uint8_t flat_mode)
 {
-    const uint8_t field = chosen_field(VELLIX_OF_FLAT_MODE, flat_mode);
+    const uint16_t field = vellix_field(flat_mode);
     if (field != NO_FIELD) {
         vellix_default.store(signed_byte(status, field), RELAXED);
         errorDisplayed.vellix_default.store(0, RELAXED);
@@ -213,7 +199,7 @@ void write_vellix_default(JsonWriter &json, const uint8_t *status, uint8_t flat_
         ZV_LOG(ZV_LOG_ERROR, "Flat mode %d, doesn't support vellix, using video_vellix_default value. @ %s:%d\n",
                static_cast<int8_t>(flat_mode), ZV_SOURCE_PATH, __LINE__);
     }
-    json.number(static_cast<uint32_t>(vellix_default.load(RELAXED)));
+    return static_cast<uint32_t>(vellix_default.load(RELAXED));
 }
 
 bool takes_part_in_changes(const StatusField &row, const PushNotification &push)
@@ -232,63 +218,65 @@ bool takes_part_in_changes(const StatusField &row, const PushNotification &push)
 
 namespace zv {
 
-void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *status, const Place &place)
+std::string_view status_text(const uint8_t *status, const Place &place)
+{
+    if (!is_in_record(place.offset)) {
+        return {};
+    }
+    const auto *text = reinterpret_cast<const char *>(status + place.offset);
+    return {text, strnlen(text, static_cast<size_t>(std::min(place.size, RECORD_SIZE - place.offset)))};
+}
+
+StatusValue read_status_value(StatusOutput output, const uint8_t *status, const Place &place)
 {
     using enum StatusOutput;
     switch (output) {
     case NONE:
-        break;
-    case ZERO:
-        json.number(0);
-        break;
+        return {};
     case INT:
-        write_int(json, status, place);
-        break;
+        return read_int(status, place);
     case SIGNED:
-        json.number(signed_byte(status, place.offset));
-        break;
+        return signed_byte(status, place.offset);
     case EXTENDED:
-        json.number(static_cast<uint32_t>(signed_byte(status, place.offset)));
-        break;
+        return uint64_t{static_cast<uint32_t>(signed_byte(status, place.offset))};
     case TEXT:
-        write_text(json, status, place);
-        break;
-    case BARE_TEXT:
-        json.literal(text_at(status, place));
-        break;
+        return status_text(status, place);
     case CSI:
-        write_csi(json, place.offset);
-        break;
+        return read_csi(place.offset);
     case LEVEL:
-        write_battery_level(json, status + place.offset);
-        break;
+        return read_battery_level(status + place.offset);
     case PERCENTAGE:
-        write_battery_percentage(json, signed_byte(status, place.offset));
-        break;
+        return read_battery_percentage(signed_byte(status, place.offset));
     case NEXT_POLL:
-        json.number(NEXT_POLL_MSEC);
-        break;
+        return NEXT_POLL_MSEC;
     case ANALYTICS:
-        json.number(status[place.offset] == ENCODING ? ANALYTICS_NOT_READY : ANALYTICS_READY);
-        break;
+        return status[place.offset] == ENCODING ? ANALYTICS_NOT_READY : ANALYTICS_READY;
     case LOGS:
-        write_logs_ready(json, status[place.offset]);
-        break;
+        return read_logs_ready(status[place.offset]);
     case EXPOSURE:
-        write_exposure_type(json, status[place.offset]);
-        break;
+        return read_exposure_type(status[place.offset]);
     case COORDINATE:
-        write_exposure_coordinate(json, status, place.offset);
-        break;
+        return read_exposure_coordinate(status, place.offset);
     case GROUP:
-        json.number(le32(status + place.offset) + FIRST_GROUP);
-        break;
+        return uint64_t{le32(status + place.offset) + FIRST_GROUP};
     case PRESET:
-        write_active_preset(json, status, le32(status + place.offset));
-        break;
+        return read_active_preset(status, le32(status + place.offset));
     case VELLIX:
-        write_vellix_default(json, status, status[place.offset]);
-        break;
+        return read_vellix_default(status, status[place.offset]);
+    }
+    return {};
+}
+
+void write_status_value(JsonWriter &json, const StatusValue &value)
+{
+    if (const auto *number = std::get_if<uint64_t>(&value)) {
+        json.number(*number);
+    } else if (const auto *signed_number = std::get_if<int32_t>(&value)) {
+        json.number(*signed_number);
+    } else if (const auto *text = std::get_if<std::string_view>(&value)) {
+        json.literal("\"");
+        json.literal(*text);
+        json.literal("\"");
     }
 }
 
@@ -297,7 +285,17 @@ namespace {
 void write_member(JsonWriter &json, const StatusField &row, const uint8_t *status)
 {
     json.key(row.id);
-    write_status_value(json, row.output, status, {row.offset, row.size});
+    write_status_value(json, read_status_value(row.output, status, {row.offset, row.size}));
+}
+
+// The low 32 bits of a number, which counts as INT64_MAX at most; 0 for a text.
+uint32_t low_bits(const StatusValue &value)
+{
+    if (const auto *number = std::get_if<uint64_t>(&value)) {
+        return static_cast<uint32_t>(std::min<uint64_t>(*number, INT64_MAX));
+    }
+    const auto *signed_number = std::get_if<int32_t>(&value);
+    return signed_number != nullptr ? static_cast<uint32_t>(*signed_number) : 0;
 }
 
 } // namespace
@@ -356,11 +354,7 @@ void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, 
 {
     for (size_t i = 0; i < fields.size() && i < values.size(); ++i) {
         if (takes_part_in_changes(fields[i], pushes[i])) {
-            char buffer[JSON_MEMBER_SIZE];
-            JsonWriter json(buffer);
-            write_member(json, fields[i], status);
-            json.literal({"\0", 1});
-            values[i] = static_cast<uint32_t>(strtoll(strchr(buffer, ':') + 1, nullptr, 10));
+            values[i] = low_bits(read_status_value(fields[i].output, status, {fields[i].offset, fields[i].size}));
         }
     }
 }

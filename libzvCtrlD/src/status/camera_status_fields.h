@@ -5,20 +5,25 @@
 #include "json_writer.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
 
 namespace zv {
 
 // How a value comes out of the record.
 enum class StatusOutput : uint8_t {
     NONE,       // the id is free and publishes nothing
-    ZERO,       // always 0
     INT,        // an unsigned number of 1, 4 or 8 bytes
     SIGNED,     // a signed byte
-    EXTENDED,   // a signed byte, sign-extended to 32 bits and written as unsigned
+    EXTENDED,   // a signed byte, sign-extended to 32 bits and published as unsigned
     TEXT,       // a text in quotes that ends with its field at the latest
-    BARE_TEXT,  // the same without quotes
     CSI,        // a number of the system information service; the offset is its key
-    LEVEL,      // battery bars, which stand behind the charge state
+    LEVEL,      // battery bars, in the byte after the charge state
     PERCENTAGE, // battery charge, or the last good one
     NEXT_POLL,
     ANALYTICS,
@@ -63,8 +68,16 @@ struct Place {
     int32_t size;
 };
 
-// The value alone, without its key.
-void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *status, const Place &place);
+// A value as it is published: nothing, a number, or a text, which is a part of the record.
+using StatusValue = std::variant<std::monostate, uint64_t, int32_t, std::string_view>;
+
+StatusValue read_status_value(StatusOutput output, const uint8_t *status, const Place &place);
+
+// A text that ends with its place or the record, when no zero byte ends it before; none for an offset outside.
+std::string_view status_text(const uint8_t *status, const Place &place);
+
+// The value alone, without its key; a text in quotes.
+void write_status_value(JsonWriter &json, const StatusValue &value);
 
 // The public functions of the same purpose, over any table. A row with an offset outside the record is left out.
 void write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields);

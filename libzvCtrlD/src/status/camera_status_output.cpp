@@ -1,5 +1,10 @@
 #include "camera_status_fields.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <sstream>
+#include <string_view>
+
 namespace {
 
 using zv::StatusField;
@@ -7,22 +12,30 @@ using zv::StatusOutput;
 
 constexpr int32_t RECORD_SIZE = sizeof(appc_system_all_status);
 
-void output(const appc_system_all_status *status, const status_field_t *field, std::stringstream &stream,
-            StatusOutput how, const zv::Place &place)
+constexpr int32_t MEMBER_SIZE = zv::JSON_MEMBER_SIZE + RECORD_SIZE;
+
+// The id of the first status of that name; another name does not compile.
+consteval uint32_t status_id(std::string_view name)
 {
-    char buffer[zv::JSON_MEMBER_SIZE + RECORD_SIZE];
+    return std::ranges::find(camera_status_names, name, [](const auto &row) { return std::string_view(row.name); })->id;
+}
+
+void output(const zv::StatusValue &value, const status_field_t *field, std::stringstream &stream)
+{
+    char buffer[MEMBER_SIZE];
     zv::JsonWriter json(buffer);
     json.key(field->id);
-    zv::write_status_value(json, how, status != nullptr ? status->bytes : nullptr, place);
+    zv::write_status_value(json, value);
     stream.write(json.begin(), json.size());
 }
 
-// As the status `id` is written, under the id of `field`.
+// As the status `id` is published, under the id of `field`.
 void output_as(uint32_t id, const appc_system_all_status *status, const status_field_t *field,
                std::stringstream &stream)
 {
     const StatusField &row = zv::status_fields[id];
-    output(status, field, stream, row.output, {row.offset, row.size});
+    const uint8_t *record = status != nullptr ? status->bytes : nullptr;
+    output(zv::read_status_value(row.output, record, {row.offset, row.size}), field, stream);
 }
 
 } // namespace
@@ -38,220 +51,225 @@ void status_field_output_int(const appc_system_all_status *status, const status_
         ZV_LOG(ZV_LOG_ERROR, "status_field is NULL, unable to output status values");
         return;
     }
-    output(status, field, stream, StatusOutput::INT, {field->offset, field->size});
+    output(zv::read_status_value(StatusOutput::INT, status->bytes, {field->offset, field->size}), field, stream);
 }
 
 void status_field_output_string(const appc_system_all_status *status, const status_field_t *field,
                                 std::stringstream &stream)
 {
-    output(status, field, stream, StatusOutput::BARE_TEXT, {field->offset, RECORD_SIZE});
+    char buffer[MEMBER_SIZE];
+    zv::JsonWriter json(buffer);
+    json.key(field->id);
+    json.literal(zv::status_text(status->bytes, {field->offset, RECORD_SIZE}));
+    stream.write(json.begin(), json.size());
 }
 
 void status_field_output_battery_level(const appc_system_all_status *status, const status_field_t *field,
                                        std::stringstream &stream)
 {
-    if (field->id == 2 || field->id == 4) {
+    if (field->id == status_id("system_internal_battery_level") ||
+        field->id == status_id("system_external_battery_level")) {
         output_as(field->id, status, field, stream);
         return;
     }
     ZV_LOG(ZV_LOG_WARN, "invalid field id, %d\n", static_cast<int>(field->id));
-    output(status, field, stream, StatusOutput::ZERO, {});
+    output(uint64_t{0}, field, stream);
 }
 
-void status_field_output_analytics_size(const appc_system_all_status *status, const status_field_t *field,
+void status_field_output_analytics_size(const appc_system_all_status *, const status_field_t *field,
                                         std::stringstream &stream)
 {
-    output(status, field, stream, StatusOutput::ZERO, {});
+    output(uint64_t{0}, field, stream);
 }
 
 void status_field_output_linux_core_active(const appc_system_all_status *status, const status_field_t *field,
                                            std::stringstream &stream)
 {
-    output(status, field, stream, StatusOutput::INT, {STATUS_SYSTEM_LINUX_CORE_ACTIVE, 1});
+    output(uint64_t{status->bytes[STATUS_SYSTEM_LINUX_CORE_ACTIVE]}, field, stream);
 }
 
 void status_field_output_wlan_ssid(const appc_system_all_status *status, const status_field_t *field,
                                    std::stringstream &stream)
 {
-    output_as(29, status, field, stream);
+    output_as(status_id("wireless_wlan_ssid"), status, field, stream);
 }
 
 void status_field_output_ap_ssid(const appc_system_all_status *status, const status_field_t *field,
                                  std::stringstream &stream)
 {
-    output_as(30, status, field, stream);
+    output_as(status_id("wireless_ap_ssid"), status, field, stream);
 }
 
 void status_field_output_rssi_barsV2(const appc_system_all_status *status, const status_field_t *field,
                                      std::stringstream &stream)
 {
-    output_as(56, status, field, stream);
+    output_as(status_id("wireless_wifi_bars"), status, field, stream);
 }
 
 void status_field_output_next_poll(const appc_system_all_status *status, const status_field_t *field,
                                    std::stringstream &stream)
 {
-    output_as(60, status, field, stream);
+    output_as(status_id("system_next_poll_msec"), status, field, stream);
 }
 
 void status_field_output_analytics_ready(const appc_system_all_status *status, const status_field_t *field,
                                          std::stringstream &stream)
 {
-    output_as(61, status, field, stream);
+    output_as(status_id("system_analytics_ready"), status, field, stream);
 }
 
 void status_field_output_exposure_select_type(const appc_system_all_status *status, const status_field_t *field,
                                               std::stringstream &stream)
 {
-    output_as(65, status, field, stream);
+    output_as(status_id("liveview_exposure_select_type"), status, field, stream);
 }
 
 void status_field_output_exposure_select_x(const appc_system_all_status *status, const status_field_t *field,
                                            std::stringstream &stream)
 {
-    output_as(66, status, field, stream);
+    output_as(status_id("liveview_exposure_select_x"), status, field, stream);
 }
 
 void status_field_output_exposure_select_y(const appc_system_all_status *status, const status_field_t *field,
                                            std::stringstream &stream)
 {
-    output_as(67, status, field, stream);
+    output_as(status_id("liveview_exposure_select_y"), status, field, stream);
 }
 
 void status_field_output_internal_battery_percentage(const appc_system_all_status *status, const status_field_t *field,
                                                      std::stringstream &stream)
 {
-    output_as(70, status, field, stream);
+    output_as(status_id("system_internal_battery_percentage"), status, field, stream);
 }
 
 void status_field_output_digital_zoom(const appc_system_all_status *status, const status_field_t *field,
                                       std::stringstream &stream)
 {
-    output_as(75, status, field, stream);
+    output_as(status_id("app_digital_zoom"), status, field, stream);
 }
 
 void status_field_output_current_mode(const appc_system_all_status *status, const status_field_t *field,
                                       std::stringstream &stream)
 {
-    output_as(89, status, field, stream);
+    output_as(status_id("app_current_mode"), status, field, stream);
 }
 
 void status_field_output_vellix_default(const appc_system_all_status *status, const status_field_t *field,
                                         std::stringstream &stream)
 {
-    output_as(90, status, field, stream);
+    output_as(status_id("app_vellix_default"), status, field, stream);
 }
 
 void status_field_output_logs_ready(const appc_system_all_status *status, const status_field_t *field,
                                     std::stringstream &stream)
 {
-    output_as(91, status, field, stream);
+    output_as(status_id("system_logs_ready"), status, field, stream);
 }
 
 void status_field_output_active_video_presets(const appc_system_all_status *status, const status_field_t *field,
                                               std::stringstream &stream)
 {
-    output_as(93, status, field, stream);
+    output_as(status_id("app_active_video_presets"), status, field, stream);
 }
 
 void status_field_output_active_photo_presets(const appc_system_all_status *status, const status_field_t *field,
                                               std::stringstream &stream)
 {
-    output_as(94, status, field, stream);
+    output_as(status_id("app_active_photo_presets"), status, field, stream);
 }
 
 void status_field_output_active_timelapse_presets(const appc_system_all_status *status, const status_field_t *field,
                                                   std::stringstream &stream)
 {
-    output_as(95, status, field, stream);
+    output_as(status_id("app_active_timelapse_presets"), status, field, stream);
 }
 
 void status_field_output_active_presets_group(const appc_system_all_status *status, const status_field_t *field,
                                               std::stringstream &stream)
 {
-    output_as(96, status, field, stream);
+    output_as(status_id("app_active_presets_group"), status, field, stream);
 }
 
 void status_field_output_active_preset(const appc_system_all_status *status, const status_field_t *field,
                                        std::stringstream &stream)
 {
-    output_as(97, status, field, stream);
+    output_as(status_id("app_active_preset"), status, field, stream);
 }
 
 void status_field_output_preset_modified(const appc_system_all_status *status, const status_field_t *field,
                                          std::stringstream &stream)
 {
-    output_as(98, status, field, stream);
+    output_as(status_id("app_preset_modified"), status, field, stream);
 }
 
 void status_field_output_capture_delay(const appc_system_all_status *status, const status_field_t *field,
                                        std::stringstream &stream)
 {
-    output_as(101, status, field, stream);
+    output_as(status_id("app_capture_delay_active"), status, field, stream);
 }
 
 void status_field_output_camera_lens_type(const appc_system_all_status *status, const status_field_t *field,
                                           std::stringstream &stream)
 {
-    output_as(105, status, field, stream);
+    output_as(status_id("system_camera_lens_type"), status, field, stream);
 }
 
 void status_field_output_retrocap_active(const appc_system_all_status *status, const status_field_t *field,
                                          std::stringstream &stream)
 {
-    output_as(106, status, field, stream);
+    output_as(status_id("video_video_retrocap_capture_active"), status, field, stream);
 }
 
 void status_field_output_scheduled_preset(const appc_system_all_status *status, const status_field_t *field,
                                           std::stringstream &stream)
 {
-    output_as(107, status, field, stream);
+    output_as(status_id("app_scheduled_preset"), status, field, stream);
 }
 
 void status_field_output_scheduled_enabled(const appc_system_all_status *status, const status_field_t *field,
                                            std::stringstream &stream)
 {
-    output_as(108, status, field, stream);
+    output_as(status_id("app_scheduled_enabled"), status, field, stream);
 }
 
 void status_field_output_sd_rating_check_error(const appc_system_all_status *status, const status_field_t *field,
                                                std::stringstream &stream)
 {
-    output_as(111, status, field, stream);
+    output_as(status_id("system_sd_rating_check_error"), status, field, stream);
 }
 
 void status_field_output_sd_write_speed_error(const appc_system_all_status *status, const status_field_t *field,
                                               std::stringstream &stream)
 {
-    output_as(112, status, field, stream);
+    output_as(status_id("system_sd_write_speed_error"), status, field, stream);
 }
 
 void status_field_output_swift_offload(const appc_system_all_status *status, const status_field_t *field,
                                        std::stringstream &stream)
 {
-    output_as(113, status, field, stream);
+    output_as(status_id("system_swift_offload"), status, field, stream);
 }
 
 void status_field_output_camera_control_status(const appc_system_all_status *status, const status_field_t *field,
                                                std::stringstream &stream)
 {
-    output_as(114, status, field, stream);
+    output_as(status_id("system_camera_control_status"), status, field, stream);
 }
 
 void status_field_output_usb_connected(const appc_system_all_status *status, const status_field_t *field,
                                        std::stringstream &stream)
 {
-    output_as(115, status, field, stream);
+    output_as(status_id("app_usb_connected"), status, field, stream);
 }
 
 void status_field_output_total_sd_space_kb(const appc_system_all_status *status, const status_field_t *field,
                                            std::stringstream &stream)
 {
-    output_as(117, status, field, stream);
+    output_as(status_id("storage_total_sd_space_kb"), status, field, stream);
 }
 
 void status_field_output_photo_interval_capture_count(const appc_system_all_status *status, const status_field_t *field,
                                                       std::stringstream &stream)
 {
-    output_as(118, status, field, stream);
+    output_as(status_id("photo_interval_capture_count"), status, field, stream);
 }

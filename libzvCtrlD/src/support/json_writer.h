@@ -1,9 +1,10 @@
-// The text of the JSON documents: members `"id":value` one behind the other, in a buffer on the caller's stack.
-// Internal to the library.
+// The text of the JSON documents: members `"id":value` one after the other, in a buffer on the caller's stack. Internal
+// to the library.
 //
 // A document goes out with every poll, so that a member costs no allocation, no stream and hardly a branch: keys and
-// small numbers are copied from tables as blocks of fixed size. A block reaches past the text that counts, which is why
-// a buffer has JSON_MEMBER_SIZE bytes for each member. The finished text goes into the caller's stream as one block:
+// small numbers are copied from tables. Each copy writes a whole block, past the member's end, which is why a buffer
+// has JSON_MEMBER_SIZE bytes for each member; that it has is asserted in debug builds alone. The finished text goes
+// into the caller's stream at once:
 //
 //     char buffer[COUNT * JSON_MEMBER_SIZE];
 //     JsonWriter json(buffer);
@@ -18,15 +19,18 @@
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <ios>
 #include <string_view>
+#include <system_error>
 
 namespace zv {
 
-// Room for one member with a number, or with a text of up to JSON_TEXT_MAX bytes, and for what the blocks write behind
+// Room for one member with a number, or with a text of up to JSON_TEXT_MAX bytes, and for what the blocks write after
 // it.
 inline constexpr size_t JSON_MEMBER_SIZE = 64;
 inline constexpr size_t JSON_TEXT_MAX = 40;
@@ -74,7 +78,10 @@ inline constexpr auto JSON_KEYS = [] {
 class JsonWriter {
   public:
     // `buffer` outlives the writer and has JSON_MEMBER_SIZE bytes for each member, or literal, that is written.
-    explicit JsonWriter(char *buffer) : m_begin(buffer), m_next(buffer) {}
+    template <size_t SIZE>
+    explicit JsonWriter(char (&buffer)[SIZE]) : m_begin(buffer), m_next(buffer), m_end(buffer + SIZE)
+    {
+    }
 
     // `"id":`
     void key(uint32_t id)
@@ -83,10 +90,10 @@ class JsonWriter {
             copy_block(JSON_KEYS[id]);
             return;
         }
-        *m_next++ = '"';
+        put('"');
         digits(id);
-        *m_next++ = '"';
-        *m_next++ = ':';
+        put('"');
+        put(':');
     }
 
     // The value in decimal.
@@ -101,11 +108,15 @@ class JsonWriter {
         }
     }
 
-    // The text as it stands: nothing is escaped.
-    void literal(std::string_view text) { m_next = std::copy(text.begin(), text.end(), m_next); }
+    // The text as it is: nothing is escaped.
+    void literal(std::string_view text)
+    {
+        assert(text.size() <= room());
+        m_next = std::copy(text.begin(), text.end(), m_next);
+    }
 
     // Every member is followed by a comma; the last one's is taken back, if there was a member.
-    void comma() { *m_next++ = ','; }
+    void comma() { put(','); }
     void drop_comma()
     {
         if (m_next != m_begin && m_next[-1] == ',') {
@@ -113,7 +124,7 @@ class JsonWriter {
         }
     }
 
-    // Takes back what was written behind `size`.
+    // Takes back what was written after the first `size` characters.
     void truncate(std::streamsize size) { m_next = m_begin + size; }
 
     const char *begin() const { return m_begin; }
@@ -121,11 +132,18 @@ class JsonWriter {
     std::string_view text() const { return {m_begin, static_cast<size_t>(m_next - m_begin)}; }
 
   private:
-    static constexpr size_t DIGITS_MAX = 20; // of a 64-bit number
+    size_t room() const { return static_cast<size_t>(m_end - m_next); }
+
+    void put(char character)
+    {
+        assert(room() > 0);
+        *m_next++ = character;
+    }
 
     template <size_t SIZE>
     void copy_block(const JsonBlock<SIZE> &block)
     {
+        assert(SIZE <= room());
         memcpy(m_next, &block, SIZE);
         m_next += block.length;
     }
@@ -133,7 +151,9 @@ class JsonWriter {
     template <class Integer>
     void digits(Integer value)
     {
-        m_next = std::to_chars(m_next, m_next + DIGITS_MAX, value).ptr;
+        const std::to_chars_result result = std::to_chars(m_next, m_end, value);
+        assert(result.ec == std::errc());
+        m_next = result.ptr;
     }
 
     template <class Unsigned>
@@ -148,6 +168,7 @@ class JsonWriter {
 
     char *m_begin;
     char *m_next;
+    char *m_end;
 };
 
 } // namespace zv
