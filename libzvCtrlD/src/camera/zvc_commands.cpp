@@ -4,9 +4,9 @@
 #include "zvc_commands.h"
 
 #include "bytes.h"
+#include "exchange.h"
 #include "io_buffer.h"
 #include "message_finish.h"
-#include "queue_drain.h"
 #include "queues.h"
 
 #include <cassert>
