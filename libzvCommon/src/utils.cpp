@@ -1,6 +1,7 @@
 #include "utils.h"
 
-#include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,7 +15,7 @@ namespace {
 constexpr char DAEMON_FOLDER[] = "/";
 constexpr char CORE_FOLDER[] = "/tmp/fuse_b/";
 
-// Where a store keeps its id. Behind a slash, stat finds nothing but folders.
+// Where a store keeps its id. A path that ends with a slash is found by stat only where it is a folder.
 struct Store {
     const char *node;
     const char *folder;
@@ -70,6 +71,53 @@ bool write_card_id(FILE *file, char *id)
     if (fclose(file) != 0 || !written) {
         ZV_LOG(ZV_LOG_ERROR, "Failed to get write card_id to file");
         clear_card_id(id);
+        return false;
+    }
+    return true;
+}
+
+// Makes the store's folder unless it `existed`. False after logging.
+bool open_folder(const Store &store, bool &existed)
+{
+    struct stat state = {};
+    existed = stat(store.node, &state) == 0;
+    if (existed && !S_ISDIR(state.st_mode)) {
+        ZV_LOG(ZV_LOG_ERROR, "Path:%s exists and is a NOT folder", store.folder);
+        return false;
+    }
+    if (!existed && mkdir(store.folder, STORE_FOLDER_MODE) != 0) {
+        ZV_LOG(ZV_LOG_ERROR, "Failed to create folder:%s", store.folder);
+        return false;
+    }
+    return true;
+}
+
+// Reads the id that the store has. When it has none, `id` is "0" and no file is left.
+bool read_stored_id(const Store &store, char *id)
+{
+    FILE *file = fopen(store.file, "r");
+    if (file == nullptr) {
+        return false;
+    }
+    const bool found = read_card_id(file, id);
+    fclose(file);
+    if (!found) {
+        clear_card_id(id);
+        remove(store.file);
+    }
+    return found;
+}
+
+// Gives the store a new id. False after logging, and `id` then is "0".
+bool make_id(const Store &store, char *id)
+{
+    FILE *file = fopen(store.file, "w");
+    if (file == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "Failed to create file  %s", store.file);
+        return false;
+    }
+    if (!write_card_id(file, id)) {
+        remove(store.file); // a part of a number would pass for an id
         return false;
     }
     return true;
@@ -133,36 +181,11 @@ int32_t getCardIDStrFromCard(char *id, int32_t card)
     }
     const Store &store = card == 1 ? SECOND_CARD : CARD;
     clear_card_id(id);
-
-    struct stat state = {};
-    const bool existed = stat(store.node, &state) == 0;
-    if (existed && !S_ISDIR(state.st_mode)) {
-        ZV_LOG(ZV_LOG_ERROR, "Path:%s exists and is a NOT folder", store.folder);
+    bool existed = false;
+    if (!open_folder(store, existed)) {
         return -1;
     }
-    if (!existed && mkdir(store.folder, STORE_FOLDER_MODE) != 0) {
-        ZV_LOG(ZV_LOG_ERROR, "Failed to create folder:%s", store.folder);
-        return -1;
-    }
-    if (FILE *file = existed ? fopen(store.file, "r") : nullptr; file != nullptr) {
-        const bool found = read_card_id(file, id);
-        fclose(file);
-        if (found) {
-            return 0;
-        }
-        clear_card_id(id);
-        remove(store.file);
-    }
-    FILE *file = fopen(store.file, "w");
-    if (file == nullptr) {
-        ZV_LOG(ZV_LOG_ERROR, "Failed to create file  %s", store.file);
-        return -1;
-    }
-    if (!write_card_id(file, id)) {
-        remove(store.file); // a part of a number would pass for an id
-        return -1;
-    }
-    return 0;
+    return (existed && read_stored_id(store, id)) || make_id(store, id) ? 0 : -1;
 }
 
 int32_t validateCardID(const char *id, uint32_t length)

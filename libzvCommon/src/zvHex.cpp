@@ -1,8 +1,10 @@
 #include "zvHex.h"
 
-#include "message_finish.h"
+#include "message_trace.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 
@@ -81,7 +83,7 @@ constexpr int COLUMNS = 16; // bytes in a line
 constexpr int GROUP = 4;
 constexpr size_t HEXLINE_SIZE = 98;
 constexpr size_t PREFIX_WIDTH = 11;
-constexpr int32_t SHOWN_AHEAD = 80; // hexprint leaves lines out behind this many bytes,
+constexpr int32_t SHOWN_AHEAD = 80; // hexprint leaves lines out after this many bytes,
 constexpr int32_t SHOWN_LAST = 31;  // while more than this many are left
 
 // Text in a caller's buffer, cut at its end and always terminated.
@@ -125,8 +127,8 @@ constexpr char LOWER[] = "0123456789abcdef";
 // How the columns of a line look.
 struct Look {
     const char *digits;
-    const char *behind_column;
-    const char *behind_group;
+    const char *after_column;
+    const char *after_group;
     const char *before_text;
 };
 
@@ -150,7 +152,7 @@ void put_columns(TextBuffer &text, const Look &look, const uint8_t *data, int64_
             characters[column] = ' ';
             text.put("  ");
         }
-        text.put(column % GROUP == GROUP - 1 ? look.behind_group : look.behind_column);
+        text.put(column % GROUP == GROUP - 1 ? look.after_group : look.after_column);
     }
     text.put(look.before_text);
     text.put(characters, COLUMNS);

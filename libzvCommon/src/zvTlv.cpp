@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #define ZV_SOURCE_PATH "libzvCommon/src/zvTlv"
@@ -34,7 +36,7 @@ uint32_t element_length(const uint8_t *element)
     return HEADER_SIZE + value_length(element);
 }
 
-// Where an element would begin behind `offset` bytes of the element area, if its header is all there.
+// Whether an element that begins after `offset` bytes of the element area has all of its header there.
 bool has_header(uint32_t offset, uint32_t area)
 {
     return offset + HEADER_SIZE <= area;
@@ -99,6 +101,89 @@ struct ValueText {
         }
     }
 };
+
+ValueText command_text(const uint8_t *msg)
+{
+    return {msg, TLV_CMD, 0};
+}
+
+// What else than a command every message needs.
+struct Need {
+    Kind kind;
+    const char *finding;
+};
+constexpr Need NEEDS[] = {
+    {HAS_DST, "TLV_ERROR: :%s MSG needs a DST\n"},
+    {HAS_SRC, "TLV_ERROR: :%s MSG needs a SRC\n"},
+};
+
+// The steps of tlv_validate, with its results. Each assumes that the one before found nothing.
+int32_t check_length(int32_t length)
+{
+    if (length < MIN_LENGTH) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG len is too short (%d < %d)\n", length, MIN_LENGTH);
+        return -1;
+    }
+    if (length > ZVMSG_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG len is too long (%d > 1500)\n", length);
+        return -1;
+    }
+    return 0;
+}
+
+int32_t check_elements(const uint8_t *msg, int32_t length, const Elements &elements)
+{
+    const uint32_t area = static_cast<uint32_t>(length) - HEADER_SIZE;
+    if (elements.length != area) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG length (%d) does not match internal length (%d0.\n",
+               static_cast<int>(elements.length), static_cast<int>(area));
+        return -1;
+    }
+    const uint8_t *last = msg + length - 1;
+    if (*last != TLV_END) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG is missing ending TLV: 0xEE\n");
+        return -1;
+    }
+    if (elements.lacks(HAS_CMD)) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG needs a CMD\n");
+        return -3;
+    }
+    for (const Need &need : NEEDS) {
+        if (elements.lacks(need.kind)) {
+            ZV_LOG(ZV_LOG_ERROR, need.finding, command_text(msg).text);
+            return -3;
+        }
+    }
+    if (elements.end == nullptr || elements.end + TAG_OFFSET != last) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG has too many ending TLV: 0xEE\n", command_text(msg).text);
+        return -1;
+    }
+    return 0;
+}
+
+int32_t check_category(const uint8_t *msg, const Elements &elements)
+{
+    const uint8_t category = msg[3];
+    if (category > CATEGORY_MAX) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a known CATagory. CAT=0x%02x\n", command_text(msg).text,
+               category);
+        return -2;
+    }
+    const bool response = category % 2 == 1;
+    if (elements.lacks(HAS_CMDARG)) {
+        if (response) {
+            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s RSP needs a CMDARG\n", command_text(msg).text);
+        } else {
+            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s CMD needs a CMDARG\n", command_text(msg).text);
+        }
+        return -3;
+    }
+    if (response && elements.lacks(HAS_RSPARG)) {
+        ZV_LOG(ZV_LOG_ERROR, "TLV_WARNING: MSG :%s RSP needs a RSPARG fr%s %s\n", command_text(msg).text,
+               ValueText(msg, TLV_SRC, 3).text, ValueText(msg, TLV_DST, 0).text);
+    }
+    return 0;
+}
 
 } // namespace
 
@@ -186,62 +271,14 @@ int32_t sntlv_find(uint8_t *dest, int32_t destsize, uint8_t tag, const uint8_t *
 int32_t tlv_validate(const uint8_t *msg)
 {
     const int32_t length = sntlv_msg_len(msg);
-    if (length < MIN_LENGTH) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG len is too short (%d < %d)\n", length, MIN_LENGTH);
-        return -1;
+    if (const int32_t result = check_length(length); result != 0) {
+        return result;
     }
-    if (length > ZVMSG_MAX) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG len is too long (%d > 1500)\n", length);
-        return -1;
+    const Elements elements(msg, static_cast<uint32_t>(length) - HEADER_SIZE);
+    if (const int32_t result = check_elements(msg, length, elements); result != 0) {
+        return result;
     }
-    const uint32_t area = static_cast<uint32_t>(length) - HEADER_SIZE;
-    const Elements elements(msg, area);
-    if (elements.length != area) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG length (%d) does not match internal length (%d0.\n",
-               static_cast<int>(elements.length), static_cast<int>(area));
-        return -1;
-    }
-    const uint8_t *last = msg + length - 1;
-    if (*last != TLV_END) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG is missing ending TLV: 0xEE\n");
-        return -1;
-    }
-    if (elements.lacks(HAS_CMD)) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG needs a CMD\n");
-        return -3;
-    }
-    if (elements.lacks(HAS_DST)) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a DST\n", ValueText(msg, TLV_CMD, 0).text);
-        return -3;
-    }
-    if (elements.lacks(HAS_SRC)) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a SRC\n", ValueText(msg, TLV_CMD, 0).text);
-        return -3;
-    }
-    if (elements.end == nullptr || elements.end + TAG_OFFSET != last) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG has too many ending TLV: 0xEE\n", ValueText(msg, TLV_CMD, 0).text);
-        return -1;
-    }
-    const uint8_t category = msg[3];
-    if (category > CATEGORY_MAX) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a known CATagory. CAT=0x%02x\n", ValueText(msg, TLV_CMD, 0).text,
-               category);
-        return -2;
-    }
-    const bool response = category % 2 == 1;
-    if (elements.lacks(HAS_CMDARG)) {
-        if (response) {
-            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s RSP needs a CMDARG\n", ValueText(msg, TLV_CMD, 0).text);
-        } else {
-            ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG :%s CMD needs a CMDARG\n", ValueText(msg, TLV_CMD, 0).text);
-        }
-        return -3;
-    }
-    if (response && elements.lacks(HAS_RSPARG)) {
-        ZV_LOG(ZV_LOG_ERROR, "TLV_WARNING: MSG :%s RSP needs a RSPARG fr%s %s\n", ValueText(msg, TLV_CMD, 0).text,
-               ValueText(msg, TLV_SRC, 3).text, ValueText(msg, TLV_DST, 0).text);
-    }
-    return 0;
+    return check_category(msg, elements);
 }
 
 void sntlv_void(uint8_t *msg, uint8_t tag)
