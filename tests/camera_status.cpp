@@ -337,7 +337,7 @@ TEST_F(Status, PassesOverRowsThatAreInvalidOrNotPushed)
 
 TEST_F(Status, OutputsOneMemberUnderTheCallersId)
 {
-    // On the heap, so that a sanitizer sees a read behind it.
+    // On the heap, so that a sanitizer sees a read past it.
     const auto status = std::make_unique<appc_system_all_status>(record({{254, "\x80"}, {251, "\xff"}, {390, "text"}}));
     struct Case {
         status_output_t *output;

@@ -13,7 +13,7 @@ using namespace test;
 
 namespace {
 
-// An element that tells when it is deleted.
+// An element that notes when it is deleted.
 class Watched : public MsgElement {
   public:
     Watched(uint8_t type, bool is_static, int &deleted) : MsgElement(type, is_static), m_deleted(deleted) {}
@@ -65,7 +65,7 @@ TEST(Messages, ReadsWhatTheSizeFieldCovers)
 {
     Bytes bytes = tlv_message(21, {{TLV_RSP, {1, 2, 3, 4}}, {TLV_VOID, {}}, {TLV_RSP, {9}}});
     bytes[2] = bytes[4] = 0xFF; // reserved
-    bytes.push_back(0x77);      // behind the message
+    bytes.push_back(0x77);      // after the message
     Msg message(1);
     message.addElement(TLV_DST, 2, bytes.data());
     MemStream stream(bytes.data(), static_cast<uint16_t>(bytes.size()));

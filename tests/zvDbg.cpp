@@ -62,7 +62,7 @@ class Log : public testing::Test {
         getlogtime(text);
         return text;
     }
-    // The line of a message, without the 18 characters in front of it.
+    // The line of a message, without the 18 characters before it.
     static std::string line_of(const std::string &message, const std::string &file)
     {
         counter.present = true;
@@ -127,7 +127,7 @@ TEST_F(Log, AnOverlongSourceIsReplacedByABlank)
     EXPECT_EQ(cut + " @" + file(90) + ":1234", line_of(std::string(400, 'm'), file(90)));
     EXPECT_EQ(cut + " ", line_of(std::string(400, 'm'), file(91)));
     EXPECT_EQ(350u, raw_log_lines().back().size());
-    // Behind a message that was not cut there is room up to 440 characters.
+    // After a message that was not cut there is room up to 440 characters.
     EXPECT_EQ("m @" + file(420) + ":1234", line_of("m", file(420)));
     EXPECT_EQ(439u, raw_log_lines().back().size());
     EXPECT_EQ("m ", line_of("m", file(421)));

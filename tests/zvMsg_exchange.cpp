@@ -39,7 +39,7 @@ Fate fate_of(uint32_t number)
     switch (number % 97) {
     case 13:
         return Fate::LOST;
-    case 14: // right behind a lost one
+    case 14: // right after a lost one
     case 50:
     case 51:
         return Fate::LATE;

@@ -23,7 +23,7 @@ const Element DST = {TLV_DST, text("/to_camera")};
 const Element RSP = {TLV_RSPARG, {0xB1}};
 const Element END = {TLV_END, {}};
 
-// A message in a buffer of its exact size, so that the address sanitizer sees a read behind it.
+// A message in a buffer of its exact size, so that the address sanitizer sees a read past it.
 class Exact {
   public:
     explicit Exact(const Bytes &message, size_t size = 0)
@@ -214,7 +214,7 @@ TEST(Tlv, ValidatorNamesTheFirstFinding)
     }
 }
 
-// Every byte in turn takes values that lie: nothing is read behind the length field's bytes.
+// Every byte in turn takes values that lie: nothing is read past the length field's bytes.
 TEST(Tlv, ReadersStayInsideAMalformedMessage)
 {
     reset();

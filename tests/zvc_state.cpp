@@ -26,7 +26,7 @@ class State : public testing::Test {
         csi() = {};
     }
 
-    // A getter's result and text, "#" when it wrote nothing. Fails when it wrote behind `size`.
+    // A getter's result and text, "#" when it wrote nothing. Fails when it wrote past `size`.
     template <class Getter>
     static Read read(Getter getter, int32_t size)
     {

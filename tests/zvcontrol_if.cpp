@@ -207,7 +207,7 @@ TEST_F(Link, ReadsEveryFormOfAnswer)
     Bytes cut = daemon_answer(0, Bytes{1, 2});
     cut.resize(17);
     Bytes short_size = daemon_answer(0, Bytes{1, 2});
-    short_size[1] = 12; // ends behind the return code
+    short_size[1] = 12; // ends after the return code
     struct Case {
         const char *name;
         Bytes answer;

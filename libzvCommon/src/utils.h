@@ -21,17 +21,17 @@ ZV_API int32_t daemon_init(void);
 
 /*
  * The same. With `coreDump` not 0 the daemon may dump core, without a limit, and its working directory is
- * "/tmp/fuse_b/"; that is also told on standard output.
+ * "/tmp/fuse_b/"; it also says so on standard output.
  */
 ZV_API int32_t daemon_init_ext(int32_t coreDump);
 
-#define ZV_CARD_ID_SIZE 32 /* bytes that the buffer of a card's id holds at least */
+#define ZV_CARD_ID_SIZE 32 /* the least room, in bytes, for a card's id */
 
 /*
  * The id of the store `card`, 1 for the second one: a decimal number of up to 30 digits that is kept on the store, in
  * the file MISC/card. A store without an id gets one, made of a random number (srand is called); so does one whose file
- * is empty or does not begin with a line of digits, of which the line feed is no part. Of a longer line the first 30
- * characters count.
+ * is empty or does not begin with a line of digits. The line feed is not part of the id, and only the first 30
+ * characters of a longer line count.
  *
  * Returns 0, or -1 when `id` is null, when the folder or the file cannot be made or written, and when the random
  * numbers fail; then `id` is "0", and a file that was not written whole is gone.

@@ -62,7 +62,7 @@ ZV_API const char *zvErrno2Str(int32_t code);
 /* ---- Logging ------------------------------------------------------------------------------------------------------
  * A higher level is more talkative. All lines go to the system log with priority LOG_ERR; a line is
  *     time stamp, level text such as "[ERROR]", a blank, the message, " @", source file, ":", source line
- * and never longer than 440 characters: a long message is cut so that the source still fits behind it.
+ * and never longer than 440 characters: a long message is cut so that the source still fits after it.
  */
 enum {
     ZV_LOG_OFF = 0,
@@ -112,7 +112,7 @@ ZV_API void zvUtilKlogMsgLevel(int32_t level, int32_t line, const char *file, co
 ZV_API void zvUtilSetLogLevel(int32_t level);
 ZV_API int32_t zvUtilGetLogLevel(void);
 
-/* Prints the caller's stack to standard output, at most 100 frames, one a line behind eight blanks. */
+/* Prints the caller's stack to standard output, at most 100 frames, one per line, after eight blanks. */
 ZV_API void print_stack_trace(void);
 
 /*

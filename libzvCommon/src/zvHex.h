@@ -1,7 +1,7 @@
 /*
  * zvHex.h - bytes as text, for the log and for a caller's buffer, and the labels of the message trace
  *
- * 16 bytes a line, in groups of four, with the printable text beside them. Nothing here keeps state; any thread may
+ * 16 bytes per line, in groups of four, with the printable text beside them. Nothing here keeps state; any thread may
  * call.
  */
 #ifndef ZVHEX_H
@@ -24,9 +24,10 @@ extern ZV_API const uint32_t s_dmsghex[ZV_TRACE_ROWS];
 
 /*
  * Dumps `length` bytes into `dest` of `size` bytes, in lines of prefix, address, bytes and text. Lines begin at
- * multiples of 16 and show the low 32 bits of the real address. Repeated lines are left out; three full stops stand for
- * them where more follows. With `length` 0 the text is the end address alone. Text that does not fit is cut; `dest` is
- * always terminated, and untouched only where `size` is 0. Returns the characters in `dest`, without the terminator.
+ * multiples of 16 and show the low 32 bits of the real address. Repeated lines are left out, with three full stops in
+ * their place where more follows. With `length` 0 the text is the end address alone. Text that does not fit is cut;
+ * `dest` is always terminated, and untouched only where `size` is 0. Returns the characters in `dest`, without the
+ * terminator.
  */
 ZV_API int32_t snhexdump(char *dest, uint32_t size, const uint8_t *data, uint32_t length, const char *prefix);
 
@@ -46,7 +47,7 @@ ZV_API int32_t hexline(char *dest, int32_t size, const char *prefix, uint32_t *a
                        const uint8_t *data, int32_t length);
 
 /*
- * Dumps to the log at INFO, behind an empty line. `address` is the one of the first byte. Of a long message the middle
+ * Dumps to the log at INFO, after an empty line. `address` is the one of the first byte. Of a long message the middle
  * is left out, unless bit 0x200 of g_debug_level is set.
  */
 ZV_API void hexprint(const char *prefix, uint32_t address, const uint8_t *data, int32_t length);

@@ -4,8 +4,8 @@
  * A mailbox is a POSIX message queue of ZVMSG_MAX-byte messages with mode 0664, in blocking mode. All messages have
  * priority 0. Nothing is locked and nothing is global: a zvMbox_t belongs to one thread at a time.
  *
- * Results are 0 or -1 unless said otherwise; behind a -1 errno tells the reason, and what failed is in the log, but for
- * a failed zvMbox_close.
+ * Results are 0 or -1 unless said otherwise. On -1, errno holds the reason and the log names what failed (except for
+ * zvMbox_close).
  */
 #ifndef ZVMBOX_H
 #define ZVMBOX_H
@@ -49,7 +49,7 @@ ZV_API int32_t zvMbox_txopen(const char *name, zvMbox_t *mbox);
 /* Closes the mailbox, which stays in existence. */
 ZV_API int32_t zvMbox_close(zvMbox_t *mbox);
 
-/* Removes the name; who has the mailbox open keeps it until it is closed. */
+/* Removes the name. Processes that have it open can use it until they close it. */
 ZV_API int32_t zvMbox_unlink(const char *name);
 
 /* Brings a mailbox into existence and leaves it closed. Always 0: a failure shows in the log alone. */
@@ -66,7 +66,7 @@ ZV_API int32_t zvMbox_send(const uint8_t *buf, int32_t len, zvMbox_t *mbox);
 /*
  * Takes the next message into `buf` of `size` bytes, and blocks until there is one. Returns its length. Returns -1,
  * with a line in the log, when `size` is below the mailbox's message size (the message stays), when the mailbox is not
- * open, and when a signal came: a caller that blocks can thus be called back.
+ * open, and when a signal came, so a signal can interrupt a blocked caller.
  */
 ZV_API int32_t snzvMbox_receive(uint8_t *buf, int32_t size, zvMbox_t *mbox);
 

@@ -28,12 +28,12 @@ ZV_API int32_t zvmsg_send(zvIoBuf_t *iobuf, const char *from, const char *to, co
  * Posts the message and waits for the answer, which replaces it in `iobuf`. The reply mailbox exists for the time of
  * the exchange alone; requests with the same one run one after the other.
  *
- * Returns the answer's length, or -1 when none came in `seconds`, when it is not a valid message, when iobuf->size
- * is below the ZVMSG_MAX of the reply mailbox, and when a mailbox cannot be opened. The result also stands in
- * iobuf->len; it is the received length, and what stands there behind the message is to be ignored. The name of the
- * reply mailbox is free again at the return, unless somebody else held it.
+ * Returns the answer's length, or -1 when none came in `seconds`, when it is not a valid message, when iobuf->size is
+ * below the ZVMSG_MAX of the reply mailbox, and when a mailbox cannot be opened. The result is also in iobuf->len. It
+ * may exceed the message's own length; ignore the surplus bytes. The name of the reply mailbox is free again at the
+ * return, unless somebody else held it.
  *
- * Blocks for up to `seconds`, behind up to 1.5 seconds for the reply mailbox.
+ * Blocks for up to `seconds`, after up to 1.5 seconds for the reply mailbox.
  */
 ZV_API int32_t zvmsg_send_timedreceive_w_time(zvIoBuf_t *iobuf, const char *from, const char *to, const char *via,
                                               int32_t direction, int32_t seconds);

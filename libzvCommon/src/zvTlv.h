@@ -7,7 +7,7 @@
  *     element   0 (1), length of the value (2), tag (1), value
  *
  * An odd category is a response, an even one a command. The functions build, search, check and edit a message in the
- * caller's buffer; they allocate nothing, keep no state, and may be called from any thread, one thread a buffer. A
+ * caller's buffer; they allocate nothing, keep no state, and may be called from any thread, one thread per buffer. A
  * `msg` always points at the first byte of a message, whose buffer holds at least as many bytes as its length field
  * says.
  */
@@ -63,8 +63,8 @@ ZV_API int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t 
 ZV_API int32_t sntlv_add_dat(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, uint32_t value);
 
 /*
- * The first element with `tag`, or null. The result points at the element's first byte: its value's length stands 1
- * byte behind it, the value 4 bytes. In a message that tlv_validate refuses the value may run past the message's end.
+ * The first element with `tag`, or null. The result points at the element's first byte: its value's length is 1
+ * byte after it, the value 4 bytes. In a message that tlv_validate refuses the value may run past the message's end.
  */
 ZV_API uint8_t *tlv_find(const uint8_t *msg, uint8_t tag);
 

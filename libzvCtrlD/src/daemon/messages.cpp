@@ -13,7 +13,7 @@ namespace {
 
 int32_t gMessageDebugEnabled = 0;
 
-// Of a message and of an element: length behind a reserved byte or in front of it, category or type at the end.
+// Of a message and of an element: a length, a reserved byte before or after it, and the category or type.
 constexpr uint16_t HEADER_SIZE = 4;
 constexpr size_t MSG_SIZE = 0;
 constexpr size_t ELEMENT_LENGTH = 1;
@@ -410,7 +410,7 @@ MemStream &operator>>(MemStream &stream, Msg &msg)
     stream.readArray(header, sizeof header);
     const uint16_t size = zv::be16(header + MSG_SIZE);
     msg.m_category = header[HEADER_KIND];
-    while (stream.getLength() < size) { // the cursor stands at what the message measures so far
+    while (stream.getLength() < size) { // the cursor is what the message measures so far
         auto element = std::make_unique<MsgElement>();
         stream >> *element;
         if (stream.failed()) {

@@ -60,7 +60,7 @@ class ZV_API MemStream {
     void readArray(uint8_t *data, uint16_t len);
 
     uint8_t *getBuffer() const;
-    /* Where the cursor stands: the bytes written or read so far. */
+    /* Where the cursor is: the bytes written or read so far. */
     uint16_t getLength() const;
     /* Sets the cursor back to the first byte. */
     void reset();
@@ -184,7 +184,7 @@ ZV_API MemStream &operator>>(MemStream &stream, MsgElement &element);
 
 /*
  * Reads a message from the buffer's first byte on, in place of what `msg` held. It ends with the element that reaches
- * its size field; what stands behind that is left alone. When the bytes stop short of that end the stream has failed,
+ * its size field; what comes after that is left alone. When the bytes stop short of that end the stream has failed,
  * and `msg` is empty.
  */
 ZV_API MemStream &operator>>(MemStream &stream, Msg &msg);

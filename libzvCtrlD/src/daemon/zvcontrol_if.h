@@ -1,5 +1,5 @@
 /*
- * zvcontrol_if.h - the daemon link: commands to the control daemon, and the camera's identity as one record
+ * zvcontrol_if.h - the daemon link: commands to the control daemon, and their answers
  *
  * A process opens the link once, sets its caller id, sends any number of commands and closes the link at the end:
  *
@@ -28,10 +28,10 @@ extern "C" {
 
 /* ---- Commands -----------------------------------------------------------------------------------------------------
  * The number travels as it is and is not examined. The numbers 0 to 34 and that of the resynchronisation are the
- * daemon's. The others follow the order of the catalogue; somewhere between 35 and 101 the daemon's own numbers run one
- * ahead of it, so that a caller takes those from the daemon's definition. The log names a number by its place in the
- * catalogue, where the resynchronisation stands at 101: a number from 102 on goes by the next one's name, and UNKNOWN
- * above 105.
+ * daemon's. From some unknown number in 35..101 on, the daemon's numbers are one higher than this enum's. Use the
+ * daemon's own definition there. The log has a row of names for each enumerator without a gap, so that the
+ * resynchronisation is in row 101: a number from 102 on is logged under the next one's name, and one above 105 as
+ * UNKNOWN.
  */
 typedef enum {
     ZVCONTROL_EVENT_REGISTER_MQUEUE = 0,
@@ -147,17 +147,16 @@ typedef enum {
 
 /*
  * Opens the link with a response queue of the process's own, "/to_ZVCU" and the process id. Waits for the daemon's
- * queue, at most 12 seconds. Returns 0, -1 when the link is open already or a queue can't be opened, or -2 when out of
- * memory. On a failure the link is closed, unless it was open before, which is then untouched.
+ * queue, at most 12 seconds. Returns ZV_OK, ZV_ERR when the link is open already or a queue can't be opened, or
+ * ZV_ERR_OUTOFMEM. On a failure the link is closed, unless it was open before, which is then untouched.
  */
 ZV_API int32_t zvcontrol_interface_open(void);
 
 /*
  * The same with the caller's own response queue, named by at most 256 characters; it holds messages of DAEMON_MSG_MAX
  * bytes. A command is then posted without a wait and returns 0, its response arguments untouched; the caller reads the
- * answer and takes it apart with the parse functions. While the queues are out of step
- * (zvcontrol_send_resync) no command goes out, until the link is opened with a queue of its own. A null name is
- * zvcontrol_interface_open.
+ * answer and takes it apart with the parse functions. While the queues are out of step (zvcontrol_send_resync) no
+ * command goes out, until the link is opened with a queue of its own. A null name is zvcontrol_interface_open.
  */
 ZV_API int32_t zvcontrol_interface_open_async(const char *queue_name);
 
@@ -167,7 +166,7 @@ ZV_API int32_t zvcontrol_interface_close(void);
 /* 1 while the link is open, else 0. */
 ZV_API int32_t is_zvcontrol_interface_open(void);
 
-/* Who issues the commands: the daemon is told with each one. 0 at start, and kept over a close. */
+/* Who issues the commands; each one carries it. 0 at start, and kept over a close. */
 ZV_API void zvcontrol_set_caller_id(uint8_t id);
 ZV_API uint8_t zvcontrol_get_caller_id(void);
 
@@ -179,7 +178,7 @@ ZV_API uint8_t zvcontrol_get_caller_id(void);
  *
  * Returns the daemon's return code, which may be negative itself, or
  *
- *     -1                  the link is closed, the parameter is too long, the post failed, or the answer is unusable
+ *     ZV_ERR              the link is closed, the parameter is too long, the post failed, or the answer is unusable
  *     ZV_ERR_NO_RESPONSE  no answer in 10 seconds, or the queues could not be brought in step and nothing was sent
  *     ZV_ERR_OUTOFMEM     no memory for the command
  *
@@ -189,7 +188,7 @@ ZV_API uint8_t zvcontrol_get_caller_id(void);
 
 /*
  * zvcontrol_send_command_param_response_ex without the length. When ZVCONTROL_SET_SETTING_ID succeeds for setting 139,
- * setting 79 follows in a command of its own, 0 when the value was 3 and otherwise 1, and gives the result.
+ * setting 79 follows in a command of its own, with 0 when the value was 3 and otherwise 1; its result is returned.
  */
 ZV_API int32_t zvcontrol_send_command_param_response(zvcontrol_command_t command, const uint8_t *param,
                                                      uint16_t param_length, uint8_t *response, uint16_t response_size);
@@ -234,10 +233,10 @@ ZV_API int32_t zvcontrol_wait_response(uint8_t **buffer, uint16_t *length);
 ZV_API void zvcontrol_flush_response_queue(void);
 
 /*
- * Takes an answer apart: `*ret` receives the daemon's return code, or -1 when the message is unusable, and the data of
- * the first element of `type` is copied to `payload`, cut to `payload_size` bytes. `*payload_length` receives the bytes
- * copied; it may be null. A null `payload`, a size of 0, or the return code ZV_ERR_NAK_OFF says that none is wanted.
- * Returns 0, or -1 when the wanted element is missing.
+ * Takes an answer apart: `*ret` receives the daemon's return code, or ZV_ERR when the message is unusable, and the data
+ * of the first element of `type` is copied to `payload`, cut to `payload_size` bytes. `*payload_length` receives the
+ * bytes copied; it may be null. A null `payload`, a size of 0, or the return code ZV_ERR_NAK_OFF says that none is
+ * wanted. Returns ZV_OK, or ZV_ERR when the wanted element is missing.
  */
 ZV_API int32_t zvcontrol_parse_ret_response_type(const uint8_t *buffer, uint16_t length, int32_t *ret, uint8_t *payload,
                                                  uint16_t payload_size, uint8_t type, uint16_t *payload_length);
@@ -248,8 +247,8 @@ ZV_API int32_t zvcontrol_parse_ret_response(const uint8_t *buffer, uint16_t leng
 
 #ifdef __cplusplus
 /*
- * Reads an answer into `msg` and returns the daemon's return code, or -1 for a message that is cut off, which leaves
- * `msg` empty, that is no response, or that has no return code of 4 bytes or more.
+ * Reads an answer into `msg` and returns the daemon's return code, or ZV_ERR for a message that is cut off, which
+ * leaves `msg` empty, that is no response, or that has no return code of 4 bytes or more.
  */
 ZV_API int32_t parse_return_code(const uint8_t *buffer, uint16_t length, Msg &msg);
 #endif

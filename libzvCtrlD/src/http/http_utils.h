@@ -2,10 +2,10 @@
  * http_utils.h - HTTP response texts, query parameters, and other text tools of a web front-end
  *
  * A good JSON response is http_output_success_header, http_output_content_length with the body's length, and the body;
- * where there is none, http_output_empty_json stands for the last two. The writers append to the caller's stream and
- * leave its state alone. No text is escaped: what comes in goes out.
+ * where there is none, http_output_empty_json takes the place of the last two. The writers append to the caller's
+ * stream and leave its state alone. No text is escaped: what comes in goes out.
  *
- * Nothing here keeps state or blocks: any thread may call, one thread a stream or string.
+ * Nothing here keeps state or blocks: any thread may call, one thread per stream or string.
  */
 #ifndef HTTP_UTILS_H
 #define HTTP_UTILS_H
@@ -39,7 +39,7 @@ ZV_API void http_output_success_header(std::stringstream &stream);
 /* The length of the body in bytes, and the end of the header block. */
 ZV_API void http_output_content_length(std::stringstream &stream, uint32_t length);
 
-/* Length, end of the header block, and the body "{}\n". Goes behind http_output_success_header. */
+/* Length, end of the header block, and the body "{}\n". Goes after http_output_success_header. */
 ZV_API void http_output_empty_json(std::stringstream &stream);
 
 /*
@@ -52,7 +52,7 @@ ZV_API void http_print_error_response_ex(std::stringstream &stream, const char *
                                          const char *function, int32_t line);
 
 /*
- * The value behind the first `key` in `query`, up to "&" or the end, not decoded. `key` includes its "=" and is found
+ * The value after the first `key` in `query`, up to "&" or the end, not decoded. `key` includes its "=" and is found
  * anywhere: "id=" also in "uid=4". Both are valid texts. Returns 1, or 0 when there is no such key; `value` is then
  * untouched.
  */

@@ -5,9 +5,8 @@
  * is read once and kept; the access point's name and the state of the logs are read at each call. No function waits for
  * a queue. Nothing is locked: any thread may call once a fact has been read, and one at a time before.
  *
- * The getters of a text write at most `size` bytes, the terminator included; a longer text is cut. A text is kept as
- * the first successful call got it, and at most 64 characters of it: that call brings ZVC_STATE_TEXT_SIZE bytes.
- * Results are
+ * The getters of a text write at most `size` bytes, the terminator included; a longer text is cut. The first successful
+ * call fixes the cached text, cut to that caller's buffer: pass ZVC_STATE_TEXT_SIZE bytes. Results are
  *
  *     ZV_OK
  *     ZV_ERR_INVALID_PARAM  the service has no such value, the pointer is null, or `size` is below 1
@@ -29,9 +28,9 @@ extern "C" {
 #define ZVC_STATE_TEXT_SIZE 65
 
 /*
- * The model number, which decides on the camera's generation; 0 when it is not known. When the service does not tell,
- * it is read from "/tmp/fuse_b/conf.json" by a shell command, which this call then waits for. A number other than 0 is
- * kept.
+ * The model number, which decides on the camera's generation; 0 when it is not known. Where the service does not have
+ * it, it is read from "/tmp/fuse_b/conf.json" by a shell command, which this call then waits for. A number other than 0
+ * is kept.
  */
 ZV_API uint8_t zvc_state_get_model_number(void);
 

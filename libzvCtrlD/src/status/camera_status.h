@@ -6,7 +6,7 @@
  * since it last looked.
  *
  * Nothing here waits for a peer; five values, and a sixth while the Linux core is active, are asked of the system
- * information service each time. Any thread may call, one thread a stream, cache or vector. For the whole process the
+ * information service each time. Any thread may call, one thread per stream, cache or vector. For the whole process the
  * library remembers the last good battery percentage and the vellix default of the last flat mode that has one: they
  * are published again while the camera reports none.
  */
@@ -43,7 +43,7 @@ ZV_API int32_t camera_status_serialize_status_to_json(std::stringstream &stream,
  * them. A value has changed when its text has. The cache then holds the new texts. Returns the number of values that
  * were written. `previous` is not read.
  *
- * The cache holds one text an id, empty for a value that was never seen: camera_status_init_bossCache makes one, for
+ * The cache holds one text per id, empty for a value that was never seen: camera_status_init_bossCache makes one, for
  * which everything is a change. An id beyond the cache's end is logged and left out.
  */
 ZV_API int32_t camera_status_serialize_status_changes_to_json(std::stringstream &stream,
