@@ -4,6 +4,7 @@
 #include "zvTlv.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace zv {
 

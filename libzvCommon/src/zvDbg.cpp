@@ -4,9 +4,12 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <execinfo.h>
 #include <fcntl.h>
 #include <iterator>

@@ -3,9 +3,12 @@
 #include "bytes.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #define ZV_SOURCE_PATH "libzvCtrlD/src/messages"
 

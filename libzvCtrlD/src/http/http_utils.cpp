@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <sstream>
+#include <string>
 #include <string_view>
 
 namespace {

@@ -3,6 +3,8 @@
 #include "bytes.h"
 #include "zvc_state.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 

@@ -20,7 +20,6 @@
 namespace {
 
 using zv::JSON_MEMBER_SIZE;
-using zv::JsonWriter;
 using zv::le32;
 using zv::le64;
 using zv::Place;
@@ -72,6 +71,9 @@ constexpr uint16_t PRESET_OF_GROUP[] = {
     STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, // 13
     STATUS_APP_ACTIVE_VIDEO_PRESETS,     // 14
 };
+static_assert(PRESET_OF_GROUP[zv::PRESETS_VIDEO] == STATUS_APP_ACTIVE_VIDEO_PRESETS &&
+              PRESET_OF_GROUP[zv::PRESETS_PHOTO] == STATUS_APP_ACTIVE_PHOTO_PRESETS &&
+              PRESET_OF_GROUP[zv::PRESETS_TIME_LAPSE] == STATUS_APP_ACTIVE_TIMELAPSE_PRESETS);
 
 // The field that holds the vellix default of flat modes: a time lapse video has that of the multi shots, and a
 // broadcast has none.

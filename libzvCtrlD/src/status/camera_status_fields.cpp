@@ -3,6 +3,7 @@
 #include "csi_keys.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace zv {
 

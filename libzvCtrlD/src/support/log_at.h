@@ -3,6 +3,7 @@
 
 #include "zvDbg.h"
 
+#include <cstdint>
 #include <cstring>
 
 namespace zv {
