@@ -34,11 +34,42 @@ Bytes response(uint8_t acknowledge, uint8_t error, const Bytes &payload)
     return bytes;
 }
 
+// A TLV_CMDARG value as a failure shows it: "group 2 action 79 payload C4", or its bytes when it is no whole request.
+std::string request_text(const Bytes &request)
+{
+    if (request.size() < REMOTE_API_HEADER_SIZE) {
+        return "malformed request " + hexadecimal(request);
+    }
+    const Bytes payload(request.begin() + REMOTE_API_HEADER_SIZE, request.end());
+    if (request != request_of(request[1], request[2], payload)) {
+        return "malformed request " + hexadecimal(request);
+    }
+    return "group " + std::to_string(request[1]) + " action " + std::to_string(request[2]) +
+           (payload.empty() ? " without payload" : " payload " + hexadecimal(payload));
+}
+
+std::string string_of(const Bytes &characters)
+{
+    return {characters.begin(), characters.end()};
+}
+
 } // namespace
 
 Bytes text(const char *characters)
 {
     return {characters, characters + strlen(characters)};
+}
+
+std::string hexadecimal(const Bytes &bytes)
+{
+    constexpr char DIGITS[] = "0123456789ABCDEF";
+    std::string digits;
+    for (const uint8_t byte : bytes) {
+        digits += digits.empty() ? "" : " ";
+        digits += DIGITS[byte >> 4];
+        digits += DIGITS[byte & 15];
+    }
+    return digits;
 }
 
 Bytes tlv_message(uint8_t category, const std::vector<Element> &elements)
@@ -92,7 +123,9 @@ CameraDouble::~CameraDouble()
 {
     serve();
     on_wait(nullptr);
-    EXPECT_TRUE(m_script.empty()) << m_script.size() << " expected requests did not come";
+    if (!m_script.empty()) {
+        ADD_FAILURE() << "expected requests did not come:" << leftovers();
+    }
 }
 
 void CameraDouble::expect(uint8_t group, uint8_t action, const Bytes &payload, const Bytes &answer)
@@ -116,20 +149,32 @@ void CameraDouble::expect_raw(uint8_t group, uint8_t action, const Bytes &payloa
     m_script.push_back({request_of(group, action, payload), messages});
 }
 
+std::string CameraDouble::leftovers() const
+{
+    std::string lines;
+    for (const Step &step : m_script) {
+        lines += "\n" + request_text(step.request);
+    }
+    return lines;
+}
+
 void CameraDouble::serve()
 {
     for (Bytes message = m_relay.receive(); !message.empty(); message = m_relay.receive()) {
         m_received.push_back(message);
-        EXPECT_EQ(text("YY"), element_of(message, TLV_CMD));
-        EXPECT_EQ(text("/to_camera"), element_of(message, TLV_DST));
-        EXPECT_EQ(text(m_reply.name()), element_of(message, TLV_SRC));
+        EXPECT_EQ("YY", string_of(element_of(message, TLV_CMD)));
+        EXPECT_EQ("/to_camera", string_of(element_of(message, TLV_DST)));
+        EXPECT_EQ(m_reply.name(), string_of(element_of(message, TLV_SRC)));
+        const Bytes request = element_of(message, TLV_CMDARG);
         if (m_script.empty()) {
-            ADD_FAILURE() << "unexpected request " << testing::PrintToString(element_of(message, TLV_CMDARG));
+            ADD_FAILURE() << "received " << request_text(request) << ", and expected no request";
             continue;
         }
         const Step step = m_script.front();
         m_script.pop_front();
-        EXPECT_EQ(step.request, element_of(message, TLV_CMDARG));
+        if (request != step.request) {
+            ADD_FAILURE() << "expected " << request_text(step.request) << "\nreceived " << request_text(request);
+        }
         for (const Bytes &answer : step.answers) {
             m_reply.send(answer);
         }

@@ -5,8 +5,10 @@
 #include "queues.h"
 #include "zvc_commands.h"
 
+#include <cstdint>
 #include <deque>
-#include <functional>
+#include <string>
+#include <vector>
 
 namespace test {
 
@@ -19,7 +21,10 @@ Bytes tlv_message(uint8_t category, const std::vector<Element> &elements);
 Bytes element_of(const Bytes &message, uint8_t tag); // the first element's value, empty without one
 Bytes text(const char *characters);
 
-// The answer to a remote API call, as it stands in TLV_RSPARG: acknowledge, error and payload, all in order.
+// Bytes as a failure shows them: "C4 01".
+std::string hexadecimal(const Bytes &bytes);
+
+// The answer to a remote API call, the value of TLV_RSPARG: acknowledge, error and payload, all in order.
 Bytes good(const Bytes &payload = {});
 Bytes refused(uint8_t acknowledge = 1);
 Bytes firmware_error(uint8_t error);
@@ -54,6 +59,8 @@ class CameraDouble {
     };
 
     void serve();
+
+    std::string leftovers() const; // a line for each expected request that did not come
 
     Queue m_relay;
     Queue m_reply;

@@ -12,6 +12,13 @@ namespace {
 
 constexpr uint32_t RESYNC = 102;
 
+// A command as a failure shows it: "command 30 parameter 8B 00 00 00 03 00 00 00".
+std::string command_text(const Bytes &command, const Bytes &param)
+{
+    const std::string number = command.size() == 4 ? std::to_string(zv::le32(command.data())) : hexadecimal(command);
+    return "command " + number + (param.empty() ? " without parameter" : " parameter " + hexadecimal(param));
+}
+
 } // namespace
 
 Bytes little_endian(uint32_t number)
@@ -40,22 +47,21 @@ DaemonDouble::~DaemonDouble()
 {
     serve();
     on_wait(nullptr);
-    EXPECT_TRUE(m_script.empty()) << m_script.size() << " expected commands did not come";
+    if (!m_script.empty()) {
+        ADD_FAILURE() << "expected commands did not come:" << leftovers();
+    }
 }
 
 void DaemonDouble::expect(uint32_t command, const Bytes &param, const Bytes &answer)
 {
-    m_script.push_back({command, [param, answer](const Bytes &actual) {
-                            EXPECT_EQ(param, actual);
-                            return answer;
-                        }});
+    m_script.push_back({command, param, [answer](const Bytes &) { return answer; }});
 }
 
 void DaemonDouble::expect_resync(const std::function<Bytes(uint32_t)> &answer)
 {
-    m_script.push_back({RESYNC, [answer](const Bytes &key) {
+    m_script.push_back({RESYNC, {}, [answer](const Bytes &key) {
                             EXPECT_EQ(4U, key.size());
-                            return answer(zv::le32(key.data()));
+                            return key.size() == 4 ? answer(zv::le32(key.data())) : Bytes{};
                         }});
 }
 
@@ -72,20 +78,38 @@ void DaemonDouble::send(const char *queue_name, const Bytes &message)
     mq_close(queue);
 }
 
+std::string DaemonDouble::step_text(const Step &step)
+{
+    return step.param ? command_text(little_endian(step.command), *step.param)
+                      : "command " + std::to_string(step.command) + " with any parameter";
+}
+
+std::string DaemonDouble::leftovers() const
+{
+    std::string lines;
+    for (const Step &step : m_script) {
+        lines += "\n" + step_text(step);
+    }
+    return lines;
+}
+
 void DaemonDouble::serve()
 {
     for (Bytes message = m_queue.receive(); !message.empty(); message = m_queue.receive()) {
         m_received.push_back(message);
         const Bytes command = element_of(message, TLV_CMD);
+        const Bytes param = element_of(message, TLV_CMDARG);
         if (m_script.empty()) {
-            ADD_FAILURE() << "unexpected command " << testing::PrintToString(command);
+            ADD_FAILURE() << "received " << command_text(command, param) << ", and expected no command";
             continue;
         }
         const Step step = m_script.front();
         m_script.pop_front();
-        EXPECT_EQ(little_endian(step.command), command);
+        if (command != little_endian(step.command) || (step.param && *step.param != param)) {
+            ADD_FAILURE() << "expected " << step_text(step) << "\nreceived " << command_text(command, param);
+        }
         const Bytes name = element_of(message, TLV_SRC); // with its terminator
-        if (const Bytes answer = step.answer(element_of(message, TLV_CMDARG)); !answer.empty()) {
+        if (const Bytes answer = step.answer(param); !answer.empty()) {
             send(reinterpret_cast<const char *>(name.data()), answer);
         }
     }

@@ -3,7 +3,9 @@
 
 #include "camera_double.h"
 
+#include <functional>
 #include <optional>
+#include <string>
 
 namespace test {
 
@@ -34,9 +36,12 @@ class DaemonDouble {
   private:
     struct Step {
         uint32_t command;
+        std::optional<Bytes> param; // none: any, and the answer is made of it
         std::function<Bytes(const Bytes &param)> answer;
     };
 
+    static std::string step_text(const Step &step);
+    std::string leftovers() const; // a line for each expected command that did not come
     void serve();
 
     Queue m_queue;
