@@ -1,4 +1,4 @@
-// A system information service in memory, in front of libcsi's.
+// A system information service in memory, which the linker prefers to libcsi's.
 #pragma once
 
 #include <cstdint>

@@ -19,8 +19,8 @@ struct Waits {
 // What the library waited for since reset().
 Waits &waits();
 
-// The lines of the system log since reset(), without time stamp and level text, but with the level in front as "ERROR
-// ".
+// The lines of the system log since reset(): the time stamp and the level text are taken off, and the level comes
+// first, as in "ERROR text @file:1".
 std::vector<std::string> &log_lines();
 
 // As syslog got them.

@@ -30,7 +30,7 @@ class Queue {
     mqd_t m_descriptor;
 };
 
-// Kernel calls that a test makes fail: the call's `skip`-th next use and, until `count` uses failed, those behind it.
+// Kernel calls that a test makes fail: the call's `skip`-th next use and, until `count` uses failed, the ones after it.
 enum class Call { MQ_OPEN, MQ_SEND, MQ_RECEIVE, MQ_GETATTR };
 void fail(Call call, int error, int count = 1, int skip = 0);
 void fail_nothing();
