@@ -3,12 +3,11 @@
 # install_packages installs what is missing of packages.list, and nothing else. build PRESET configures once and builds.
 
 install_packages() {
-    missing=
-    for package in $(grep -v '^#' packaging/packages.list); do
+    missing=$(grep -v '^#' packaging/packages.list | while read -r package; do
         if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
-            missing="$missing $package"
+            printf ' %s' "$package"
         fi
-    done
+    done)
     if [ -z "$missing" ]; then
         return
     fi

@@ -16,6 +16,7 @@ if [ "${ZVCTRL_NAMESPACE:-}" = inside ]; then
 fi
 
 # Runs inside: raises the limit, lays a new /tmp, keeps the present folder in it.
+# shellcheck disable=SC2016
 inside='
 set -eu
 echo 16384 > /proc/sys/fs/mqueue/msgsize_max

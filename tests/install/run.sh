@@ -30,8 +30,8 @@ cmake --build "$stage/outside" >/dev/null
 "$stage/outside/outside_c" >/dev/null
 "$stage/outside/outside_cpp" >/dev/null
 
-# Every exported plain name stands in a header behind ZV_API, and the other way round.
-cat "$stage"/usr/include/zvctrl/*.h | tr '\n' ' ' | sed 's|/\*[^*]*\*\+\([^/*][^*]*\*\+\)*/||g' | tr ';{' '\n\n' |
+# Every exported plain name is declared in a header as ZV_API, and the other way round.
+cat "$stage"/usr/include/zvctrl/*.h | tr '\n' ' ' | sed 's|/\*[^*]*\*\+\([^/*][^*]*\*\+\)*/||g; s/[;{]/\n/g' |
     grep -w ZV_API | grep -vE '#define ZV_API|\b(class|friend) ' | sed -E 's/.*ZV_API//; s/[[(].*//' |
     grep -oE '[A-Za-z_][A-Za-z0-9_]* *$' | tr -d ' ' | grep -v '^operator' | sort -u >"$stage/promised"
 nm -D --defined-only "$library" | awk '{print $3}' | grep -v '^_Z' | sort -u >"$stage/exported"

@@ -1,6 +1,7 @@
 # Sourced by the tests that run the project's programs: a simulated camera, and commands with what they are to say.
 #
 # The script sets $zvsim, and $tested to the program that it tries. What is left goes with $folder.
+: "${zvsim:?}" "${tested:?}"
 failures=0
 folder=$(mktemp -d)
 
