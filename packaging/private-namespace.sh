@@ -3,9 +3,10 @@
 #
 #     private-namespace.sh COMMAND [ARGUMENT ...]
 #
-# The response queue needs messages of 10000 bytes, more than the kernel's usual limit of 8192, and every camera uses the
-# same queue names and the same paths under /tmp. So the command runs in a private IPC and mount namespace, with the limit
-# raised; whatever it leaves in its queues or its /tmp is gone at its end. The folder that it is called in stays visible.
+# The response queue needs messages of 10000 bytes, more than the kernel's usual limit of 8192, and every camera uses
+# the same queue names and the same paths under /tmp. So the command runs in a private IPC and mount namespace, with the
+# limit raised; whatever it leaves in its queues or its /tmp is gone at its end. The folder that it is called in stays
+# visible.
 set -eu
 
 limit=/proc/sys/fs/mqueue/msgsize_max
