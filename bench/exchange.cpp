@@ -51,7 +51,7 @@ void run_on(int processor)
     sched_setaffinity(0, sizeof set, &set);
 }
 
-// A queue that this program makes and removes, open for both ends. One that exists already belongs to somebody else.
+// A queue that this program makes and removes, open for both ends. One that exists already is another program's.
 class Queue {
   public:
     Queue(std::string name, long message_size) : m_name(std::move(name))
@@ -209,7 +209,7 @@ void daemon_snapshot(benchmark::State &state, Cores cores)
     zvcontrol_interface_close();
 }
 
-// What the rules of an exchange ask of the kernel besides: a look for late answers, and a wait with a limit.
+// What an exchange asks of the kernel besides: a look for late answers, and a wait with a limit.
 void look_for_late(mqd_t answers)
 {
     mq_attr waiting = {};
@@ -249,10 +249,10 @@ void bare(benchmark::State &state, size_t size, Cores cores)
     }
 }
 
-constexpr size_t REMOTE_SIZE = 60; // about what a remote API request and its answer have
+constexpr size_t REMOTE_SIZE = 60; // about the size of a remote API request, and of its answer
 constexpr size_t DAEMON_RECORD_SIZE = 700;
 
-// An exchange is over in microseconds on one core, and takes a hundred where a core must wake up: longer runs.
+// An exchange takes microseconds on one core, and a hundred where a core must wake up: longer runs.
 constexpr double SECONDS = 0.1;
 
 void run(const char *name, void (*exchange)(benchmark::State &, Cores))

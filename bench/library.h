@@ -3,7 +3,7 @@
 
 namespace bench {
 
-// Its size and memory, and what the first caller of the filter rules pays: a line each.
+// Its size and memory, and what the first caller of the filter rules pays: one line each.
 void print_library();
 
 } // namespace bench

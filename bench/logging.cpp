@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr int CALLS = 1000; // one alone is over before it can be measured
+constexpr int CALLS = 1000; // one alone is too short to measure
 
 // Nobody evaluates the arguments of a silent call.
 int argument()

@@ -14,7 +14,7 @@ inline constexpr size_t RECORD_COUNT = 1000;
 // RECORD_COUNT records, the same in every run. None holds a value that the library would log.
 const std::vector<all_status_settings_t> &records();
 
-// Walks round the records.
+// Goes through the records, again and again.
 class Rotation {
   public:
     const all_status_settings_t &next()

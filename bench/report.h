@@ -1,4 +1,4 @@
-// The figures of a run, and what they are held against.
+// The figures of a run, and what they are compared with.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -15,7 +15,7 @@ class Figures : public benchmark::BenchmarkReporter {
     bool ReportContext(const Context &) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override;
 
-    // Whether a benchmark found its subject wrong; never for a time.
+    // Whether a benchmark found a wrong result; a time is never a failure.
     bool failed() const { return m_failed; }
 
     // Median time of one iteration, in nanoseconds: of the processor, or of the clock for a benchmark that waits

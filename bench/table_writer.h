@@ -1,4 +1,4 @@
-// The peer that the documents are held against: a table-driven writer with known keys and std::to_chars.
+// The peer that the documents are compared with: a table-driven writer with known keys and std::to_chars.
 #pragma once
 
 #include "records.h"

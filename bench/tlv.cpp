@@ -75,7 +75,7 @@ bool build_by_hand(zvIoBuf_t &message, const Content &content)
     return true;
 }
 
-// The elements in the order of this message, none behind the end.
+// The elements in the order of this message, none after the end.
 bool check_by_hand(const zvIoBuf_t &message)
 {
     const uint32_t length = zv::be16(message.buf);

@@ -67,7 +67,7 @@ TEST_F(SettingWrites, OfOneRequest)
         {189, 0x1D0, 4, 8, 38, {0xD0}},
         {192, 0x1D1, 4, 2, 53, {0xD1}},
         {193, 0x1D2, 4, 2, 53, {0xD2}},
-        // through the camera operations
+        // by the camera operations
         {2, 0x118, 1, 2, 95, {0x18}},
         {3, 0x10D, 1, 2, 97, {0x0D}},
         {24, 5, 1, 3, 19, {5}},
@@ -374,7 +374,7 @@ TEST_F(SettingWrites, EasySpeedsAreFormats)
 
 // ---- Easy presets ----
 
-// A preset's rules, a line an aspect ratio and its fields of view: what each pair of frame rates gives, the name of
+// A preset's rules, one per aspect ratio and its fields of view: what each pair of frame rates gives, the name of
 // both in the log, and that of a frame rate that is not offered.
 struct Rule {
     std::set<uint32_t> aspect_ratios;

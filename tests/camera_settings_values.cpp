@@ -19,7 +19,7 @@ constexpr uint32_t SABLE = 58;
 
 class SettingsValues : public testing::Test {
   protected:
-    // Every byte of the settings record is its own offset, so that a value tells where it was read.
+    // Every byte of the settings record is its own offset, so that a value shows where it was read.
     SettingsValues()
     {
         for (size_t i = 0; i < sizeof settings.bytes; ++i) {

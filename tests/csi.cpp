@@ -28,7 +28,7 @@ class Csi : public testing::Test {
     {
         return csi_set(KEY, reinterpret_cast<const uint8_t *>(value.data()), static_cast<uint32_t>(value.size()));
     }
-    // What stands under the key, cut to `size`, with the length in front; "none" without a value.
+    // The key's value, cut to `size`, after its length; "none" without a value.
     static std::string get(uint32_t size = 2000)
     {
         std::string buffer(2000, '#');

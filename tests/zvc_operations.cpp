@@ -179,7 +179,7 @@ TEST(Operations, WritesAboveTheirLimitSendNothing)
 
 // ---- Reads ----
 
-// The log lines of a read: what stands in front of the numbers of its three messages, and the end of all lines.
+// The log lines of a read: what comes before the numbers in its three messages, and the end of all lines.
 struct Style {
     const char *opening; // null: none
     const char *failure;
@@ -234,7 +234,7 @@ auto null_reader(int32_t (*function)(Context *, Outputs *...))
     return [function] { return function(nullptr, static_cast<Outputs *>(nullptr)...); };
 }
 
-// The same for a record, a value for each byte.
+// The same for a record, one value per byte.
 template <class Record>
 auto record_reader(int32_t (*function)(Context *, Record *))
 {

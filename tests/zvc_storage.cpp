@@ -30,7 +30,7 @@ class Storage : public testing::Test {
     }
 };
 
-// Bytes in front of a path, the path's characters and its terminator.
+// The bytes before a path, the path's characters and its terminator.
 Bytes path_payload(Bytes lead, const std::string &path)
 {
     lead.insert(lead.end(), path.begin(), path.end());
