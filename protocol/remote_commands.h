@@ -211,6 +211,11 @@ constexpr uint8_t action_of(RemoteCommand command)
     return static_cast<uint8_t>(command);
 }
 
+// Where the parts of a request are; its payload follows REMOTE_API_HEADER_SIZE bytes.
+inline constexpr int REMOTE_REQUEST_GROUP = 1;
+inline constexpr int REMOTE_REQUEST_ACTION = 2;
+inline constexpr int REMOTE_REQUEST_SIZE = 3; // of the payload
+
 // Where the parts of an answer are.
 inline constexpr int REMOTE_ANSWER_ACK = 0;
 inline constexpr int REMOTE_ANSWER_ERROR = 4;

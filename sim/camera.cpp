@@ -1,15 +1,17 @@
 #include "camera.h"
 
+#include "csi_keys.h"
+#include "easy_mode.h"
 #include "identity.h"
-#include "initial_record.h"
 #include "own_fields.h"
+
+#include <string>
 
 namespace zv::sim {
 
 namespace {
 
 constexpr uint64_t SECOND = 1000000; // in microseconds
-constexpr uint8_t INITIAL_FLAT_MODE = 12;
 
 constexpr uint32_t PERCENT_SECONDS = 60; // about, at rest
 constexpr uint32_t PERCENT_SECONDS_BUSY = 20;
@@ -25,6 +27,7 @@ constexpr uint32_t WIFI_SECONDS = 15; // about, between changes of its strength
 constexpr uint32_t WIFI_BARS = 3;
 
 constexpr Field ACTIVE_PRESETS[] = {
+    // by PresetGroup
     status(STATUS_APP_ACTIVE_VIDEO_PRESETS, 4),
     status(STATUS_APP_ACTIVE_PHOTO_PRESETS, 4),
     status(STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, 4),
@@ -35,7 +38,7 @@ constexpr Field ACTIVE_PRESETS[] = {
 Camera::Camera(uint8_t model, uint32_t seed)
     : m_state(model, seed), m_card(m_state), m_capture(m_state, m_card), m_percent_seconds(PERCENT_SECONDS)
 {
-    set_mode(*find_flat_mode(INITIAL_FLAT_MODE));
+    set_mode(*find_flat_mode(FLAT_MODE_VIDEO));
     const std::string ssid = ap_ssid(model);
     uint16_t offset = STATUS_WIRELESS_AP_SSID;
     for (const char character : ssid) {
@@ -43,22 +46,22 @@ Camera::Camera(uint8_t model, uint32_t seed)
     }
 }
 
-void Camera::set_mode(const FlatMode &mode)
+void Camera::set_mode(const FlatModeRow &mode)
 {
     m_mode = &mode;
     m_state.set(status(STATUS_APP_CURRENT_MODE), mode.flat_mode);
     m_state.set(settings(SETTINGS_SETUP_CURRENT_FLAT_MODE), mode.flat_mode);
-    m_state.set(status(STATUS_APP_ACTIVE_PRESETS_GROUP, 4), mode.presets_group);
+    m_state.set(status(STATUS_APP_ACTIVE_PRESETS_GROUP, 4), mode.presets);
 }
 
 bool Camera::load_preset(uint32_t preset)
 {
-    const FlatMode *mode = find_preset_mode(preset);
-    if (mode == nullptr) {
+    const EasyPreset *row = find_preset(preset);
+    if (row == nullptr) {
         return false;
     }
-    m_state.set(ACTIVE_PRESETS[mode->presets_group], preset);
-    set_mode(*mode);
+    m_state.set(ACTIVE_PRESETS[row->group], preset);
+    set_mode(*find_flat_mode(row->flat_mode));
     return true;
 }
 

@@ -3,6 +3,13 @@
 #pragma once
 
 #include "capture.h"
+#include "card.h"
+#include "field.h"
+#include "flat_modes.h"
+#include "state.h"
+
+#include <cstdint>
+#include <span>
 
 namespace zv::sim {
 
@@ -17,8 +24,8 @@ class Camera {
     Card &card() { return m_card; }
     Capture &capture() { return m_capture; }
 
-    const FlatMode &mode() const { return *m_mode; }
-    void set_mode(const FlatMode &mode);
+    const FlatModeRow &mode() const { return *m_mode; }
+    void set_mode(const FlatModeRow &mode);
 
     // Makes the preset active and takes on its mode. False for a preset that the camera does not have.
     bool load_preset(uint32_t preset);
@@ -41,7 +48,7 @@ class Camera {
     State m_state;
     Card m_card;
     Capture m_capture;
-    const FlatMode *m_mode = nullptr;
+    const FlatModeRow *m_mode = nullptr;
     uint64_t m_microseconds = 0;    // of the second that has begun
     uint32_t m_percent_seconds = 0; // until the battery moves by 1 %
     uint32_t m_flashing_seconds = 0;

@@ -1,13 +1,13 @@
 #include "capabilities.h"
 
-#include <algorithm>
-#include <iterator>
+#include "find_row.h"
+#include "remote_commands.h"
 
 namespace zv::sim {
 
 namespace {
 
-// An option value at 60 Hz and at 50 Hz, and the bit that stands for it below.
+// An option value at 60 Hz and at 50 Hz, and its bit in the tables below.
 struct Choice {
     uint32_t bit;
     uint8_t value;
@@ -30,22 +30,22 @@ constexpr Choice PROFILES[] = {{STD, 0, 0}, {HDR, 1, 1}, {LOG, 2, 2}};
 constexpr uint32_t VIDEO = 1, LOOPING = 2, LAPSE = 4, RUSH = 8, NIGHT = 16;
 constexpr uint32_t EVERY = VIDEO | LAPSE | RUSH | NIGHT;
 
-// A mode, the bit that stands for it below, and the fields of view that it can have at all.
+// A mode, its bit in the tables below, and the fields of view that it can have at all.
 struct Mode {
-    uint8_t flat_mode;
+    FlatMode flat_mode;
     uint32_t bit;
     uint32_t views;
 };
 constexpr Mode MODES[] = {
-    {12, VIDEO, ALL_VIEWS},
-    {13, LAPSE, LINEAR | WIDE},
-    {14, VIDEO, ALL_VIEWS},
-    {15, LOOPING, ALL_VIEWS},
-    {24, RUSH, LOCK | LINEAR | WIDE | MAX_ORBI | MAX_ARCA},
-    {26, LAPSE, LINEAR | WIDE},
-    {29, NIGHT, WIDE},
-    {30, NIGHT, WIDE},
-    {31, NIGHT, WIDE},
+    {FLAT_MODE_VIDEO, VIDEO, ALL_VIEWS},
+    {FLAT_MODE_TIME_LAPSE_VIDEO, LAPSE, LINEAR | WIDE},
+    {FLAT_MODE_14, VIDEO, ALL_VIEWS},
+    {FLAT_MODE_LOOPING, LOOPING, ALL_VIEWS},
+    {FLAT_MODE_RUSH_LAPSE_VIDEO, RUSH, LOCK | LINEAR | WIDE | MAX_ORBI | MAX_ARCA},
+    {FLAT_MODE_NIGHT_LAPSE_VIDEO, LAPSE, LINEAR | WIDE},
+    {FLAT_MODE_STAR_TRAIL, NIGHT, WIDE},
+    {FLAT_MODE_LIGHT_PAINTING, NIGHT, WIDE},
+    {FLAT_MODE_VEHICLE_LIGHTS, NIGHT, WIDE},
 };
 
 struct Format {
@@ -113,11 +113,10 @@ Bytes values_of(const Choice (&choices)[Count], uint32_t bits, bool at_50hz)
     return values;
 }
 
-Mode mode_of(uint8_t flat_mode)
+Mode mode_of(FlatMode flat_mode)
 {
-    const auto *mode =
-        std::find_if(std::begin(MODES), std::end(MODES), [&](const Mode &row) { return row.flat_mode == flat_mode; });
-    return mode == std::end(MODES) ? Mode{flat_mode, 0, 0} : *mode;
+    const Mode *row = find_row(MODES, [=](const Mode &mode) { return mode.flat_mode == flat_mode; });
+    return row == nullptr ? Mode{flat_mode, 0, 0} : *row;
 }
 
 bool offers(const Format &format, const Mode &mode, const Situation &situation)

@@ -1,9 +1,12 @@
 #include "capability_commands.h"
 
 #include "capabilities.h"
-#include "remote_actions.h"
+#include "flat_modes.h"
+#include "modes.h"
+#include "remote_commands.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace zv::sim {
 
@@ -47,7 +50,7 @@ Answer filtered_list(Camera &, View payload)
 {
     constexpr size_t PAIRS = 5;
     const size_t end = PAIRS + 2 * size_t{payload[PAIRS - 1]};
-    const FlatMode *mode = find_capture_mode(payload[3]);
+    const FlatModeRow *mode = find_capture_mode(payload[3]);
     if (payload.size() != end + 2) {
         return refused(NAK);
     }

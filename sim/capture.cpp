@@ -1,5 +1,8 @@
 #include "capture.h"
 
+#include "field.h"
+#include "modes.h"
+
 namespace zv::sim {
 
 namespace {
@@ -27,7 +30,7 @@ constexpr Field COUNT_DOWN = status(STATUS_MULTI_SHOT_MULTI_SHOT_COUNT_DOWN, 4);
 
 } // namespace
 
-bool Capture::start(const FlatMode &mode)
+bool Capture::start(const FlatModeRow &mode)
 {
     if (m_card.full()) {
         return false;
@@ -37,14 +40,15 @@ bool Capture::start(const FlatMode &mode)
     m_waited = 0;
     m_state.set(VIDEO_PROGRESS, 0);
     m_state.set(INTERVAL_PHOTOS, 0);
-    if (mode.captures == CaptureKind::BURST) {
+    const CaptureKind kind = capture_kind(mode.flat_mode);
+    if (kind == CaptureKind::BURST) {
         m_group = m_card.new_group();
         take_photos(at(BURST_PHOTOS, m_state.byte(settings(SETTINGS_MULTI_SHOT_BURST_RATE))));
         m_mode = nullptr;
-    } else if (mode.captures != CaptureKind::VIDEO && interval_ms() == 0) {
+    } else if (kind != CaptureKind::VIDEO && interval_ms() == 0) {
         take_photos(1);
         m_mode = nullptr;
-    } else if (mode.captures != CaptureKind::VIDEO) {
+    } else if (kind != CaptureKind::VIDEO) {
         m_group = m_card.new_group();
     }
     m_state.set(ENCODING, active());
@@ -56,7 +60,7 @@ void Capture::stop()
     if (!active()) {
         return;
     }
-    if (m_mode->captures == CaptureKind::VIDEO) {
+    if (capture_kind(m_mode->flat_mode) == CaptureKind::VIDEO) {
         m_card.end_recording();
     }
     m_mode = nullptr;
@@ -70,7 +74,7 @@ void Capture::second()
     if (!active()) {
         return;
     }
-    const bool goes_on = m_mode->captures == CaptureKind::VIDEO ? record_second() : wait_second();
+    const bool goes_on = capture_kind(m_mode->flat_mode) == CaptureKind::VIDEO ? record_second() : wait_second();
     if (!goes_on) {
         stop();
     }
@@ -109,7 +113,7 @@ void Capture::take_photos(uint32_t count)
 // Between two photos; 0 when the mode takes one photo alone.
 uint32_t Capture::interval_ms() const
 {
-    switch (m_mode->captures) {
+    switch (capture_kind(m_mode->flat_mode)) {
     case CaptureKind::PHOTO:
         return at(PHOTO_INTERVALS, m_state.byte(settings(SETTINGS_PHOTO_SINGLE_INTERVAL)));
     case CaptureKind::TIMELAPSE_PHOTO:

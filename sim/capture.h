@@ -2,7 +2,10 @@
 #pragma once
 
 #include "card.h"
-#include "modes.h"
+#include "flat_modes.h"
+#include "state.h"
+
+#include <cstdint>
 
 namespace zv::sim {
 
@@ -14,7 +17,7 @@ class Capture {
 
     // Starts what `mode` captures; nothing may be active. False when the card is full. Photos that are taken at once
     // leave nothing active.
-    bool start(const FlatMode &mode);
+    bool start(const FlatModeRow &mode);
     // Does nothing when nothing is active.
     void stop();
     // A second has gone by.
@@ -28,7 +31,7 @@ class Capture {
 
     State &m_state;
     Card &m_card;
-    const FlatMode *m_mode = nullptr;
+    const FlatModeRow *m_mode = nullptr;
     uint32_t m_group = 0;  // of the photos
     uint64_t m_waited = 0; // for the next photo, in milliseconds
 };

@@ -3,17 +3,14 @@
 #include "bytes.h"
 #include "setting_writes.h"
 
+#include <cstddef>
+
 #include <zvctrl/zvDbg.h>
+#include <zvctrl/zvcontrol_if.h>
 
 namespace zv::sim {
 
 namespace {
-
-// The daemon's own numbers.
-constexpr uint32_t SET_SETTING_ID = 30;
-constexpr uint32_t GET_ALL_SETTINGS = 32;
-constexpr uint32_t GET_ALL_STATUS = 33;
-constexpr uint32_t GET_ALL_SETTINGS_STATUS = 34;
 
 // The setting's number and the option's value.
 Answer set_setting(Camera &camera, View argument)
@@ -31,15 +28,15 @@ Answer answer_as_daemon(Camera &camera, const Request &request)
 {
     camera.refresh();
     switch (request.command) {
-    case SET_SETTING_ID:
+    case ZVCONTROL_SET_SETTING_ID:
         return set_setting(camera, request.argument);
-    case GET_ALL_SETTINGS:
+    case ZVCONTROL_GET_ALL_SETTINGS:
         return good(camera.state().settings_record());
-    case GET_ALL_STATUS:
+    case ZVCONTROL_GET_ALL_STATUS:
         return good(camera.state().status_record());
-    case GET_ALL_SETTINGS_STATUS:
+    case ZVCONTROL_GET_ALL_SETTINGS_STATUS:
         return good(camera.state().record());
-    case RESYNC_MESSAGE_QUEUE:
+    case ZVCONTROL_RESYNC_MESSAGE_QUEUE:
         return good(request.argument);
     default:
         return refused(ZV_ERR_NOT_SUPPORTED);

@@ -1,7 +1,13 @@
 #include "firmware_peer.h"
 
+#include "field.h"
+#include "queues.h"
 #include "remote_actions.h"
 #include "remote_values.h"
+#include "state.h"
+
+#include <cstddef>
+#include <cstdint>
 
 namespace zv::sim {
 
@@ -39,19 +45,22 @@ Answer set_value(State &state, const RemoteValue &value, View payload)
 
 Answer answer_as_firmware(Camera &camera, const Request &request)
 {
-    if (request.category == CATEGORY_RELAY) {
+    if (request.category == CATEGORY_DORSAK) {
         return good();
     }
-    return request.valid ? run_remote_command(camera, request.group, request.action, request.payload) : refused(NAK);
+    if (!request.valid) {
+        return refused(NAK);
+    }
+    return run_remote_command(camera, RemoteCommand{remote_command(request.group, request.action)}, request.payload);
 }
 
-Answer run_remote_command(Camera &camera, uint8_t group, uint8_t action, View payload)
+Answer run_remote_command(Camera &camera, RemoteCommand command, View payload)
 {
-    if (const RemoteValue *value = find_remote_value(group, action)) {
-        return action == value->set ? set_value(camera.state(), *value, payload) : get_value(camera.state(), *value);
+    if (const RemoteValue *value = find_remote_value(command)) {
+        return command == value->set ? set_value(camera.state(), *value, payload) : get_value(camera.state(), *value);
     }
-    const RemoteAction *command = find_remote_action(group, action);
-    return command != nullptr && payload.size() >= command->least ? command->run(camera, payload) : refused(NAK);
+    const RemoteAction *action = find_remote_action(command);
+    return action != nullptr && payload.size() >= action->least ? action->run(camera, payload) : refused(NAK);
 }
 
 } // namespace zv::sim

@@ -1,7 +1,9 @@
-// The relay and the firmware behind it: the remote API.
+// The relay and the firmware that it leads to: the remote API.
 #pragma once
 
 #include "camera.h"
+#include "message.h"
+#include "remote_commands.h"
 #include "request.h"
 
 namespace zv::sim {
@@ -10,6 +12,6 @@ namespace zv::sim {
 Answer answer_as_firmware(Camera &camera, const Request &request);
 
 // Carries out one command of the remote API.
-Answer run_remote_command(Camera &camera, uint8_t group, uint8_t action, View payload);
+Answer run_remote_command(Camera &camera, RemoteCommand command, View payload);
 
 } // namespace zv::sim

@@ -1,14 +1,21 @@
 #include "initial_record.h"
 
+#include "easy_mode.h"
+
 namespace zv::sim {
 
 namespace {
 
+constexpr uint32_t first_preset(PresetGroup group)
+{
+    return find_easy_preset(group, 0)->preset;
+}
+
 constexpr InitialValue INITIAL_RECORD[] = {
     // Status
-    {status(STATUS_APP_ACTIVE_VIDEO_PRESETS, 4), 0xA0000},
-    {status(STATUS_APP_ACTIVE_PHOTO_PRESETS, 4), 0xC0000},
-    {status(STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, 4), 0xD0000},
+    {status(STATUS_APP_ACTIVE_VIDEO_PRESETS, 4), first_preset(PRESETS_VIDEO)},
+    {status(STATUS_APP_ACTIVE_PHOTO_PRESETS, 4), first_preset(PRESETS_PHOTO)},
+    {status(STATUS_APP_ACTIVE_TIMELAPSE_PRESETS, 4), first_preset(PRESETS_TIME_LAPSE)},
     {status(STATUS_VIDEO_VELLIX_DEFAULT), 1},
     {status(STATUS_PHOTO_VELLIX_DEFAULT), 1},
     {status(STATUS_MULTI_SHOT_VELLIX_DEFAULT), 1},

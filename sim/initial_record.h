@@ -1,7 +1,10 @@
 // What the record holds when the camera is switched on.
 #pragma once
 
-#include "state.h"
+#include "field.h"
+
+#include <cstdint>
+#include <span>
 
 namespace zv::sim {
 

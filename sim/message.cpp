@@ -3,13 +3,13 @@
 #include "bytes.h"
 
 #include <zvctrl/zvTlv.h>
+#include <zvctrl/zvcontrol_if.h>
 
 namespace zv::sim {
 
 namespace {
 
 constexpr size_t HEADER_SIZE = 4;
-constexpr size_t DAEMON_MESSAGE_MAX = 10000;
 
 } // namespace
 
@@ -20,7 +20,7 @@ const char *link_name(Link link)
 
 size_t message_max(Link link)
 {
-    return link == Link::DAEMON ? DAEMON_MESSAGE_MAX : ZVMSG_MAX;
+    return link == Link::DAEMON ? DAEMON_MSG_MAX : ZVMSG_MAX;
 }
 
 Bytes build_message(uint8_t category, std::initializer_list<Element> elements)
@@ -52,9 +52,9 @@ std::optional<View> find_element(View message, uint8_t tag)
     if (element == nullptr) {
         return std::nullopt;
     }
-    const View behind = message.subspan(static_cast<size_t>(element - message.data()) + HEADER_SIZE);
+    const View rest = message.subspan(static_cast<size_t>(element - message.data()) + HEADER_SIZE);
     const size_t length = be16(element + 1);
-    return length <= behind.size() ? std::optional(behind.first(length)) : std::nullopt;
+    return length <= rest.size() ? std::optional(rest.first(length)) : std::nullopt;
 }
 
 View view_of(const std::string &text)

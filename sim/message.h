@@ -1,5 +1,5 @@
 // Messages as both links carry them: a 4-byte header and elements that are found by their tag. What a peer sends is
-// checked here, once; everything behind works on checked messages.
+// checked here, once; all else works on checked messages.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace zv::sim {
 using Bytes = std::vector<uint8_t>;
 using View = std::span<const uint8_t>;
 
-// Which peer is meant: the control daemon, or the relay with the firmware behind it.
+// Which peer is meant: the control daemon, or the relay, which leads to the firmware.
 enum class Link : uint8_t { DAEMON, RELAY };
 inline constexpr size_t LINK_COUNT = 2;
 

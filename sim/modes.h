@@ -1,32 +1,18 @@
-// The camera's modes: what each flat mode captures, and where its settings lie.
+// What the simulated camera does in a mode, and modes by the other numbers that name them.
 #pragma once
 
-#include "message.h"
+#include "flat_modes.h"
+
+#include <cstdint>
 
 namespace zv::sim {
 
-// The block of the settings record that holds a mode's own settings.
-enum class Block : uint8_t { VIDEO, PHOTO, MULTI_SHOT };
-
 enum class CaptureKind : uint8_t { VIDEO, PHOTO, BURST, TIMELAPSE_PHOTO, NIGHTLAPSE_PHOTO };
 
-struct FlatMode {
-    uint8_t flat_mode;
-    uint8_t mode;
-    uint8_t sub_mode;
-    Block block;
-    uint8_t presets_group; // 0 video, 1 photo, 2 time lapse
-    uint8_t shutter_group; // remote API group of its shutter
-    uint8_t capture_mode;  // the capability service's number
-    CaptureKind captures;
-};
+CaptureKind capture_kind(FlatMode flat_mode);
 
-// All null for a number that the camera does not know.
-const FlatMode *find_flat_mode(uint8_t flat_mode);
-const FlatMode *find_capture_mode(uint8_t capture_mode);
-const FlatMode *find_mode(uint8_t mode, uint8_t sub_mode);
-
-// The mode that a preset is for.
-const FlatMode *find_preset_mode(uint32_t preset);
+// Both null for a number that the camera does not know.
+const FlatModeRow *find_capture_mode(uint8_t capture_mode);
+const FlatModeRow *find_mode(uint8_t mode, uint8_t sub_mode);
 
 } // namespace zv::sim

@@ -1,7 +1,7 @@
 // Bytes of the record that no reader of the library knows: the simulated firmware keeps values of its own there.
 #pragma once
 
-#include "state.h"
+#include "field.h"
 
 namespace zv::sim {
 

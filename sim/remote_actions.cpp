@@ -2,13 +2,17 @@
 
 #include "bytes.h"
 #include "capability_commands.h"
+#include "csi_keys.h"
+#include "find_row.h"
+#include "flat_modes.h"
 #include "identity.h"
+#include "modes.h"
 #include "own_fields.h"
 
-#include <zvctrl/zvc_commands.h>
-
 #include <algorithm>
+#include <initializer_list>
 #include <iterator>
+#include <string>
 
 namespace zv::sim {
 
@@ -43,6 +47,7 @@ Answer record_part(const Camera &camera, Field field)
     return good(camera.state().record().subspan(field.offset, field.width));
 }
 
+// By SettingsBlock.
 constexpr uint16_t CAPTURE_DELAYS[] = {SETTINGS_VIDEO_CAPTURE_DELAY, SETTINGS_PHOTO_CAPTURE_DELAY,
                                        SETTINGS_MULTI_SHOT_CAPTURE_DELAY};
 constexpr uint16_t SHORTCUTS[] = {SETTINGS_VIDEO_ONSCREEN_SHORTCUTS, SETTINGS_PHOTO_ONSCREEN_SHORTCUTS,
@@ -52,12 +57,12 @@ constexpr uint8_t SHORTCUT_COUNT = 4;
 // The present mode's own.
 uint16_t own(const Camera &camera, const uint16_t (&offsets)[3])
 {
-    return offsets[static_cast<size_t>(camera.mode().block)];
+    return offsets[camera.mode().block];
 }
 
 // ---- Modes and presets ---------------------------------------------------------------------------------------------
 
-Answer change_mode(Camera &camera, const FlatMode *mode)
+Answer change_mode(Camera &camera, const FlatModeRow *mode)
 {
     if (mode == nullptr) {
         return failed(FIRMWARE_BAD_VALUE);
@@ -104,10 +109,10 @@ Answer load_preset(Camera &camera, View payload)
 
 // ---- Capture -------------------------------------------------------------------------------------------------------
 
-template <uint8_t Group>
+template <RemoteCommand Start>
 Answer start_capture(Camera &camera, View)
 {
-    if (camera.mode().shutter_group != Group) {
+    if (camera.mode().shutter.start != Start) {
         return failed(FIRMWARE_BAD_VALUE);
     }
     return done(!camera.capture().active() && camera.capture().start(camera.mode()), FIRMWARE_BUSY);
@@ -166,7 +171,7 @@ Answer set_video_iso_mode(Camera &camera, View payload)
 // The multi-shot modes have a ratio of their own beside the video's; the command does not tell which one is meant.
 Answer set_aspect_ratio(Camera &camera, View payload)
 {
-    if (camera.mode().block == Block::MULTI_SHOT) {
+    if (camera.mode().block == BLOCK_MULTI_SHOT) {
         camera.state().set(settings(SETTINGS_MULTI_SHOT_ASPECT_RATIO), payload[0]);
     }
     return set_bytes(camera, payload, {settings(SETTINGS_VIDEO_ASPECT_RATIO)});
@@ -406,85 +411,76 @@ Answer start_flashing(Camera &camera, View)
 // ---- The table -----------------------------------------------------------------------------------------------------
 
 constexpr RemoteAction REMOTE_ACTIONS[] = {
-    // group, action, least payload, run
-    {REMOTE_GROUP_APP, 1, 1, set_mode},
-    {REMOTE_GROUP_APP, 4, 0, get_mode_sub_mode},
-    {REMOTE_GROUP_APP, 5, 2, set_mode_sub_mode},
-    {REMOTE_GROUP_APP, 7, 0, get_flat_mode_mode},
-    {REMOTE_GROUP_APP, 9, 0, start_capture<REMOTE_GROUP_APP>},
-    {REMOTE_GROUP_APP, 10, 0, stop_capture},
-    {REMOTE_GROUP_APP, 14, 0, get_capture_delay},
-    {REMOTE_GROUP_APP, 15, 1, set_capture_delay},
-    {REMOTE_GROUP_APP, 17, 3, schedule_capture},
+    // command, least payload, run
+    {REMOTE_APP_MODE_SET, 1, set_mode},
+    {REMOTE_APP_MODE_SUB_MODE_GET, 0, get_mode_sub_mode},
+    {REMOTE_APP_MODE_SUB_MODE_SET, 2, set_mode_sub_mode},
+    {REMOTE_APP_FLAT_MODE_GET, 0, get_flat_mode_mode},
+    {REMOTE_APP_SHUTTER_START, 0, start_capture<REMOTE_APP_SHUTTER_START>},
+    {REMOTE_APP_SHUTTER_STOP, 0, stop_capture},
+    {REMOTE_APP_CAPTURE_DELAY_GET, 0, get_capture_delay},
+    {REMOTE_APP_CAPTURE_DELAY_SET, 1, set_capture_delay},
+    {REMOTE_APP_SCHEDULED_CAPTURE_SET, 3, schedule_capture},
 
-    {REMOTE_GROUP_VIDEO, 2, 0, get_video_format},
-    {REMOTE_GROUP_VIDEO, 3, 3, set_video_format},
-    {REMOTE_GROUP_VIDEO, 26, 0, reset_video_controls},
-    {REMOTE_GROUP_VIDEO, 27, 0, start_capture<REMOTE_GROUP_VIDEO>},
-    {REMOTE_GROUP_VIDEO, 28, 0, stop_capture},
-    {REMOTE_GROUP_VIDEO, 42, 1, set_video_iso_mode},
-    {REMOTE_GROUP_VIDEO, 53, 1, set_aspect_ratio},
-    {REMOTE_GROUP_VIDEO, 91, 3, horizon_option},
+    {REMOTE_VIDEO_RES_FPS_FOV_GET, 0, get_video_format},
+    {REMOTE_VIDEO_RES_FPS_FOV_SET, 3, set_video_format},
+    {REMOTE_VIDEO_VELLIX_RESET, 0, reset_video_controls},
+    {REMOTE_VIDEO_SHUTTER_START, 0, start_capture<REMOTE_VIDEO_SHUTTER_START>},
+    {REMOTE_VIDEO_SHUTTER_STOP, 0, stop_capture},
+    {REMOTE_VIDEO_ISO_MODE_SET, 1, set_video_iso_mode},
+    {REMOTE_VIDEO_ASPECT_RATIO_SET, 1, set_aspect_ratio},
+    {REMOTE_VIDEO_HORIZON_OPTION_GET, 3, horizon_option},
 
-    {REMOTE_GROUP_PHOTO, 22, 0, reset_photo_controls},
-    {REMOTE_GROUP_PHOTO, 23, 0, start_capture<REMOTE_GROUP_PHOTO>},
-    {REMOTE_GROUP_PHOTO, 24, 0, stop_capture},
+    {REMOTE_PHOTO_VELLIX_RESET, 0, reset_photo_controls},
+    {REMOTE_PHOTO_SHUTTER_START, 0, start_capture<REMOTE_PHOTO_SHUTTER_START>},
+    {REMOTE_PHOTO_SHUTTER_STOP, 0, stop_capture},
 
-    {REMOTE_GROUP_MULTISHOT, 26, 0, reset_multishot_controls},
-    {REMOTE_GROUP_MULTISHOT, 27, 0, start_capture<REMOTE_GROUP_MULTISHOT>},
-    {REMOTE_GROUP_MULTISHOT, 28, 0, stop_capture},
+    {REMOTE_MULTISHOT_VELLIX_RESET, 0, reset_multishot_controls},
+    {REMOTE_MULTISHOT_SHUTTER_START, 0, start_capture<REMOTE_MULTISHOT_SHUTTER_START>},
+    {REMOTE_MULTISHOT_SHUTTER_STOP, 0, stop_capture},
 
-    {REMOTE_GROUP_BROADCAST, 2, 0, get_broadcast_format},
-    {REMOTE_GROUP_BROADCAST, 3, 1, set_broadcast_format},
-    {REMOTE_GROUP_BROADCAST, 4, 0, get_broadcast_record_format},
-    {REMOTE_GROUP_BROADCAST, 5, 1, set_broadcast_record_format},
-    {REMOTE_GROUP_BROADCAST, 6, 1, start_broadcast},
-    {REMOTE_GROUP_BROADCAST, 7, 0, stop_broadcast},
-    {REMOTE_GROUP_BROADCAST, 25, 0, get_broadcast_settings},
-    {REMOTE_GROUP_BROADCAST, 26, 0, get_broadcast_status},
+    {REMOTE_BROADCAST_RES_FPS_FOV_GET, 0, get_broadcast_format},
+    {REMOTE_BROADCAST_RES_FPS_FOV_SET, 1, set_broadcast_format},
+    {REMOTE_BROADCAST_RECORD_RES_FPS_FOV_GET, 0, get_broadcast_record_format},
+    {REMOTE_BROADCAST_RECORD_RES_FPS_FOV_SET, 1, set_broadcast_record_format},
+    {REMOTE_BROADCAST_START, 1, start_broadcast},
+    {REMOTE_BROADCAST_STOP, 0, stop_broadcast},
+    {REMOTE_BROADCAST_SETTINGS_GET, 0, get_broadcast_settings},
+    {REMOTE_BROADCAST_STATUS_GET, 0, get_broadcast_status},
 
-    {REMOTE_GROUP_SETUP, 28, 0, get_current_settings},
-    {REMOTE_GROUP_SETUP, 30, 0, get_all_settings},
+    {REMOTE_SETUP_CURRENT_SETTINGS_GET, 0, get_current_settings},
+    {REMOTE_SETUP_ALL_SETTINGS_GET, 0, get_all_settings},
 
-    {REMOTE_GROUP_SYSTEM, 18, 2, set_button},
+    {REMOTE_SYSTEM_BUTTON_SET, 2, set_button},
 
-    {REMOTE_GROUP_STORAGE, 9, 0, delete_last},
-    {REMOTE_GROUP_STORAGE, 10, 0, delete_all},
-    {REMOTE_GROUP_STORAGE, 14, 2, delete_file},
-    {REMOTE_GROUP_STORAGE, 15, 1, delete_group},
-    {REMOTE_GROUP_STORAGE, 18, 6, tag_file},
-    {REMOTE_GROUP_STORAGE, 22, 2, delete_list},
+    {REMOTE_STORAGE_DELETE_LAST, 0, delete_last},
+    {REMOTE_STORAGE_DELETE_ALL, 0, delete_all},
+    {REMOTE_STORAGE_DELETE_FILE, 2, delete_file},
+    {REMOTE_STORAGE_DELETE_GROUP, 1, delete_group},
+    {REMOTE_STORAGE_TAG_FILE, 6, tag_file},
+    {REMOTE_STORAGE_DELETE_LIST, 2, delete_list},
 
-    {REMOTE_GROUP_FWUPDATE, 0, 0, start_flashing},
-    {REMOTE_GROUP_FWUPDATE, 3, 1, end_download},
+    {REMOTE_FWUPDATE_FLASHING_START, 0, start_flashing},
+    {REMOTE_FWUPDATE_DOWNLOAD_DONE, 1, end_download},
 
-    {REMOTE_GROUP_PRESET, 12, 4, load_preset},
-    {REMOTE_GROUP_PRESET, 16, 0, get_shortcut},
-    {REMOTE_GROUP_PRESET, 17, 2, set_shortcut},
-    {REMOTE_GROUP_PRESET, 18, 0, reset_shortcuts},
-    {REMOTE_GROUP_PRESET, 19, 1, set_flat_mode},
-    {REMOTE_GROUP_PRESET, 21, 0, get_lens},
-    {REMOTE_GROUP_PRESET, 22, 2, set_lens},
-    {REMOTE_GROUP_PRESET, 23, 1, set_flat_mode},
+    {REMOTE_PRESET_LOAD, 4, load_preset},
+    {REMOTE_PRESET_ONSCREEN_CONTROL_GET, 0, get_shortcut},
+    {REMOTE_PRESET_ONSCREEN_CONTROL_SET, 2, set_shortcut},
+    {REMOTE_PRESET_ONSCREEN_SHORTCUTS_RESET, 0, reset_shortcuts},
+    {REMOTE_PRESET_FORMAT_SET, 1, set_flat_mode},
+    {REMOTE_PRESET_LENS_GET, 0, get_lens},
+    {REMOTE_PRESET_LENS_SET, 2, set_lens},
+    {REMOTE_PRESET_FLAT_MODE_SET, 1, set_flat_mode},
 
-    {REMOTE_GROUP_CAPABILITY, 4, 1, present_list},
-    {REMOTE_GROUP_CAPABILITY, 5, 7, filtered_list},
+    {REMOTE_CAPABILITY_SETTING_LIST_GET_BASED_ON_CURRENT_SETTINGS, 1, present_list},
+    {REMOTE_CAPABILITY_APPLY_FILTER_SETTING_LIST_GET, 7, filtered_list},
 };
 
 } // namespace
 
-Answer failed(FirmwareError error)
+const RemoteAction *find_remote_action(RemoteCommand command)
 {
-    Answer answer;
-    answer.error = error;
-    return answer;
-}
-
-const RemoteAction *find_remote_action(uint8_t group, uint8_t action)
-{
-    const auto *row = std::find_if(std::begin(REMOTE_ACTIONS), std::end(REMOTE_ACTIONS),
-                                   [&](const RemoteAction &r) { return r.group == group && r.action == action; });
-    return row == std::end(REMOTE_ACTIONS) ? nullptr : row;
+    return find_row(REMOTE_ACTIONS, [=](const RemoteAction &action) { return action.command == command; });
 }
 
 } // namespace zv::sim

@@ -3,6 +3,9 @@
 #include "trace.h"
 
 #include <algorithm>
+#include <utility>
+
+#include <zvctrl/zvcontrol_if.h>
 
 namespace zv::sim {
 
@@ -54,7 +57,8 @@ std::string Replay::read(std::istream &trace)
 const std::vector<Reply> *Replay::find(const Request &request)
 {
     const auto found = m_occasions.find(key_of(request));
-    if (found == m_occasions.end() || (request.link == Link::DAEMON && request.command == RESYNC_MESSAGE_QUEUE)) {
+    if (found == m_occasions.end() ||
+        (request.link == Link::DAEMON && request.command == ZVCONTROL_RESYNC_MESSAGE_QUEUE)) {
         return nullptr;
     }
     Occasions &occasions = found->second;

@@ -1,20 +1,20 @@
 #include "request.h"
 
 #include "bytes.h"
-
-#include <zvctrl/zvc_commands.h>
+#include "queues.h"
+#include "remote_commands.h"
 
 #include <algorithm>
+
+#include <zvctrl/messages.h>
+#include <zvctrl/zvDbg.h>
+#include <zvctrl/zvTlv.h>
 
 namespace zv::sim {
 
 namespace {
 
-constexpr uint8_t CATEGORY_DAEMON = 20;
-constexpr uint8_t CATEGORY_DAEMON_RESPONSE = 21;
-constexpr char REMOTE_API[] = "YY";
-constexpr char CAMERA_QUEUE[] = "/to_camera";
-constexpr size_t CODE_SIZE = 2;
+constexpr size_t CODE_SIZE = sizeof REMOTE_API_COMMAND - 1;
 
 // The queue's name that a client wrote, up to a zero byte: a slash and more.
 bool read_queue_name(View value, std::string &name)
@@ -31,7 +31,7 @@ Bytes bytes_of(const std::optional<View> &value)
 bool read_daemon_command(View message, Request &request)
 {
     const auto command = find_element(message, TLV_CMD);
-    if (request.category != CATEGORY_DAEMON || !command || command->size() != sizeof request.command) {
+    if (request.category != CAT_ZVCTRL_CMD || !command || command->size() != sizeof request.command) {
         return false;
     }
     request.command = le32(command->data());
@@ -48,12 +48,12 @@ bool read_relay_command(View message, Request &request)
     }
     request.code.assign(code->begin(), code->end());
     request.argument = bytes_of(argument);
-    if (request.category == CATEGORY_CAMERA && request.code == REMOTE_API &&
+    if (request.category == CATEGORY_CAMERA && request.code == REMOTE_API_COMMAND &&
         argument->size() >= REMOTE_API_HEADER_SIZE) {
-        request.group = request.argument[1];
-        request.action = request.argument[2];
+        request.group = request.argument[REMOTE_REQUEST_GROUP];
+        request.action = request.argument[REMOTE_REQUEST_ACTION];
         request.payload = bytes_of(argument->subspan(REMOTE_API_HEADER_SIZE));
-        request.valid = be16(argument->data() + 3) == request.payload.size();
+        request.valid = be16(argument->data() + REMOTE_REQUEST_SIZE) == request.payload.size();
     }
     return true;
 }
@@ -63,18 +63,19 @@ Bytes daemon_answer(const Answer &answer)
     uint8_t code[sizeof(uint32_t)];
     put_le32(code, static_cast<uint32_t>(answer.switched_off ? ZV_ERR_NAK_OFF : answer.code));
     if (answer.payload.empty()) {
-        return build_message(CATEGORY_DAEMON_RESPONSE, {{TLV_RSP, code}});
+        return build_message(CAT_ZVCTRL_RSP, {{TLV_RSP, code}});
     }
-    return build_message(CATEGORY_DAEMON_RESPONSE, {{TLV_RSP, code}, {TLV_RSPARG, answer.payload}});
+    return build_message(CAT_ZVCTRL_RSP, {{TLV_RSP, code}, {TLV_RSPARG, answer.payload}});
 }
 
 Bytes relay_answer(const Request &request, const Answer &answer)
 {
     Bytes response = {ZVN_NACK_OFF};
     if (!answer.switched_off) {
-        const size_t size = answer.payload.size();
-        response = {static_cast<uint8_t>(answer.code), 0, 0, 0, answer.error, static_cast<uint8_t>(size >> 8),
-                    static_cast<uint8_t>(size)};
+        response.assign(REMOTE_ANSWER_PAYLOAD, 0);
+        response[REMOTE_ANSWER_ACK] = static_cast<uint8_t>(answer.code);
+        response[REMOTE_ANSWER_ERROR] = answer.error;
+        put_be16(&response[REMOTE_ANSWER_SIZE], static_cast<uint16_t>(answer.payload.size()));
         response.insert(response.end(), answer.payload.begin(), answer.payload.end());
     }
     return build_message(static_cast<uint8_t>(request.category + 1), {{TLV_CMD, view_of(request.code)},
@@ -97,6 +98,13 @@ Answer refused(int32_t code)
 {
     Answer answer;
     answer.code = code;
+    return answer;
+}
+
+Answer failed(FirmwareError error)
+{
+    Answer answer;
+    answer.error = error;
     return answer;
 }
 

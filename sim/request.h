@@ -3,6 +3,10 @@
 
 #include "message.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
+
 namespace zv::sim {
 
 // On the daemon link `command` is the command's number; on the relay it is 0, and a request to the remote API has a
@@ -15,7 +19,7 @@ struct Request {
     uint8_t category = 0;
     std::string code;   // relay: the two-character command code
     Bytes argument;     // daemon: the parameter; relay: the whole command argument
-    Bytes payload;      // remote API: what stands behind the request's header
+    Bytes payload;      // remote API: what follows the request's header
     bool valid = false; // remote API: the header's payload size is that of the payload
     std::string source; // the queue that the answer goes to
 };
@@ -28,15 +32,19 @@ struct Answer {
     Bytes payload;
 };
 
+// The acknowledge byte of a command that the firmware does not know, or whose payload it cannot read.
+inline constexpr int32_t NAK = 1;
+
+// The firmware's own errors: the command was understood and cannot be carried out.
+enum FirmwareError : uint8_t {
+    FIRMWARE_BUSY = 1,      // a capture is going on, or none can begin
+    FIRMWARE_NO_FILE = 2,   // no such file on the card
+    FIRMWARE_BAD_VALUE = 3, // no such mode, preset, ...
+};
+
 Answer good(View payload = {});
 Answer refused(int32_t code);
-
-// The relay's categories: commands to itself, and to the camera.
-inline constexpr uint8_t CATEGORY_RELAY = 2;
-inline constexpr uint8_t CATEGORY_CAMERA = 4;
-
-// The daemon's command that is answered with its own parameter.
-inline constexpr uint32_t RESYNC_MESSAGE_QUEUE = 102;
+Answer failed(FirmwareError error);
 
 // Takes a client's message apart. Nothing for one that cannot be answered: not well formed, not a command of this link,
 // or without a queue to answer to.

@@ -1,15 +1,18 @@
 #include "simulator.h"
 
 #include "identity.h"
+#include "queues.h"
 
 #include <algorithm>
+
+#include <zvctrl/zvcontrol_if.h>
 
 namespace zv::sim {
 
 namespace {
 
 constexpr Link LINKS[] = {Link::DAEMON, Link::RELAY};
-constexpr const char *QUEUE_NAMES[] = {"/to_zvCtlD", "/to_zvnet"};
+constexpr const char *QUEUE_NAMES[] = {DAEMON_QUEUE, RELAY_QUEUE}; // by Link
 constexpr uint64_t MILLISECOND = 1000;
 constexpr int BURST = 16; // more than a queue holds, so that busy clients do not keep the owner from other work
 
@@ -120,7 +123,7 @@ Answer Simulator::answer(const Request &request, const Effects &effects)
         return answer;
     }
     answer = daemon ? answer_as_daemon(m_camera, request) : answer_as_firmware(m_camera, request);
-    if (effects.wrong_key && daemon && request.command == RESYNC_MESSAGE_QUEUE && !answer.payload.empty()) {
+    if (effects.wrong_key && daemon && request.command == ZVCONTROL_RESYNC_MESSAGE_QUEUE && !answer.payload.empty()) {
         ++answer.payload.front();
     }
     return answer;

@@ -1,30 +1,16 @@
 // The camera's one state, which both peers read and write.
 #pragma once
 
+#include "field.h"
 #include "message.h"
 
 #include <array>
+#include <cstdint>
 #include <random>
 
 #include <zvctrl/camera_status.h>
 
 namespace zv::sim {
-
-// A number of 1, 4 or 8 bytes in the snapshot record. Width 0: no field.
-struct Field {
-    uint16_t offset = 0;
-    uint8_t width = 0;
-};
-
-constexpr Field status(uint16_t offset, uint8_t width = 1)
-{
-    return {offset, width};
-}
-
-constexpr Field settings(uint16_t offset, uint8_t width = 1)
-{
-    return {static_cast<uint16_t>(ALL_SETTINGS_OFFSET + offset), width};
-}
 
 class State {
   public:
@@ -36,7 +22,7 @@ class State {
     uint8_t byte(Field field) const { return static_cast<uint8_t>(get(field)); }
     void set(Field field, uint64_t value);
 
-    // The snapshot record, 634 bytes, and its two parts.
+    // The snapshot record, and its two parts.
     View record() const { return m_record; }
     View status_record() const { return record().first(ALL_SETTINGS_OFFSET); }
     View settings_record() const

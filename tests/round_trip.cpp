@@ -3,6 +3,7 @@
 
 #include "camera_interface.h"
 #include "camera_settings.h"
+#include "flat_modes.h"
 #include "interpose.h"
 #include "queues.h"
 #include "simulator.h"
@@ -117,7 +118,7 @@ class RoundTrip : public testing::Test {
     {
         simulator.camera().state() = fresh;
         simulator.camera().state().set(settings(SETTINGS_SETUP_CAMERA_UX_MODE), ux_mode);
-        simulator.camera().set_mode(*find_flat_mode(flat_mode));
+        simulator.camera().set_mode(*zv::find_flat_mode(flat_mode));
     }
 
     all_status_settings_t snapshot()
@@ -174,7 +175,7 @@ TEST_F(RoundTrip, ReadsBackWhatWasWritten)
 {
     std::vector<int> met(std::size(EXCEPTIONS));
     const auto check = [&](uint32_t setting, const option_t &option, uint8_t flat_mode) {
-        simulator.camera().set_mode(*find_flat_mode(flat_mode));
+        simulator.camera().set_mode(*zv::find_flat_mode(flat_mode));
         ASSERT_EQ(ZV_OK, write(setting, option.id));
         const Exception *exception = find_exception(setting, option.id, simulator.camera().mode().flat_mode);
         if (exception == nullptr) {

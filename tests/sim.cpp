@@ -4,7 +4,6 @@
 #include "csi_double.h"
 #include "firmware_peer.h"
 #include "interpose.h"
-#include "remote_actions.h"
 #include "rules.h"
 #include "zvc_broadcast.h"
 #include "zvc_commands_zvx.h"
@@ -141,8 +140,9 @@ TEST_F(SimulatedCamera, SurvivesEveryCommandWithAnyPayload)
     for (int i = 0; i < 200000; ++i) {
         test::Bytes payload(random() % 48);
         std::generate(payload.begin(), payload.end(), [&] { return static_cast<uint8_t>(random() % 40); });
-        run_remote_command(camera.camera(), static_cast<uint8_t>(random() % 20), static_cast<uint8_t>(random() % 100),
-                           payload);
+        const auto group = static_cast<unsigned>(random() % 20);
+        const auto action = static_cast<unsigned>(random() % 100);
+        run_remote_command(camera.camera(), zv::RemoteCommand{zv::remote_command(group, action)}, payload);
         camera.camera().advance(random() % 100 == 0 ? 1000000 : 0);
     }
 }
