@@ -1,5 +1,8 @@
 #include "csi.h"
 
+#include "bytes.h"
+#include "csi_keys.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -13,7 +16,6 @@
 
 namespace {
 
-constexpr uint32_t VALUE_MAX = 1400;
 constexpr size_t PATH_SIZE = 4096;
 
 const char *folder()
@@ -76,7 +78,7 @@ int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *buffer)
     if (file < 0) {
         return -1;
     }
-    uint8_t value[VALUE_MAX];
+    uint8_t value[zv::CSI_VALUE_MAX];
     const ssize_t got = read_whole(file, value, sizeof value);
     close(file);
     if (got < 0) {
@@ -93,7 +95,7 @@ int32_t csi_set(uint8_t key, const uint8_t *value, uint32_t length)
 {
     char path[PATH_SIZE];
     char draft[PATH_SIZE];
-    if ((value == nullptr && length > 0) || length > VALUE_MAX || !path_of(key, "", path) ||
+    if ((value == nullptr && length > 0) || length > zv::CSI_VALUE_MAX || !path_of(key, "", path) ||
         !path_of(key, ".XXXXXX", draft)) {
         return -1;
     }
@@ -125,7 +127,6 @@ int ZVCSIListener::GetCSIValue(uint32_t key, uint32_t &value) // NOLINT(readabil
     if (key > UINT8_MAX || csi_get(static_cast<uint8_t>(key), sizeof bytes, &length, bytes) != 0 || length == 0) {
         return -1;
     }
-    value = static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-            static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
+    value = zv::le32(bytes);
     return 0;
 }

@@ -24,7 +24,7 @@ CSI_API int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *b
 
 /*
  * Stores `length` bytes as the value of `key`. Readers see the old value or the new one, never a part. Returns 0, or a
- * negative number when the value could not be stored; the old value then stands. Any thread may call.
+ * negative number when the value could not be stored; the old value is kept then. Any thread may call.
  */
 CSI_API int32_t csi_set(uint8_t key, const uint8_t *value, uint32_t length);
 
