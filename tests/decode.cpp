@@ -142,8 +142,8 @@ TEST(Decode, SaysWhatIsWrong)
          tlv_message(0xF1, {end}),
          {"category 0xF1 is above 0xEF", "there is no CMD", "there is no RSPARG"}},
         {Link::CAMERA,
-         tlv_message(4, {cmd, {TLV_CMDARG, {0, 6, 9, 0, 1}}, src, dst, end, end}),
-         {"there is more than one END", "group 6 is unknown", "says payload size 1, and has 0"}},
+         tlv_message(4, {cmd, {TLV_CMDARG, {0, 12, 9, 0, 1}}, src, dst, end, end}),
+         {"there is more than one END", "group 12 is unknown", "says payload size 1, and has 0"}},
         {Link::CAMERA,
          tlv_message(4, {cmd, {TLV_CMDARG, {0, 6}}, src, dst, {0x99, {1}}, {TLV_END, {1}}}),
          {"unknown tag 0x99", "END has a value", "has length 2, less than its head of 5"}},
@@ -185,11 +185,14 @@ TEST(Decode, NamesWhatHasAName)
     for (const auto &[number, name] : cases) {
         EXPECT_EQ(name, daemon_command_name(number)) << number;
     }
-    EXPECT_STREQ("REMOTE_AUDIO_AUDIO_OPTION_SET", action_name(14, 3));
-    EXPECT_STREQ("modes/audio/settings/vellix_option", action_name(14, 5));
-    EXPECT_EQ(nullptr, action_name(14, 250));
-    EXPECT_EQ(nullptr, setting_name(0));
-    EXPECT_EQ(nullptr, setting_name(UINT32_MAX));
+    EXPECT_EQ("WIRELESS", group_name(6));
+    EXPECT_EQ("", group_name(UINT8_MAX));
+    EXPECT_EQ("REMOTE_AUDIO_AUDIO_OPTION_SET", action_name(14, 3));
+    EXPECT_EQ("modes/multi_shot/settings/bitrate", action_name(4, 68));
+    EXPECT_EQ("", action_name(14, 250));
+    EXPECT_EQ("", action_name(UINT8_MAX, UINT8_MAX));
+    EXPECT_EQ("", setting_name(0));
+    EXPECT_EQ("", setting_name(UINT32_MAX));
 }
 
 } // namespace

@@ -116,6 +116,26 @@ try 0 'INFO.*zvcontrol_if.cpp' status -vv
 stop_camera
 try 0 'camera command' decode --trace "$folder/trace"
 
+echo "Names for all that is sent: every setting with its last option, and the operations that are not tried above"
+start_camera --trace "$folder/trace"
+"$zvcam" settings >"$folder/settings"
+{
+    awk '/^ *[0-9]+ [a-z]/ { id = $1 } /^      .*[0-9]$/ { print "set", id, $NF, "--force" }' "$folder/settings"
+    printf '%s\n' 'set 168 7:30' 'info' 'shutter on' 'shutter off' 'lens status 1' 'lens mode 1' 'lens use 1' \
+        'media tag 100SIMUL/SIM00001.MP4 5' 'media delete-group 100SIMUL/SIM00002.JPG' 'media delete-last' \
+        'media delete 100SIMUL/SIM00001.MP4 100SIMUL/SIM00003.JPG' 'media delete-all --yes' 'media room 0' \
+        'format 4k 60' 'mode burst_photo' 'shutter on' 'mode video' 'zoom 3' 'delay 0' 'poll' \
+        'broadcast record-format 1080 30' 'broadcast enable 1' 'broadcast start' 'broadcast stop' \
+        'broadcast sub-mode 1' 'broadcast idr 2' 'broadcast bit-rate 3' 'broadcast window 4' 'broadcast show' \
+        'firmware download-start --yes' 'firmware download-done --yes' 'firmware flash --yes'
+} | while read -r words; do
+    # shellcheck disable=SC2086 # words of a command line
+    "$zvcam" $words >/dev/null 2>&1 </dev/null
+done
+stop_camera
+try 0 'group 6 WIRELESS' decode --trace "$folder/trace"
+lines 0 ' \?|unknown command'
+
 echo "A camera without a catalogue"
 start_camera --model 51
 try 0 '^  2 video/resolution +[0-9]+$' settings

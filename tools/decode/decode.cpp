@@ -1,6 +1,9 @@
 #include "decode.h"
 
+#include "bytes.h"
 #include "names.h"
+#include "queues.h"
+#include "remote_commands.h"
 #include "trace.h"
 
 #include <algorithm>
@@ -8,34 +11,21 @@
 #include <cstdio>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
+#include <zvctrl/camera_records.h>
+#include <zvctrl/messages.h>
 #include <zvctrl/zvDbg.h>
 #include <zvctrl/zvTlv.h>
-#include <zvctrl/zvc_commands.h>
+#include <zvctrl/zvcontrol_if.h>
 
 namespace zv {
 
 namespace {
 
 constexpr size_t HEADER_SIZE = 4; // of a message, and of an element
-constexpr uint8_t DAEMON_COMMAND = 20;
-constexpr uint8_t DAEMON_RESPONSE = 21;
 constexpr uint8_t CATEGORY_MAX = 0xEF;
-constexpr size_t DAEMON_MESSAGE_MAX = 10000;
-constexpr size_t RESPONSE_HEADER_SIZE = 7; // of a remote API answer
-constexpr uint32_t SET_SETTING_ID = 30;
-constexpr uint32_t RESYNC = 102;
 constexpr size_t ROW = 16; // bytes printed in a line
-
-uint32_t be16(const uint8_t *bytes)
-{
-    return static_cast<uint32_t>(bytes[0] << 8 | bytes[1]);
-}
-
-uint32_t le32(const uint8_t *bytes)
-{
-    return static_cast<uint32_t>(bytes[3]) << 24 | static_cast<uint32_t>(bytes[2] << 16 | bytes[1] << 8 | bytes[0]);
-}
 
 std::string text(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
@@ -65,7 +55,7 @@ class Message {
 
   private:
     bool daemon() const { return m_link == Link::DAEMON; }
-    bool response() const { return daemon() ? m_category == DAEMON_RESPONSE : m_category % 2 == 1; }
+    bool response() const { return daemon() ? m_category == CAT_ZVCTRL_RSP : m_category % 2 == 1; }
     bool remote_api() const;
     const Element *find(uint8_t tag) const;
 
@@ -92,9 +82,9 @@ class Message {
     std::vector<std::string> m_faults;
 };
 
-const char *or_unknown(const char *name)
+std::string or_unknown(std::string_view name)
 {
-    return name != nullptr ? name : "?";
+    return std::string(name.empty() ? "?" : name);
 }
 
 // Quoted, with a full stop for what cannot be printed.
@@ -121,7 +111,8 @@ void print_bytes(std::ostream &out, const uint8_t *bytes, size_t size, size_t in
 bool Message::remote_api() const
 {
     const Element *cmd = find(TLV_CMD);
-    return cmd != nullptr && cmd->size == 2 && cmd->value[0] == 'Y' && cmd->value[1] == 'Y';
+    constexpr std::string_view CODE = REMOTE_API_COMMAND;
+    return cmd != nullptr && std::equal(cmd->value, cmd->value + cmd->size, CODE.begin(), CODE.end());
 }
 
 const Element *Message::find(uint8_t tag) const
@@ -146,7 +137,7 @@ void Message::read_elements()
             fault(text("the element at %zu has length %zu, and %zu bytes are left", offset, size, left));
         }
         m_elements.push_back({offset, tag, m_bytes + offset + HEADER_SIZE, std::min(size, left)});
-        if (tag_name(tag) == nullptr) {
+        if (tag_name(tag).empty()) {
             fault(text("the element at %zu has the unknown tag 0x%02X", offset, tag));
         }
         offset += HEADER_SIZE + std::min(size, left);
@@ -171,14 +162,14 @@ void Message::check_ends()
 void Message::require(uint8_t tag)
 {
     if (find(tag) == nullptr) {
-        fault(text("there is no %s", tag_name(tag)));
+        fault("there is no " + or_unknown(tag_name(tag)));
     }
 }
 
 void Message::require_size(uint8_t tag, size_t size)
 {
     if (const Element *element = find(tag); element != nullptr && element->size != size) {
-        fault(text("%s has length %zu, not %zu", tag_name(tag), element->size, size));
+        fault(text("%s has length %zu, not %zu", or_unknown(tag_name(tag)).c_str(), element->size, size));
     }
 }
 
@@ -186,7 +177,7 @@ void Message::check_contents()
 {
     check_ends();
     if (daemon()) {
-        if (m_category != DAEMON_COMMAND && m_category != DAEMON_RESPONSE) {
+        if (m_category != CAT_ZVCTRL_CMD && m_category != CAT_ZVCTRL_RSP) {
             fault(text("the daemon's categories are 20 and 21, not %d", m_category));
         }
         require(response() ? TLV_RSP : TLV_CMD);
@@ -230,11 +221,11 @@ std::string Message::argument(const Element &element)
     }
     const Element *cmd = find(TLV_CMD);
     const uint32_t number = cmd != nullptr && cmd->size == 4 ? le32(cmd->value) : 0;
-    if (number == SET_SETTING_ID && element.size == 8) {
+    if (number == ZVCONTROL_SET_SETTING_ID && element.size == 8) {
         const uint32_t id = le32(element.value);
-        return text("setting %u %s, value %u", id, or_unknown(setting_name(id)), le32(element.value + 4));
+        return text("setting %u %s, value %u", id, or_unknown(setting_name(id)).c_str(), le32(element.value + 4));
     }
-    return number == RESYNC && element.size == 4 ? text("key %u", le32(element.value)) : "";
+    return number == ZVCONTROL_RESYNC_MESSAGE_QUEUE && element.size == 4 ? text("key %u", le32(element.value)) : "";
 }
 
 std::string Message::answer(const Element &element)
@@ -243,13 +234,13 @@ std::string Message::answer(const Element &element)
         return remote_api() ? remote_answer(element) : "";
     }
     switch (element.size) {
-    case 4:
+    case sizeof(uint32_t):
         return text("number %u", le32(element.value));
-    case 238:
+    case sizeof(appc_setup_all_settings):
         return "settings record";
-    case 394:
+    case sizeof(appc_system_all_status):
         return "status record";
-    case 634:
+    case sizeof(all_status_settings_t):
         return "status, settings and system settings records";
     default:
         return "";
@@ -262,40 +253,40 @@ std::string Message::remote_request(const Element &element)
         fault(text("the remote API request has length %zu, less than its head of 5", element.size));
         return "";
     }
-    const uint8_t group = element.value[1];
-    const uint8_t action = element.value[2];
-    const size_t announced = be16(element.value + 3);
+    const uint8_t group = element.value[REMOTE_REQUEST_GROUP];
+    const uint8_t action = element.value[REMOTE_REQUEST_ACTION];
+    const size_t announced = be16(element.value + REMOTE_REQUEST_SIZE);
     const size_t payload = element.size - REMOTE_API_HEADER_SIZE;
     if (announced != payload) {
         fault(text("the remote API request says payload size %zu, and has %zu", announced, payload));
     }
-    const char *group_text = group_name(group);
-    if (group_text == nullptr) {
+    const std::string_view group_text = group_name(group);
+    if (group_text.empty()) {
         fault(text("remote API group %d is unknown", group));
     }
-    return text("group %d %s, action %d %s, payload size %zu", group, or_unknown(group_text), action,
-                or_unknown(action_name(group, action)), payload);
+    return text("group %d %s, action %d %s, payload size %zu", group, or_unknown(group_text).c_str(), action,
+                or_unknown(action_name(group, action)).c_str(), payload);
 }
 
 std::string Message::remote_answer(const Element &element)
 {
-    if (element.size == 1 && element.value[0] == ZVN_NACK_OFF) {
+    if (element.size == 1 && element.value[REMOTE_ANSWER_ACK] == ZVN_NACK_OFF) {
         return "the camera is switched off";
     }
-    if (element.size < RESPONSE_HEADER_SIZE) {
+    if (element.size < REMOTE_ANSWER_PAYLOAD) {
         fault(text("the remote API answer has length %zu, less than its head of 7", element.size));
         return "";
     }
-    const size_t announced = be16(element.value + 5);
-    const size_t payload = element.size - RESPONSE_HEADER_SIZE;
+    const size_t announced = be16(element.value + REMOTE_ANSWER_SIZE);
+    const size_t payload = element.size - REMOTE_ANSWER_PAYLOAD;
     if (announced > payload) {
         fault(text("the remote API answer says payload size %zu, and has %zu", announced, payload));
     }
-    if (element.value[0] != 0) {
-        return text("refused, acknowledge byte %d", element.value[0]);
+    if (const uint8_t acknowledge = element.value[REMOTE_ANSWER_ACK]; acknowledge != 0) {
+        return text("refused, acknowledge byte %d", acknowledge);
     }
-    if (element.value[4] != 0) {
-        return text("firmware error %d", static_cast<int8_t>(element.value[4]));
+    if (const uint8_t error = element.value[REMOTE_ANSWER_ERROR]; error != 0) {
+        return text("firmware error %d", static_cast<int8_t>(error));
     }
     return text("good, payload size %zu", std::min(announced, payload));
 }
@@ -342,13 +333,14 @@ int Message::print(std::ostream &out)
     if (const size_t length = be16(m_bytes); length != m_size) {
         fault(text("the length field says %zu, and there are %zu bytes", length, m_size));
     }
-    if (const size_t most = daemon() ? DAEMON_MESSAGE_MAX : ZVMSG_MAX; m_size > most) {
+    if (const size_t most = daemon() ? size_t{DAEMON_MSG_MAX} : size_t{ZVMSG_MAX}; m_size > most) {
         fault(text("the message is longer than %zu bytes", most));
     }
     read_elements();
     check_contents();
     for (const Element &element : m_elements) {
-        std::string line = text("%6zu %-8s%5zu  ", element.offset, or_unknown(tag_name(element.tag)), element.size);
+        std::string line =
+            text("%6zu %-8s%5zu  ", element.offset, or_unknown(tag_name(element.tag)).c_str(), element.size);
         const size_t indent = line.size();
         line += meaning(element);
         line.erase(line.find_last_not_of(' ') + 1);
@@ -365,7 +357,7 @@ int Message::print(std::ostream &out)
 
 Link link_of(const uint8_t *bytes, size_t size)
 {
-    const bool daemon = size >= HEADER_SIZE && (bytes[3] == DAEMON_COMMAND || bytes[3] == DAEMON_RESPONSE);
+    const bool daemon = size >= HEADER_SIZE && (bytes[3] == CAT_ZVCTRL_CMD || bytes[3] == CAT_ZVCTRL_RSP);
     return daemon ? Link::DAEMON : Link::CAMERA;
 }
 

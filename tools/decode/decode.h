@@ -29,7 +29,7 @@ int decode_message(const uint8_t *bytes, size_t size, Link link, std::ostream &o
 // The same for hexadecimal text, in any spacing and case; the link is told by the category.
 int decode_hex(std::string_view text, std::ostream &out);
 
-// Prints every message of a trace (docs/trace.md), each behind a line with its time and direction. A line that is no
+// Prints every message of a trace (docs/trace.md), each after a line with its time and direction. A line that is no
 // message is a fault, and ends it.
 int decode_trace(std::istream &in, std::ostream &out);
 

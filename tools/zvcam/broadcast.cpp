@@ -7,6 +7,7 @@
 #include "options.h"
 #include "output.h"
 
+#include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/zvc_broadcast.h>
 
 namespace zvcam {

@@ -1,5 +1,6 @@
 // The camera itself: what it is, its mode, its format, the shutter, the lens.
 
+#include "bytes.h"
 #include "command.h"
 #include "failure.h"
 #include "links.h"
@@ -8,6 +9,7 @@
 #include "output.h"
 
 #include <zvctrl/camera_interface.h>
+#include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/camera_settings.h>
 #include <zvctrl/zvc_commands_zvx.h>
 #include <zvctrl/zvc_video.h>
@@ -52,12 +54,6 @@ constexpr InfoField INFO_FIELDS[] = {
     {"networks required", CAMERA_INFO_REQUIRED_NETWORKS, false},
 };
 
-uint32_t number_at(const uint8_t *bytes)
-{
-    return static_cast<uint32_t>(bytes[0]) | static_cast<uint32_t>(bytes[1]) << 8 |
-           static_cast<uint32_t>(bytes[2]) << 16 | static_cast<uint32_t>(bytes[3]) << 24;
-}
-
 void info(const Arguments &)
 {
     uint8_t camera[CAMERA_INFO_SIZE] = {};
@@ -65,7 +61,7 @@ void info(const Arguments &)
     for (const InfoField &field : INFO_FIELDS) {
         const uint8_t *bytes = camera + field.offset;
         const std::string text =
-            field.is_number ? std::to_string(number_at(bytes)) : reinterpret_cast<const char *>(bytes);
+            field.is_number ? std::to_string(zv::le32(bytes)) : reinterpret_cast<const char *>(bytes);
         print("%-18s %s\n", field.name, printable(text).c_str());
     }
 }

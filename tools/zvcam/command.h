@@ -12,11 +12,11 @@ namespace zvcam {
 
 struct Option {
     const char *name = nullptr;    // "--json"
-    const char *operand = nullptr; // what stands behind it; null for a flag
+    const char *operand = nullptr; // what follows it; null for a flag
     const char *help = nullptr;
 };
 
-// What stands behind the command's name.
+// What follows the command's name.
 struct Arguments {
     std::vector<std::string> words;             // operands, in order
     std::map<std::string, std::string> options; // those that were given
@@ -31,7 +31,7 @@ struct Arguments {
 int64_t parse_number(const std::string &text, const char *what, int64_t low, int64_t high);
 
 struct Command {
-    const char *name;     // "status"; "media tag" is a command of the group "media", whose row stands before it
+    const char *name;     // "status"; "media tag" is a command of the group "media", whose row comes before it
     const char *operands; // "NAME [OPTION]"; the last one may take many: "[HEX...]"
     const char *help;
     void (*run)(const Arguments &); // throws Failure

@@ -1,6 +1,7 @@
 #include "links.h"
 
 #include "failure.h"
+#include "queues.h"
 
 #include <cerrno>
 #include <csignal>
@@ -15,10 +16,7 @@ namespace zvcam {
 
 namespace {
 
-constexpr char DAEMON_QUEUE[] = "/to_zvCtlD";
-constexpr char RELAY_QUEUE[] = "/to_zvnet";
 constexpr char SIZE_LIMIT[] = "/proc/sys/fs/mqueue/msgsize_max";
-constexpr long DAEMON_MESSAGE = 10000;
 constexpr long REPLY_DEPTH = 5;
 constexpr uint8_t CALLER_ID = 1;
 constexpr int ATTEMPTS = 12;
@@ -87,7 +85,7 @@ void wait_for_peers(bool wait)
 void remove_queues_at_signals()
 {
     snprintf(reply_queue, sizeof reply_queue, "/to_zvcam%d", getpid());
-    snprintf(response_queue, sizeof response_queue, "/to_ZVCU%d", getpid());
+    snprintf(response_queue, sizeof response_queue, "%s%d", zv::RESPONSE_QUEUE_PREFIX, getpid());
     struct sigaction action = {};
     action.sa_handler = on_signal;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
@@ -103,10 +101,10 @@ void expect_interruption()
 
 DaemonLink::DaemonLink()
 {
-    mq_close(open_peer(DAEMON_QUEUE, "the control daemon"));
+    mq_close(open_peer(zv::DAEMON_QUEUE, "the control daemon"));
     errno = 0;
     if (zvcontrol_interface_open() != 0) {
-        fail_to_create("the queue for the daemon's answers", errno, DAEMON_MESSAGE);
+        fail_to_create("the queue for the daemon's answers", errno, DAEMON_MSG_MAX);
     }
     zvcontrol_set_caller_id(CALLER_ID);
 }
@@ -146,7 +144,7 @@ CameraLink::CameraLink()
 {
     zvc_reset_context(&m_context);
     m_context.mq_rx = -1;
-    m_context.mq_tx = open_peer(RELAY_QUEUE, "the relay to the firmware");
+    m_context.mq_tx = open_peer(zv::RELAY_QUEUE, "the relay to the firmware");
     mq_attr attributes = {};
     attributes.mq_maxmsg = REPLY_DEPTH;
     attributes.mq_msgsize = ZVMSG_MAX;

@@ -33,7 +33,7 @@ class DaemonLink {
     bool poll(all_status_settings_t &record);
 };
 
-// The firmware, behind the relay.
+// The firmware, which the relay leads to.
 class CameraLink {
   public:
     CameraLink();

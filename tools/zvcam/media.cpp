@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/zvc_storage.h>
 
 namespace zvcam {

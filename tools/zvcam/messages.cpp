@@ -12,6 +12,7 @@
 #include <iostream>
 #include <iterator>
 #include <sstream>
+#include <trace.h>
 
 namespace zvcam {
 
@@ -28,21 +29,12 @@ std::string joined(const std::vector<std::string> &words, size_t first)
     return text;
 }
 
-std::vector<uint8_t> parse_bytes(const std::string &text)
+std::vector<uint8_t> parse_bytes(std::string text)
 {
-    std::string digits;
-    for (const char c : text) {
-        if (c != ' ') {
-            digits += c;
-        }
-    }
-    if (digits.size() % 2 != 0 || digits.size() > 2 * LONGEST_PAYLOAD ||
-        digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos) {
-        fail(WRONG_USAGE, "a payload is up to %zu bytes of two hexadecimal digits each", LONGEST_PAYLOAD);
-    }
     std::vector<uint8_t> bytes;
-    for (size_t i = 0; i < digits.size(); i += 2) {
-        bytes.push_back(static_cast<uint8_t>(std::stoul(digits.substr(i, 2), nullptr, 16)));
+    std::erase(text, ' '); // a byte's two digits may be two words
+    if (!zv::read_hex(text, bytes) || bytes.size() > LONGEST_PAYLOAD) {
+        fail(WRONG_USAGE, "a payload is up to %zu bytes of two hexadecimal digits each", LONGEST_PAYLOAD);
     }
     return bytes;
 }

@@ -7,6 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <strings.h>
+#include <zvctrl/camera_schedule.h>
+#include <zvctrl/camera_setting_ids.h>
 
 namespace zvcam {
 
@@ -204,7 +206,6 @@ std::string value_text(uint32_t setting, uint32_t value)
     return std::to_string(value);
 }
 
-// Bit 0 enabled, bit 1 the clock format, bits 2 to 7 the minute, bits 8 to 12 the hour.
 uint32_t parse_schedule(const std::string &text, uint32_t present)
 {
     if (same(text, "off")) {
@@ -217,16 +218,21 @@ uint32_t parse_schedule(const std::string &text, uint32_t present)
         hour > 23 || minute > 59) {
         fail(WRONG_USAGE, "a scheduled capture is a time of day such as 07:30, or off, not \"%s\"", text.c_str());
     }
-    return hour << 8 | minute << 2 | (present & 2U) | 1U;
+    camera_schedule_t schedule = camera_schedule_unpack(present);
+    schedule.enabled = 1;
+    schedule.minute = static_cast<uint8_t>(minute);
+    schedule.hour = static_cast<uint8_t>(hour);
+    return camera_schedule_pack(schedule);
 }
 
-std::string schedule_text(uint32_t schedule)
+std::string schedule_text(uint32_t number)
 {
-    if ((schedule & 1U) == 0) {
+    const camera_schedule_t schedule = camera_schedule_unpack(number);
+    if (schedule.enabled == 0) {
         return "off";
     }
     char text[16];
-    snprintf(text, sizeof text, "%02u:%02u", schedule >> 8 & 31U, schedule >> 2 & 63U);
+    snprintf(text, sizeof text, "%02u:%02u", schedule.hour, schedule.minute);
     return text;
 }
 

@@ -7,24 +7,6 @@
 
 namespace zvcam {
 
-// The settings that commands of their own show or set.
-enum SettingId : uint32_t {
-    SETTING_VIDEO_RESOLUTION = 2,
-    SETTING_VIDEO_FPS = 3,
-    SETTING_VIDEO_LOOPING = 6,
-    SETTING_BROADCAST_RESOLUTION = 41,
-    SETTING_BROADCAST_FPS = 42,
-    SETTING_BROADCAST_FOV = 43,
-    SETTING_BROADCAST_RECORD_RESOLUTION = 44,
-    SETTING_BROADCAST_RECORD_FPS = 45,
-    SETTING_CAPTURE_DELAY = 105,
-    SETTING_VIDEO_FOV = 121,
-    SETTING_CURRENT_FLAT_MODE = 144,
-    SETTING_SCHEDULED_CAPTURE = 168,
-    SETTING_ADDON_LENS_ACTIVE = 189,
-    SETTING_ADDON_LENS_STATUS = 190,
-};
-
 // The row of a setting; it must be one.
 const settings_id_entry_t &setting_row(uint32_t setting);
 
@@ -41,7 +23,7 @@ const std::vector<option_t *> &options_of(uint32_t setting);
 // usage. Keys go before names.
 uint32_t find_option(uint32_t setting, const std::string &text);
 
-// An option as a person calls it: its name, with the key behind it where another option has the same name.
+// An option as a person calls it: its name, with the key after it where another option has the same name.
 std::string option_text(uint32_t setting, uint32_t id);
 std::string option_text(uint32_t setting, const std::string &id);
 
@@ -54,9 +36,9 @@ uint32_t find_value(uint32_t setting, const std::string &text);
 // The firmware's value as an option.
 std::string value_text(uint32_t setting, uint32_t value);
 
-// A scheduled capture packs time of day and two flags into one number. `text` is "07:30" or "off"; `present` is the
-// number as it stands, whose clock format is kept.
+// A scheduled capture, camera_schedule.h. `text` is "07:30" or "off"; `present` is the number as it is now, whose clock
+// format is kept.
 uint32_t parse_schedule(const std::string &text, uint32_t present);
-std::string schedule_text(uint32_t schedule);
+std::string schedule_text(uint32_t number);
 
 } // namespace zvcam

@@ -13,6 +13,7 @@
 #include <ctime>
 #include <rules.h>
 #include <zvctrl/camera_interface.h>
+#include <zvctrl/camera_setting_ids.h>
 
 namespace zvcam {
 

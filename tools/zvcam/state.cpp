@@ -9,6 +9,7 @@
 #include <cstring>
 #include <sstream>
 #include <zvctrl/camera_settings.h>
+#include <zvctrl/camera_status_names.h>
 
 namespace zvcam {
 
@@ -93,6 +94,12 @@ std::vector<Member> status_members(const State &state)
 std::vector<Member> settings_members(const State &state)
 {
     return split(inside(settings_document(state)), state);
+}
+
+const char *status_name(uint32_t id)
+{
+    const char *name = camera_status_name(id);
+    return name != nullptr ? name : "?";
 }
 
 void print_status(const State &state)
