@@ -41,7 +41,7 @@ void Card::add_file(bool video, uint64_t size_kb, uint32_t group)
     m_last_number = (m_last_number + 1) % 100000;
     snprintf(name, sizeof name, "%s\\SIM%05u.%s", FOLDER, m_last_number, video ? "MP4" : "JPG");
     m_files.push_back({.name = name, .size_kb = size_kb, .video = video, .group = group, .tags = {}});
-    tell();
+    publish_counts();
 }
 
 bool Card::record_second()
@@ -50,7 +50,7 @@ bool Card::record_second()
         return false;
     }
     m_recording_kb += VIDEO_KB_PER_SECOND;
-    tell();
+    publish_counts();
     return true;
 }
 
@@ -77,7 +77,7 @@ bool Card::remove_last()
 void Card::remove_all()
 {
     m_files.clear();
-    tell();
+    publish_counts();
 }
 
 bool Card::remove_file(const std::string &path)
@@ -87,7 +87,7 @@ bool Card::remove_file(const std::string &path)
         return false;
     }
     m_files.erase(file);
-    tell();
+    publish_counts();
     return true;
 }
 
@@ -102,7 +102,7 @@ bool Card::remove_group(const std::string &path)
     } else {
         std::erase_if(m_files, [&](const MediaFile &other) { return other.group == group; });
     }
-    tell();
+    publish_counts();
     return true;
 }
 
@@ -117,7 +117,7 @@ bool Card::tag(const std::string &path, uint32_t offset_ms, bool enable)
         file->tags.push_back(offset_ms);
         m_state.set(status(STATUS_STORAGE_LAST_KEYMARK_TIME_MSEC, 4), offset_ms);
     }
-    tell();
+    publish_counts();
     return true;
 }
 
@@ -152,7 +152,7 @@ uint64_t Card::free_kb() const
     return used < CARD_KB ? CARD_KB - used : 0;
 }
 
-void Card::tell()
+void Card::publish_counts()
 {
     const uint64_t free = free_kb();
     uint64_t videos = 0;

@@ -3,6 +3,10 @@
 
 #include "state.h"
 
+#include <cstdint>
+#include <string>
+#include <vector>
+
 namespace zv::sim {
 
 struct MediaFile {
@@ -13,7 +17,7 @@ struct MediaFile {
     std::vector<uint32_t> tags; // milliseconds from the start
 };
 
-// What is on the card, and the counts that the status record tells of it.
+// What is on the card, and the counts in the status record that follow it.
 class Card {
   public:
     explicit Card(State &state);
@@ -39,7 +43,7 @@ class Card {
     bool tag(const std::string &path, uint32_t offset_ms, bool enable);
 
     const std::vector<MediaFile> &files() const { return m_files; }
-    // One line a file: name, kind, size, group, tags.
+    // One line per file: name, kind, size, group, tags.
     std::string listing() const;
 
     static constexpr uint64_t PHOTO_KB = 6000;
@@ -51,7 +55,7 @@ class Card {
     uint64_t free_kb() const;
     Files::iterator find(const std::string &path);
     void add_file(bool video, uint64_t size_kb, uint32_t group);
-    void tell();
+    void publish_counts(); // in the status record
 
     State &m_state;
     Files m_files;
