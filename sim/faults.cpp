@@ -1,42 +1,58 @@
 #include "faults.h"
 
-#include <zvctrl/zvDbg.h>
+#include "find_row.h"
 
 #include <charconv>
+#include <cstddef>
 #include <cstdio>
+
+#include <zvctrl/zvDbg.h>
 
 namespace zv::sim {
 
-namespace {
-
-struct Kind {
+struct FaultKind {
     const char *name;
-    FaultKind kind;
-    const char *amount; // the name of the kind's own number, or null
     const char *help;
+    const char *amount;      // the name of the kind's own number, or null
+    int32_t usual;           // that number where the rule has none
+    int32_t usual_of_daemon; // the same on the daemon link
+    void (*apply)(Effects &effects, int32_t amount);
 };
+
+namespace {
 
 constexpr char MILLISECONDS[] = "ms";
 constexpr char BYTES[] = "bytes";
 constexpr char CODE[] = "code";
 
-constexpr Kind KINDS[] = {
-    {"drop", FaultKind::DROP, nullptr, "the request is carried out, its answer is lost"},
-    {"delay", FaultKind::DELAY, MILLISECONDS, "the answer is late, the daemon's next ones wait behind it (ms=15000)"},
-    {"double", FaultKind::DOUBLE, nullptr, "the answer comes twice"},
-    {"truncate", FaultKind::TRUNCATE, BYTES, "the answer is cut to this many bytes (half of it)"},
-    {"corrupt", FaultKind::CORRUPT, BYTES, "this many bytes of the answer are overwritten at random (bytes=4)"},
-    {"key", FaultKind::KEY, nullptr, "a resynchronisation is answered with another key"},
-    {"refuse", FaultKind::REFUSE, CODE, "refused, with this acknowledge byte or return code (code=1; daemon -101)"},
-    {"error", FaultKind::ERROR, CODE, "the firmware's error, or the daemon's return code (code=1; daemon -1)"},
-    {"off", FaultKind::OFF, nullptr, "the camera answers that it is switched off"},
-    {"die", FaultKind::DIE, MILLISECONDS, "nothing is answered, and what came meanwhile is forgotten (ms=3000)"},
-    {"full", FaultKind::FULL, MILLISECONDS, "nothing is read, and the queue is full (ms=3000)"},
-};
-
 constexpr int32_t DELAY_MS = 15000; // longer than a client waits
 constexpr int32_t OUTAGE_MS = 3000;
 constexpr int32_t CORRUPT_BYTES = 4;
+constexpr auto HALF = static_cast<int32_t>(CUT_TO_HALF);
+
+constexpr FaultKind KINDS[] = {
+    {"drop", "the request is carried out, its answer is lost", nullptr, 0, 0,
+     [](Effects &effects, int32_t) { effects.drop = true; }},
+    {"delay", "the answer is late, the daemon's next ones wait behind it (ms=15000)", MILLISECONDS, DELAY_MS, DELAY_MS,
+     [](Effects &effects, int32_t amount) { effects.delay_ms += static_cast<uint32_t>(amount); }},
+    {"double", "the answer comes twice", nullptr, 0, 0, [](Effects &effects, int32_t) { ++effects.copies; }},
+    {"truncate", "the answer is cut to this many bytes (half of it)", BYTES, HALF, HALF,
+     [](Effects &effects, int32_t amount) { effects.cut_to = static_cast<uint32_t>(amount); }},
+    {"corrupt", "this many bytes of the answer are overwritten at random (bytes=4)", BYTES, CORRUPT_BYTES,
+     CORRUPT_BYTES, [](Effects &effects, int32_t amount) { effects.corrupt_bytes += static_cast<uint32_t>(amount); }},
+    {"key", "a resynchronisation is answered with another key", nullptr, 0, 0,
+     [](Effects &effects, int32_t) { effects.wrong_key = true; }},
+    {"refuse", "refused, with this acknowledge byte or return code (code=1; daemon -101)", CODE, NAK, ZV_ERR_NAK,
+     [](Effects &effects, int32_t amount) { effects.refusal = amount; }},
+    {"error", "the firmware's error, or the daemon's return code (code=1; daemon -1)", CODE, FIRMWARE_BUSY, ZV_ERR,
+     [](Effects &effects, int32_t amount) { effects.error = amount; }},
+    {"off", "the camera answers that it is switched off", nullptr, 0, 0,
+     [](Effects &effects, int32_t) { effects.switched_off = true; }},
+    {"die", "nothing is answered, and what came meanwhile is forgotten (ms=3000)", MILLISECONDS, OUTAGE_MS, OUTAGE_MS,
+     [](Effects &effects, int32_t amount) { effects.dead_ms = static_cast<uint32_t>(amount); }},
+    {"full", "nothing is read, and the queue is full (ms=3000)", MILLISECONDS, OUTAGE_MS, OUTAGE_MS,
+     [](Effects &effects, int32_t amount) { effects.full_ms = static_cast<uint32_t>(amount); }},
+};
 
 struct Selector {
     const char *name;
@@ -63,12 +79,7 @@ constexpr Counter COUNTERS[] = {
 template <class Row, size_t Count>
 const Row *find(const Row (&rows)[Count], const std::string &name)
 {
-    for (const Row &row : rows) {
-        if (name == row.name) {
-            return &row;
-        }
-    }
-    return nullptr;
+    return find_row(rows, [&](const Row &row) { return name == row.name; });
 }
 
 bool read_number(const std::string &text, int32_t &number)
@@ -89,7 +100,7 @@ bool read_link(const std::string &text, std::optional<Link> &chosen)
     return false;
 }
 
-std::string read_option(const std::string &name, const std::string &value, const Kind &kind, FaultRule &rule)
+std::string read_option(const std::string &name, const std::string &value, const FaultKind &kind, FaultRule &rule)
 {
     if (name == "link") {
         return read_link(value, rule.link) ? "" : "link is daemon or camera, not '" + value + "'";
@@ -128,43 +139,8 @@ bool selects(const FaultRule &rule, const Request &request)
 
 void apply(const FaultRule &rule, Link link, Effects &effects)
 {
-    const bool daemon = link == Link::DAEMON;
-    const auto natural = [&](int32_t usual) { return static_cast<uint32_t>(rule.amount.value_or(usual)); };
-    switch (rule.kind) {
-    case FaultKind::DROP:
-        effects.drop = true;
-        break;
-    case FaultKind::DELAY:
-        effects.delay_ms += natural(DELAY_MS);
-        break;
-    case FaultKind::DOUBLE:
-        ++effects.copies;
-        break;
-    case FaultKind::TRUNCATE:
-        effects.cut_to = rule.amount ? natural(0) : CUT_TO_HALF;
-        break;
-    case FaultKind::CORRUPT:
-        effects.corrupt_bytes += natural(CORRUPT_BYTES);
-        break;
-    case FaultKind::KEY:
-        effects.wrong_key = true;
-        break;
-    case FaultKind::REFUSE:
-        effects.refusal = rule.amount.value_or(daemon ? ZV_ERR_NAK : 1);
-        break;
-    case FaultKind::ERROR:
-        effects.error = rule.amount.value_or(daemon ? ZV_ERR : 1);
-        break;
-    case FaultKind::OFF:
-        effects.switched_off = true;
-        break;
-    case FaultKind::DIE:
-        effects.dead_ms = natural(OUTAGE_MS);
-        break;
-    case FaultKind::FULL:
-        effects.full_ms = natural(OUTAGE_MS);
-        break;
-    }
+    const int32_t usual = link == Link::DAEMON ? rule.kind->usual_of_daemon : rule.kind->usual;
+    rule.kind->apply(effects, rule.amount.value_or(usual));
 }
 
 std::string help_line(const char *name, const char *value, const char *help)
@@ -180,16 +156,16 @@ std::string parse_fault(const std::string &text, FaultRule &rule)
 {
     const size_t colon = text.find(':');
     const std::string name = text.substr(0, colon);
-    const Kind *kind = find(KINDS, name);
+    const FaultKind *kind = find(KINDS, name);
     if (kind == nullptr) {
         std::string known;
-        for (const Kind &row : KINDS) {
+        for (const FaultKind &row : KINDS) {
             known.append(known.empty() ? "" : ", ").append(row.name);
         }
         return "unknown fault '" + name + "'; known are " + known;
     }
     FaultRule read;
-    read.kind = kind->kind;
+    read.kind = kind;
     for (size_t start = colon; start != std::string::npos;) {
         const size_t comma = text.find(',', start + 1);
         const std::string option = text.substr(start + 1, comma == std::string::npos ? comma : comma - start - 1);
@@ -210,7 +186,7 @@ std::string parse_fault(const std::string &text, FaultRule &rule)
 std::string fault_help()
 {
     std::string help = "A fault rule is KIND[:NAME=VALUE[,NAME=VALUE]...], such as drop:link=daemon,every=3.\nKinds:\n";
-    for (const Kind &kind : KINDS) {
+    for (const FaultKind &kind : KINDS) {
         help += help_line(kind.name, "", kind.help);
     }
     help += "Names, besides a kind's own:\n";

@@ -7,15 +7,20 @@
 
 #include "request.h"
 
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
 namespace zv::sim {
 
-enum class FaultKind : uint8_t { DROP, DELAY, DOUBLE, TRUNCATE, CORRUPT, KEY, REFUSE, ERROR, OFF, DIE, FULL };
+struct FaultKind; // a row of the table of kinds
 
-// It meets the requests that all of its selectors name. Of those it lets `skip` pass, and then every `every`th one goes
-// wrong, `count` of them, or without end with 0.
+// Applies to requests that match all selectors: skips the first `skip`, then fires on every `every`-th, at most `count`
+// times (0: no limit).
 struct FaultRule {
-    FaultKind kind = FaultKind::DROP;
-    std::optional<int32_t> amount; // milliseconds, bytes or code, as the kind has it
+    const FaultKind *kind = nullptr; // static; null until the rule is read
+    std::optional<int32_t> amount;   // milliseconds, bytes or code, as the kind has it
 
     std::optional<Link> link;
     std::optional<uint32_t> command;
@@ -25,8 +30,8 @@ struct FaultRule {
     uint32_t skip = 0;
     uint32_t count = 0;
 
-    uint32_t met = 0;
-    uint32_t fired = 0;
+    uint32_t met = 0;   // requests so far
+    uint32_t fired = 0; // of these
 };
 
 // Reads a rule. Returns an empty text, or what is wrong with it.
@@ -54,8 +59,10 @@ struct Effects {
 
 class Faults {
   public:
+    // A rule that parse_fault() read.
     void add(const FaultRule &rule) { m_rules.push_back(rule); }
     void clear() { m_rules.clear(); }
+    // Counts the request with every rule that it matches.
     Effects meet(const Request &request);
 
   private:
