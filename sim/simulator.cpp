@@ -1,7 +1,10 @@
 #include "simulator.h"
 
+#include "daemon_peer.h"
+#include "firmware_peer.h"
 #include "identity.h"
 #include "queues.h"
+#include "trace.h"
 
 #include <algorithm>
 

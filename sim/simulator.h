@@ -2,15 +2,22 @@
 // waits; its owner calls serve() when a queue has messages, and advance() as time goes by.
 #pragma once
 
-#include "daemon_peer.h"
+#include "camera.h"
 #include "faults.h"
-#include "firmware_peer.h"
+#include "message.h"
 #include "queue.h"
 #include "replay.h"
-#include "trace.h"
+#include "request.h"
 
+#include <array>
+#include <cstdint>
 #include <iosfwd>
 #include <map>
+#include <mqueue.h>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
 
 namespace zv::sim {
 
@@ -39,7 +46,7 @@ class Simulator {
     // Lets time pass, in microseconds.
     void advance(uint64_t microseconds);
 
-    // Microseconds until something is due by itself: a late answer, or the end of an outage; nothing: no such thing.
+    // Microseconds until the next late answer or end of outage; nullopt if none.
     std::optional<uint64_t> next_due() const;
 
   private:

@@ -1,4 +1,8 @@
 // zvsim - the simulated camera as a program
+#include "control.h"
+#include "faults.h"
+#include "message.h"
+#include "queue.h"
 #include "simulator.h"
 
 #include <CLI/CLI.hpp>
@@ -7,133 +11,63 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstring>
-#include <fcntl.h>
+#include <exception>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 #include <poll.h>
+#include <string>
 #include <sys/signalfd.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
 using namespace zv::sim;
 
-constexpr char CONTROL_QUEUE[] = "/to_zvsim";
-constexpr size_t CONTROL_MESSAGE_MAX = 8192;
-
 enum ExitCode : int { OK = 0, FAILED = 1, WRONG_USAGE = 2 };
 
-int fail(ExitCode code, const std::string &text)
+// How the program ends, and why where it did not go well.
+struct Outcome {
+    ExitCode code = OK;
+    std::string wrong;
+};
+
+Outcome outcome(const std::string &wrong)
 {
-    std::cerr << "zvsim: " << text << '\n';
-    return code;
+    return {wrong.empty() ? OK : FAILED, wrong};
 }
 
-// ---- One simulated camera on a machine -----------------------------------------------------------------------------
-// The lock lies on the control queue itself: it belongs to the same machine as the other queues, and ends with the
-// process, however that ends.
-
-bool is_running()
+int complain(const Outcome &outcome)
 {
-    const mqd_t control = mq_open(CONTROL_QUEUE, O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (control < 0) {
-        return false;
-    }
-    struct flock lock = {};
-    lock.l_type = F_WRLCK;
-    const bool locked = fcntl(control, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-    mq_close(control);
-    return locked;
+    std::cerr << "zvsim: " << outcome.wrong << '\n';
+    return outcome.code;
 }
 
-// Creates the control queue and locks it. Returns an empty text, or what went wrong.
-std::string become_the_one(Queue &control)
+std::string concerning(const std::string &subject, const std::string &wrong)
 {
-    std::string taken = "a simulated camera is already running on this machine";
-    do { // again when the queue was removed, by one that was just ending, before it was locked
-        control.close();
-        if (is_running()) {
-            return taken;
-        }
-        if (std::string wrong = control.open(CONTROL_QUEUE, CONTROL_MESSAGE_MAX); !wrong.empty()) {
-            return wrong;
-        }
-        struct flock lock = {};
-        lock.l_type = F_WRLCK;
-        if (fcntl(control.descriptor(), F_OFD_SETLK, &lock) != 0) {
-            control.abandon();
-            return taken;
-        }
-    } while (!is_running());
-    return {};
+    return subject + ": " + wrong;
 }
 
-// ---- Orders --------------------------------------------------------------------------------------------------------
-// Posted to the control queue by another zvsim: "clear", "media QUEUE", or a fault rule.
+// ---- Orders to a running camera ------------------------------------------------------------------------------------
 
-constexpr char CLEAR[] = "clear";
-constexpr char MEDIA[] = "media ";
-
-// Lines that fit in one message.
-std::string cut_listing(std::string listing)
-{
-    if (listing.size() > CONTROL_MESSAGE_MAX) {
-        const std::string more = "...\n";
-        listing.resize(listing.rfind('\n', CONTROL_MESSAGE_MAX - more.size() - 1) + 1);
-        listing += more;
-    }
-    return listing;
-}
-
-void take_order(const std::string &order, Simulator &simulator)
+Outcome give_fault(const std::string &text)
 {
     FaultRule rule;
-    if (order == CLEAR) {
-        simulator.faults().clear();
-    } else if (order.starts_with(MEDIA)) {
-        post(order.substr(strlen(MEDIA)), view_of(cut_listing(simulator.camera().card().listing())));
-    } else if (parse_fault(order, rule).empty()) {
-        simulator.faults().add(rule);
+    if (const std::string wrong = text == CLEAR_FAULTS ? "" : parse_fault(text, rule); !wrong.empty()) {
+        return {WRONG_USAGE, wrong};
     }
+    return outcome(give_order(text));
 }
 
-int give_order(const std::string &text)
+Outcome list_media()
 {
-    if (!is_running()) {
-        return fail(FAILED, "no simulated camera is running on this machine");
-    }
-    return post(CONTROL_QUEUE, view_of(text)) ? OK : fail(FAILED, "the simulated camera takes no orders now");
-}
-
-int give_fault(const std::string &text)
-{
-    FaultRule rule;
-    if (const std::string wrong = text == CLEAR ? "" : parse_fault(text, rule); !wrong.empty()) {
-        return fail(WRONG_USAGE, wrong);
-    }
-    return give_order(text);
-}
-
-int list_media()
-{
-    constexpr int PATIENCE_MS = 2000;
-    Queue reply;
-    if (const std::string wrong = reply.open("/to_zvsim" + std::to_string(getpid()), CONTROL_MESSAGE_MAX);
-        !wrong.empty()) {
-        return fail(FAILED, wrong);
-    }
-    if (const int result = give_order(MEDIA + reply.name()); result != OK) {
-        return result;
-    }
-    pollfd source = {reply.descriptor(), POLLIN, 0};
-    poll(&source, 1, PATIENCE_MS);
-    const auto listing = reply.receive();
-    if (!listing) {
-        return fail(FAILED, "the simulated camera does not answer");
-    }
-    std::cout << std::string(listing->begin(), listing->end());
-    return OK;
+    std::string listing;
+    const std::string wrong = ask_for_media(listing);
+    std::cout << listing;
+    return outcome(wrong);
 }
 
 // ---- Running -------------------------------------------------------------------------------------------------------
@@ -188,9 +122,7 @@ void run(Simulator &simulator, Queue &control, int signals)
             return;
         }
         simulator.advance(clock.elapsed());
-        while (const auto order = control.receive()) {
-            take_order(std::string(order->begin(), order->end()), simulator);
-        }
+        take_orders(control, simulator);
         simulator.serve();
     }
 }
@@ -203,50 +135,71 @@ struct Options {
     std::string replay;
 };
 
-std::string concerning(const std::string &subject, const std::string &wrong)
+// What is wrong with the rules, or empty.
+std::string load_faults(const Options &options, Simulator &simulator)
 {
-    return subject + ": " + wrong;
-}
-
-int simulate(const Options &options)
-{
-    const int signals = signal_descriptor(); // first: from here on nothing is left behind
-    Queue control;                           // before the simulator, and so removed after its queues
-    Simulator simulator(static_cast<uint8_t>(options.model), options.seed);
     for (const std::string &text : options.faults) {
         FaultRule rule;
         if (const std::string wrong = parse_fault(text, rule); !wrong.empty()) {
-            return fail(WRONG_USAGE, concerning(text, wrong));
+            return concerning(text, wrong);
         }
         simulator.faults().add(rule);
     }
-    if (!options.replay.empty()) {
-        std::ifstream recorded(options.replay);
-        const std::string wrong = recorded ? simulator.replay().read(recorded) : strerror(errno);
-        if (!wrong.empty()) {
-            return fail(FAILED, concerning(options.replay, wrong));
-        }
+    return {};
+}
+
+// What is wrong with the recorded trace, or empty.
+std::string load_replay(const Options &options, Simulator &simulator)
+{
+    if (options.replay.empty()) {
+        return {};
     }
-    if (const std::string wrong = become_the_one(control); !wrong.empty()) {
-        return fail(FAILED, wrong);
+    std::ifstream recorded(options.replay);
+    const std::string wrong = recorded ? simulator.replay().read(recorded) : strerror(errno);
+    return wrong.empty() ? wrong : concerning(options.replay, wrong);
+}
+
+// Why the trace cannot be written, or empty.
+std::string open_trace(const Options &options, Simulator &simulator, std::ofstream &trace)
+{
+    if (options.trace.empty()) {
+        return {};
     }
+    trace.open(options.trace);
+    if (!trace) {
+        return concerning(options.trace, strerror(errno));
+    }
+    trace << std::unitbuf; // whoever watches the file sees each message at once
+    trace << "# zvsim --model " << options.model << " --seed " << options.seed << '\n';
+    simulator.set_trace(&trace);
+    return {};
+}
+
+Outcome simulate(const Options &options)
+{
+    const int signals = signal_descriptor(); // first: from here on nothing is left when the process ends
+    Queue control;                           // before the simulator, and so removed after its queues
     std::ofstream trace;
-    if (!options.trace.empty()) {
-        trace.open(options.trace);
-        if (!trace) {
-            return fail(FAILED, concerning(options.trace, strerror(errno)));
-        }
-        trace << std::unitbuf; // whoever watches the file sees each message at once
-        trace << "# zvsim --model " << options.model << " --seed " << options.seed << '\n';
-        simulator.set_trace(&trace);
+    Simulator simulator(static_cast<uint8_t>(options.model), options.seed);
+    if (const std::string wrong = load_faults(options, simulator); !wrong.empty()) {
+        return {WRONG_USAGE, wrong};
+    }
+    if (const std::string wrong = load_replay(options, simulator); !wrong.empty()) {
+        return {FAILED, wrong};
+    }
+    if (const std::string wrong = claim_machine(control); !wrong.empty()) {
+        return {FAILED, wrong};
+    }
+    if (const std::string wrong = open_trace(options, simulator, trace); !wrong.empty()) {
+        return {FAILED, wrong};
     }
     if (const std::string wrong = simulator.open(); !wrong.empty()) {
-        return fail(FAILED, wrong);
+        return {FAILED, wrong};
     }
     std::cout << "zvsim: camera of model " << options.model << " is ready" << std::endl;
     run(simulator, control, signals);
     close(signals);
-    return OK;
+    return {};
 }
 
 // The whole program: reads the command line and does what it says.
@@ -281,10 +234,8 @@ int run_program(int argc, char **argv)
     } catch (const CLI::ParseError &error) {
         return app.exit(error) == 0 ? OK : WRONG_USAGE;
     }
-    if (fault->parsed()) {
-        return give_fault(rule);
-    }
-    return media->parsed() ? list_media() : simulate(options);
+    const Outcome ended = fault->parsed() ? give_fault(rule) : media->parsed() ? list_media() : simulate(options);
+    return ended.wrong.empty() ? ended.code : complain(ended);
 }
 
 } // namespace
@@ -294,6 +245,6 @@ int main(int argc, char **argv)
     try {
         return run_program(argc, argv);
     } catch (const std::exception &error) {
-        return fail(FAILED, error.what());
+        return complain({FAILED, error.what()});
     }
 }
