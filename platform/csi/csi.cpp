@@ -12,7 +12,7 @@
 #include <unistd.h>
 
 // A file for each key, in one folder: "/tmp/zvcsi", or the one that the environment's ZVCSI_DIR names. A value is
-// written beside its place and renamed into it, so that a reader finds the old value or the new one whole.
+// written to a file next to its own and renamed onto it, so that a reader finds the old value or the new one whole.
 
 namespace {
 

@@ -17,7 +17,7 @@ extern "C" {
 
 /*
  * Copies the value of `key` into `buffer`, at most `size` bytes, and stores the whole value's length in `length`: a
- * length above `size` tells that the value was cut. Returns 0, or a negative number when the key has no value or the
+ * length above `size` says that the value was cut. Returns 0, or a negative number when the key has no value or the
  * arguments are unusable; `length` and `buffer` are untouched then. Any thread may call.
  */
 CSI_API int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *buffer);
