@@ -5,6 +5,8 @@
 #include "identity.h"
 #include "own_fields.h"
 
+#include <zvctrl/camera_records.h>
+
 #include <string>
 
 namespace zv::sim {

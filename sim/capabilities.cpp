@@ -3,6 +3,8 @@
 #include "find_row.h"
 #include "remote_commands.h"
 
+#include <cstddef>
+
 namespace zv::sim {
 
 namespace {

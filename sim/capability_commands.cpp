@@ -1,11 +1,17 @@
 #include "capability_commands.h"
 
 #include "capabilities.h"
+#include "field.h"
 #include "flat_modes.h"
+#include "message.h"
 #include "modes.h"
 #include "remote_commands.h"
 
+#include <zvctrl/camera_records.h>
+
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 
 namespace zv::sim {

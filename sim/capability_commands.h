@@ -2,6 +2,7 @@
 #pragma once
 
 #include "camera.h"
+#include "message.h"
 #include "request.h"
 
 namespace zv::sim {
@@ -10,7 +11,7 @@ namespace zv::sim {
 // ones.
 Answer present_list(Camera &camera, View payload);
 
-// The payload tells the situation: lens, user interface mode, power profile, capture mode, number of pairs, pairs of a
+// The payload is the situation: lens, user interface mode, power profile, capture mode, number of pairs, pairs of a
 // key and a value, 0, and the key of the setting to list.
 Answer filtered_list(Camera &camera, View payload);
 

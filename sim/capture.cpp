@@ -3,6 +3,10 @@
 #include "field.h"
 #include "modes.h"
 
+#include <zvctrl/camera_records.h>
+
+#include <cstddef>
+
 namespace zv::sim {
 
 namespace {

@@ -1,5 +1,9 @@
 #include "card.h"
 
+#include "field.h"
+
+#include <zvctrl/camera_records.h>
+
 #include <algorithm>
 #include <cstdio>
 

@@ -1,6 +1,7 @@
 #include "daemon_peer.h"
 
 #include "bytes.h"
+#include "message.h"
 #include "setting_writes.h"
 
 #include <cstddef>

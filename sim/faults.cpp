@@ -1,6 +1,7 @@
 #include "faults.h"
 
 #include "find_row.h"
+#include "message.h"
 
 #include <charconv>
 #include <cstddef>
@@ -130,11 +131,14 @@ std::string read_option(const std::string &name, const std::string &value, const
 
 bool selects(const FaultRule &rule, const Request &request)
 {
-    const bool daemon = request.link == Link::DAEMON;
-    return (!rule.link || *rule.link == request.link) &&                      //
-           (!rule.command || (daemon && *rule.command == request.command)) && //
-           (!rule.group || (!daemon && *rule.group == request.group)) &&      //
-           (!rule.action || (!daemon && *rule.action == request.action));
+    if (rule.link && *rule.link != request.link) {
+        return false;
+    }
+    if (request.link == Link::DAEMON) {
+        return !rule.group && !rule.action && (!rule.command || *rule.command == request.command);
+    }
+    return !rule.command && (!rule.group || *rule.group == request.group) &&
+           (!rule.action || *rule.action == request.action);
 }
 
 void apply(const FaultRule &rule, Link link, Effects &effects)

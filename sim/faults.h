@@ -2,9 +2,10 @@
 //
 //     KIND[:NAME=VALUE[,NAME=VALUE]...]
 //
-// such as `drop:link=daemon,every=3` or `refuse:group=2,action=27,code=2`. fault_help() tells all kinds and names.
+// such as `drop:link=daemon,every=3` or `refuse:group=2,action=27,code=2`. fault_help() lists all kinds and names.
 #pragma once
 
+#include "message.h"
 #include "request.h"
 
 #include <cstdint>

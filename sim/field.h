@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include <zvctrl/camera_status.h>
+#include <zvctrl/camera_records.h>
 
 namespace zv::sim {
 

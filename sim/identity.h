@@ -1,4 +1,4 @@
-// What the system information service tells of the camera.
+// What the system information service says of the camera.
 #pragma once
 
 #include <cstdint>

@@ -1,6 +1,9 @@
 #include "initial_record.h"
 
 #include "easy_mode.h"
+#include "flat_modes.h"
+
+#include <zvctrl/camera_records.h>
 
 namespace zv::sim {
 

@@ -2,6 +2,8 @@
 
 #include "bytes.h"
 
+#include <cstddef>
+
 #include <zvctrl/zvTlv.h>
 #include <zvctrl/zvcontrol_if.h>
 

@@ -2,6 +2,7 @@
 // checked here, once; all else works on checked messages.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <optional>

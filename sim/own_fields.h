@@ -3,6 +3,8 @@
 
 #include "field.h"
 
+#include <zvctrl/camera_records.h>
+
 namespace zv::sim {
 
 inline constexpr Field RAW_AUDIO_TRACK = settings(17);

@@ -1,8 +1,11 @@
 #include "queue.h"
 
 #include <cerrno>
+#include <cstddef>
 #include <cstring>
 #include <fcntl.h>
+#include <optional>
+#include <string>
 #include <sys/stat.h>
 
 namespace zv::sim {

@@ -3,7 +3,10 @@
 
 #include "message.h"
 
+#include <cstddef>
 #include <mqueue.h>
+#include <optional>
+#include <string>
 
 namespace zv::sim {
 

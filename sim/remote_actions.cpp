@@ -3,13 +3,17 @@
 #include "bytes.h"
 #include "capability_commands.h"
 #include "csi_keys.h"
+#include "field.h"
 #include "find_row.h"
 #include "flat_modes.h"
 #include "identity.h"
 #include "modes.h"
 #include "own_fields.h"
 
+#include <zvctrl/camera_records.h>
+
 #include <algorithm>
+#include <cstddef>
 #include <initializer_list>
 #include <iterator>
 #include <string>
@@ -168,7 +172,7 @@ Answer set_video_iso_mode(Camera &camera, View payload)
     return good();
 }
 
-// The multi-shot modes have a ratio of their own beside the video's; the command does not tell which one is meant.
+// The multi-shot modes have a ratio of their own besides the video's; the command does not say which one is meant.
 Answer set_aspect_ratio(Camera &camera, View payload)
 {
     if (camera.mode().block == BLOCK_MULTI_SHOT) {
@@ -217,7 +221,7 @@ constexpr std::initializer_list<Field> BROADCAST_RECORD_FORMAT = {
     settings(SETTINGS_BROADCAST_RECORD_RESOLUTION), settings(SETTINGS_BROADCAST_RECORD_FPS), BROADCAST_RECORD_FOV};
 
 // All three values, or one alone: no resolution, frame rate and field of view of a broadcast share a number, so that
-// the value itself tells which it is.
+// the value itself says which it is.
 Answer set_broadcast_values(Camera &camera, View payload, std::initializer_list<Field> fields)
 {
     if (payload.size() >= fields.size()) {

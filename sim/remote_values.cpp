@@ -3,6 +3,8 @@
 #include "find_row.h"
 #include "own_fields.h"
 
+#include <zvctrl/camera_records.h>
+
 namespace zv::sim {
 
 namespace {

@@ -1,17 +1,23 @@
 // Answers from a trace, in place of the camera's own.
 #pragma once
 
+#include "message.h"
 #include "request.h"
 
+#include <compare>
+#include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <iosfwd>
 #include <map>
+#include <string>
+#include <vector>
 
 namespace zv::sim {
 
 // A message on its way to a client.
 struct Reply {
-    uint64_t delay = 0; // microseconds behind the request
+    uint64_t delay = 0; // microseconds after the request
     Bytes message;
 };
 
@@ -26,7 +32,7 @@ class Replay {
     const std::vector<Reply> *find(const Request &request);
 
   private:
-    // What tells requests apart, whoever sent them.
+    // What distinguishes requests, whoever sent them.
     struct Key {
         Link link;
         uint32_t command;

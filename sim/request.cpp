@@ -5,6 +5,7 @@
 #include "remote_commands.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include <zvctrl/messages.h>
 #include <zvctrl/zvDbg.h>

@@ -2,14 +2,18 @@
 
 #include "bytes.h"
 #include "easy_mode.h"
+#include "field.h"
 #include "find_row.h"
 #include "firmware_peer.h"
 #include "flat_modes.h"
+#include "message.h"
 #include "own_fields.h"
 #include "remote_commands.h"
+#include "request.h"
 
 #include <cstdint>
 
+#include <zvctrl/camera_records.h>
 #include <zvctrl/camera_schedule.h>
 #include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/camera_settings.h>

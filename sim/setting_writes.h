@@ -3,6 +3,8 @@
 
 #include "camera.h"
 
+#include <cstdint>
+
 namespace zv::sim {
 
 // Sets the setting to an option's value, as the remote command for it would. Returns the daemon's return code:

@@ -7,6 +7,7 @@
 #include "trace.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include <zvctrl/zvcontrol_if.h>
 

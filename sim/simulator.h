@@ -10,6 +10,7 @@
 #include "request.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <iosfwd>
 #include <map>
@@ -28,7 +29,7 @@ class Simulator {
     // Creates the peers' queues and stores the camera's identity. Returns an empty text, or what went wrong.
     std::string open();
 
-    // Each message from now on is a line of `trace`, which outlives the simulator; null: none.
+    // From now on each message is written to `trace` as a line; it outlives the simulator. Null: nothing is written.
     void set_trace(std::ostream *trace) { m_trace = trace; }
 
     Camera &camera() { return m_camera; }
@@ -37,7 +38,7 @@ class Simulator {
     Replay &replay() { return m_replay; }
     mqd_t descriptor(Link link) const { return m_queues[static_cast<size_t>(link)].descriptor(); }
 
-    // False while a fault has it that the queue is not read.
+    // False while a fault keeps the queue from being read.
     bool reads(Link link) const;
 
     // Answers what waits in the queues.

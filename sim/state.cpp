@@ -2,6 +2,8 @@
 
 #include "initial_record.h"
 
+#include <cstddef>
+
 namespace zv::sim {
 
 State::State(uint8_t model, uint32_t seed) : m_model(model), m_random(seed)

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <random>
 
-#include <zvctrl/camera_status.h>
+#include <zvctrl/camera_records.h>
 
 namespace zv::sim {
 

@@ -1,6 +1,7 @@
 #include "trace.h"
 
 #include <charconv>
+#include <cstddef>
 #include <istream>
 #include <iterator>
 #include <ostream>

@@ -1,4 +1,4 @@
-// Trace files: one message a line, as docs/trace.md tells. Uses nothing of the library.
+// Trace files: one message per line, as docs/trace.md says. Uses nothing of the library.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +24,7 @@ struct TraceMessage {
 void write_trace(std::ostream &out, const TraceMessage &message);
 
 // Reads pairs of hexadecimal digits, with blanks anywhere between pairs. False for anything else; `bytes` then holds
-// the pairs in front of it.
+// the pairs before it.
 bool read_hex(std::string_view text, std::vector<uint8_t> &bytes);
 
 // Reads the messages of a trace one by one. The stream outlives the reader.
@@ -32,7 +32,7 @@ class TraceReader {
   public:
     explicit TraceReader(std::istream &in) : m_in(in) {}
 
-    // The next message. False at the end of the trace, and at a line that is none, from which on nothing is read.
+    // The next message. False at the end of the trace, and at a line that is no message, after which nothing is read.
     bool next(TraceMessage &message);
 
     // What is wrong with that line, such as "line 3: unknown direction"; empty at the end of a good trace.

@@ -13,7 +13,7 @@ using namespace test;
 
 namespace {
 
-// A message in a buffer of its exact size, so that a read behind it is seen.
+// A message in a buffer of its exact size, so that a read past it is seen.
 std::pair<int, std::string> decoded(const Bytes &message, Link link)
 {
     const auto exact = std::make_unique<uint8_t[]>(message.size());

@@ -189,7 +189,7 @@ TEST_F(RoundTrip, ReadsBackWhatWasWritten)
         for (const uint8_t flat_mode : FLAT_MODES) {
             for (const auto &[setting, options] : getCameraOptions(MODEL)) {
                 start_in(ux_mode, flat_mode);
-                write(setting, options.back()->id); // so that every write behind it has something to change
+                write(setting, options.back()->id); // so that every write after it has something to change
                 for (const option_t *option : options) {
                     SCOPED_TRACE("user interface " + std::to_string(ux_mode) + ", flat mode " +
                                  std::to_string(flat_mode) + ", setting " + std::to_string(setting) + ", " +

@@ -55,7 +55,7 @@ class SimulatedCamera : public testing::Test {
         camera.serve();
         return answers();
     }
-    // A number in the record that the daemon tells.
+    // A number in the record that the daemon answers.
     uint64_t seen(Field field)
     {
         constexpr size_t RECORD = 16; // its place in the answer
@@ -304,7 +304,7 @@ TEST_F(SimulatedCamera, SetsSettingsThroughTheDaemon)
         EXPECT_EQ(0, set(c.setting, c.value));
         EXPECT_EQ(c.seen, seen(c.field));
     }
-    EXPECT_EQ(0, set(79, 1)); // what the library sends behind 139
+    EXPECT_EQ(0, set(79, 1)); // what the library sends after 139
     EXPECT_EQ(0xFD, set(4, 1));
     EXPECT_EQ(0xFD, set(176, 99));
     EXPECT_EQ(0xFD, set(168, 24 << 8 | 1));

@@ -92,7 +92,7 @@ std::string_view setting_name(uint32_t id)
 
 std::string daemon_command_name(uint32_t command)
 {
-    const std::string name(name_at(DAEMON_COMMANDS, command));
+    std::string name(name_at(DAEMON_COMMANDS, command));
     if (command <= LAST_SETTLED || command >= ZVCONTROL_RESYNC_MESSAGE_QUEUE) {
         return name;
     }

@@ -1,6 +1,7 @@
 #include "rules.h"
 
 #include <algorithm>
+#include <utility>
 #include <zvctrl/camera_status.h>
 
 namespace zv {

@@ -12,6 +12,7 @@
 // lead into the catalogue and live as long as the process.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>

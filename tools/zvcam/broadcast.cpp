@@ -7,6 +7,8 @@
 #include "options.h"
 #include "output.h"
 
+#include <cstdint>
+
 #include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/zvc_broadcast.h>
 
@@ -30,7 +32,7 @@ constexpr Number WINDOW_SIZE = {"window size", read_with<zvc_broadcast_get_windo
                                 write_with<zvc_broadcast_set_window_size>, ZVC_BROADCAST_WINDOW_SIZE_MAX};
 constexpr Number PROGRESS = {"progress", read_with<zvc_broadcast_get_progress_counter>, nullptr, 0};
 
-// The broadcast's format, or that of the recording beside it.
+// The broadcast's format, or that of the recording that goes with it.
 struct FormatKind {
     const char *name;
     int32_t (*read)(zvc_msg_q_context_t *, int32_t *, int32_t *, int32_t *);

@@ -8,6 +8,10 @@
 #include "options.h"
 #include "output.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
 #include <zvctrl/camera_interface.h>
 #include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/camera_settings.h>

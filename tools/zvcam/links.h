@@ -2,6 +2,7 @@
 // the process takes the process's own queues along.
 #pragma once
 
+#include <cstdint>
 #include <mqueue.h>
 #include <string>
 #include <zvctrl/camera_status.h>

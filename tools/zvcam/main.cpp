@@ -7,8 +7,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <string>
 #include <syslog.h>
 #include <zvctrl/zvDbg.h>
 

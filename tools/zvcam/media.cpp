@@ -7,7 +7,11 @@
 #include "output.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <string>
+#include <vector>
 #include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/zvc_storage.h>
 

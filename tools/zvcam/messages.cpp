@@ -6,13 +6,17 @@
 #include "output.h"
 
 #include <cerrno>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <decode.h>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <sstream>
+#include <string>
 #include <trace.h>
+#include <vector>
 
 namespace zvcam {
 

@@ -3,6 +3,9 @@
 #include "options.h"
 #include "output.h"
 
+#include <cstddef>
+#include <cstdint>
+
 namespace zvcam {
 
 void show_number(CameraLink &camera, const Number &number)

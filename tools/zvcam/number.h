@@ -4,6 +4,7 @@
 #include "command.h"
 #include "links.h"
 
+#include <cstdint>
 #include <string>
 
 namespace zvcam {
@@ -23,6 +24,7 @@ int32_t read_with(zvc_msg_q_context_t *context, int64_t &number)
     const auto call = [&]<typename Value>(int32_t (*read)(zvc_msg_q_context_t *, Value *)) {
         Value value = {};
         const int32_t result = read(context, &value);
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): a number may be negative, and stays so
         number = static_cast<int64_t>(value);
         return result;
     };

@@ -4,6 +4,8 @@
 #include "links.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <strings.h>

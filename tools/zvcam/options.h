@@ -1,6 +1,7 @@
-// Settings and options as a person names them. A name may stand for several; then the message tells which.
+// Settings and options as a person names them. A name may fit several; then the message lists them.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 #include <zvctrl/camera_settings.h>

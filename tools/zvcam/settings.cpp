@@ -9,9 +9,13 @@
 #include "output.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <rules.h>
+#include <string>
+#include <vector>
 #include <zvctrl/camera_interface.h>
 #include <zvctrl/camera_setting_ids.h>
 
@@ -47,7 +51,7 @@ void print_setting(uint32_t setting, uint32_t option)
     }
 }
 
-// Keys with their ids, as many to a line as fit.
+// Keys with their ids, as many per line as fit.
 void print_choices(const std::vector<const option_t *> &options)
 {
     std::string line;

@@ -6,8 +6,11 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <sstream>
+#include <string_view>
 #include <zvctrl/camera_settings.h>
 #include <zvctrl/camera_status_names.h>
 

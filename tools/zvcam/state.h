@@ -1,6 +1,7 @@
 // The camera's whole state at one moment, as documents and in words.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>

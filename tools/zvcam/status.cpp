@@ -6,6 +6,7 @@
 #include "settings.h"
 #include "state.h"
 
+#include <cstdint>
 #include <cstdio>
 #include <ctime>
 
