@@ -1,7 +1,7 @@
 #include "firmware_peer.h"
 
 #include "field.h"
-#include "queues.h"
+#include "queue_names.h"
 #include "remote_actions.h"
 #include "remote_values.h"
 #include "state.h"

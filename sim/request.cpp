@@ -1,7 +1,7 @@
 #include "request.h"
 
 #include "bytes.h"
-#include "queues.h"
+#include "queue_names.h"
 #include "remote_commands.h"
 
 #include <algorithm>

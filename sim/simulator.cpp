@@ -3,7 +3,7 @@
 #include "daemon_peer.h"
 #include "firmware_peer.h"
 #include "identity.h"
-#include "queues.h"
+#include "queue_names.h"
 #include "trace.h"
 
 #include <algorithm>

@@ -188,7 +188,7 @@ TEST(Decode, NamesWhatHasAName)
     EXPECT_EQ("WIRELESS", group_name(6));
     EXPECT_EQ("", group_name(UINT8_MAX));
     EXPECT_EQ("REMOTE_AUDIO_AUDIO_OPTION_SET", action_name(14, 3));
-    EXPECT_EQ("modes/multi_shot/settings/bitrate", action_name(4, 68));
+    EXPECT_EQ("REMOTE_MULTISHOT_BIT_RATE_SET", action_name(4, 68));
     EXPECT_EQ("", action_name(14, 250));
     EXPECT_EQ("", action_name(UINT8_MAX, UINT8_MAX));
     EXPECT_EQ("", setting_name(0));

@@ -2,7 +2,7 @@
 
 #include "bytes.h"
 #include "names.h"
-#include "queues.h"
+#include "queue_names.h"
 #include "remote_commands.h"
 #include "trace.h"
 

@@ -43,22 +43,6 @@ std::string_view name_at(const std::array<std::string_view, COUNT> &names, uint3
 constexpr uint32_t SABLE_KNOLL_MODEL = 62;
 constexpr uint32_t DEFAULT_MODEL = 0;
 
-// The path of the first setting that `matches` its id and row, in the tables of both generations; empty without one.
-template <class Matches>
-std::string_view setting_path(Matches matches)
-{
-    for (const uint32_t model : {SABLE_KNOLL_MODEL, DEFAULT_MODEL}) {
-        uint32_t count = 0;
-        const settings_id_entry_t *rows = camera_settings_id_table(model, &count);
-        for (uint32_t id = 0; id < count && rows[id].end_marker == 0; ++id) {
-            if (rows[id].json_path[0] != '\0' && matches(id, rows[id])) {
-                return rows[id].json_path;
-            }
-        }
-    }
-    return {};
-}
-
 } // namespace
 
 std::string_view tag_name(uint8_t tag)
@@ -79,15 +63,19 @@ std::string_view group_name(uint8_t group)
 
 std::string_view action_name(uint8_t group, uint8_t action)
 {
-    const std::string_view name = name_at(ACTIONS, remote_command(group, action));
-    return !name.empty() ? name : setting_path([=](uint32_t, const settings_id_entry_t &setting) {
-        return setting.group_id == group && setting.action_id == action;
-    });
+    return name_at(ACTIONS, remote_command(group, action));
 }
 
 std::string_view setting_name(uint32_t id)
 {
-    return setting_path([=](uint32_t row, const settings_id_entry_t &) { return row == id; });
+    for (const uint32_t model : {SABLE_KNOLL_MODEL, DEFAULT_MODEL}) {
+        uint32_t count = 0;
+        const settings_id_entry_t *rows = camera_settings_id_table(model, &count);
+        if (id < count && rows[id].end_marker == 0 && rows[id].json_path[0] != '\0') {
+            return rows[id].json_path;
+        }
+    }
+    return {};
 }
 
 std::string daemon_command_name(uint32_t command)

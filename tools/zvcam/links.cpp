@@ -1,7 +1,7 @@
 #include "links.h"
 
 #include "failure.h"
-#include "queues.h"
+#include "queue_names.h"
 
 #include <cerrno>
 #include <csignal>

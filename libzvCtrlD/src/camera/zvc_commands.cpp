@@ -7,7 +7,7 @@
 #include "exchange.h"
 #include "io_buffer.h"
 #include "message_finish.h"
-#include "queues.h"
+#include "queue_names.h"
 
 #include <cassert>
 #include <cerrno>
@@ -16,7 +16,6 @@ using namespace zv;
 
 namespace {
 
-constexpr int RECEIVE_SECONDS = 10;
 constexpr int32_t NO_TRACE = 0; // the trace row that never prints
 
 // A message that is not valid when it is finished was built wrongly in this library.
@@ -84,23 +83,20 @@ int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *
     post(context); // a lost request shows as a time-out
 
     zvIoBuf_t &iobuf = context->iobuf;
-    const timespec limit = {RECEIVE_SECONDS, 0};
-    auto result = static_cast<int32_t>(
-        zv_mq_timedreceive(context->mq_rx, reinterpret_cast<char *>(iobuf.buf), capacity(iobuf), nullptr, &limit));
-    if (result < 0) {
-        const int error = errno;
-        if (error == ETIMEDOUT) {
-            ZV_LOG(ZV_LOG_ERROR, "Timed out (%dsec) on receive on message queue, len=%d errno=%d", RECEIVE_SECONDS,
-                   result, error);
-        } else {
-            ZV_LOG(ZV_LOG_ERROR, "Error receiving message (%d) from message queue, len=%d errno=%d", result, result,
-                   error);
-        }
-        context->rx_failed = 1;
-        result = ZV_ERR_NO_RESPONSE;
+    const auto [length, error] = await_answer(context->mq_rx, iobuf.buf, capacity(iobuf));
+    if (length >= 0) {
+        iobuf.len = length;
+        return length;
     }
-    iobuf.len = result;
-    return result;
+    if (error == ETIMEDOUT) {
+        ZV_LOG(ZV_LOG_ERROR, "Timed out (%dsec) on receive on message queue, len=%d errno=%d", ANSWER_SECONDS, length,
+               error);
+    } else {
+        ZV_LOG(ZV_LOG_ERROR, "Error receiving message (%d) from message queue, len=%d errno=%d", length, length, error);
+    }
+    context->rx_failed = 1;
+    iobuf.len = ZV_ERR_NO_RESPONSE;
+    return ZV_ERR_NO_RESPONSE;
 }
 
 int32_t zvc_send_zvmsg(zvc_msg_q_context_t *context, int32_t category, const char *dest, const char *via,

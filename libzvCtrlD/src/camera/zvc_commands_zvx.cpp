@@ -2,7 +2,7 @@
 
 #include "bytes.h"
 #include "flat_modes.h"
-#include "queues.h"
+#include "queue_names.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #include "daemon_link.h"
 
 #include "bytes.h"
-#include "queues.h"
+#include "queue_names.h"
 #include "zvcontrol_if.h"
 
 #include <cerrno>

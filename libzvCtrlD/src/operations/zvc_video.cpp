@@ -1,11 +1,13 @@
 #include "zvc_video.h"
 
-#include "camera_status.h"
+#include "camera_records.h"
 #include "capability.h"
 #include "remote_call.h"
 #include "zvc_setup.h"
 
+#include <algorithm>
 #include <iterator>
+#include <utility>
 
 using namespace zv;
 
@@ -43,6 +45,38 @@ Situation read_situation(zvc_msg_q_context_t *context)
         ZV_LOG(ZV_LOG_WARN, "zvc_video_get_video_profile error, %d", result);
     }
     return situation;
+}
+
+// Turns the wanted frame rate into one that the resolution has: itself if it is offered, otherwise the first one.
+int32_t suggest_fps(zvc_msg_q_context_t *context, const Situation &situation, int32_t res, int32_t &fps)
+{
+    ZV_LOG(ZV_LOG_DEBUG,
+           "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
+           "video_profile:%d anti_flicker:%d",
+           situation.lens, situation.ux_mode, situation.power_profile, situation.capture_mode, res,
+           situation.video_profile, situation.anti_flicker);
+    const auto anti_flicker = static_cast<uint8_t>(situation.anti_flicker);
+    ValueList offered;
+    const int32_t result =
+        list_values(context, situation, {CAP_KEY_FPS, res, CAP_KEY_ANTI_FLICKER, anti_flicker}, FPS_LIST, offered);
+    if (result != ZV_OK) {
+        return result;
+    }
+    if (std::find(offered.begin(), offered.end(), fps) == offered.end()) {
+        fps = offered.values[0];
+    }
+    ZV_LOG(ZV_LOG_DEBUG, "Remote Capability Suggested_fps, %d", fps);
+    return ZV_OK;
+}
+
+int32_t list_fovs(zvc_msg_q_context_t *context, const Situation &situation, int32_t res, int32_t fps, ValueList &list)
+{
+    ZV_LOG(ZV_LOG_DEBUG,
+           "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
+           "video_profile:%d fps:%d",
+           situation.lens, situation.ux_mode, situation.power_profile, situation.capture_mode, res,
+           situation.video_profile, fps);
+    return list_values(context, situation, {CAP_KEY_FOV, res, CAP_KEY_FPS, low_byte(fps)}, FOV_LIST, list);
 }
 
 bool is_horizon(int32_t fov)
@@ -132,37 +166,17 @@ int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int
     ZV_LOG(ZV_LOG_DEBUG, "new res/ curr fps/ curr fov, %d,%d,%d", res, fps, fov);
     const Situation situation = read_situation(context);
 
-    ZV_LOG(ZV_LOG_DEBUG,
-           "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
-           "video_profile:%d anti_flicker:%d",
-           situation.lens, situation.ux_mode, situation.power_profile, situation.capture_mode, res,
-           situation.video_profile, situation.anti_flicker);
-    const auto anti_flicker = static_cast<uint8_t>(situation.anti_flicker);
-    ValueList offered;
-    int32_t result =
-        list_values(context, situation, {CAP_KEY_FPS, res, CAP_KEY_ANTI_FLICKER, anti_flicker}, FPS_LIST, offered);
-    if (result == ZV_ERR_NOT_SUPPORTED) {
-        return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
+    int32_t suggested_fps = fps;
+    ValueList offered_fovs;
+    int32_t result = suggest_fps(context, situation, res, suggested_fps);
+    if (result == ZV_OK) {
+        result = list_fovs(context, situation, res, suggested_fps, offered_fovs);
     }
-    if (result != ZV_OK) {
-        return result;
-    }
-    const bool fps_offered = std::find(offered.begin(), offered.end(), fps) != offered.end();
-    const int32_t suggested_fps = fps_offered ? fps : offered.values[0];
-    ZV_LOG(ZV_LOG_DEBUG, "Remote Capability Suggested_fps, %d", suggested_fps);
-
-    ZV_LOG(ZV_LOG_DEBUG,
-           "Querying CAP Remote API filter, lens:%d ux_mode:%d power_profile:%d capture_mode:%d resolution:%d "
-           "video_profile:%d fps:%d",
-           situation.lens, situation.ux_mode, situation.power_profile, situation.capture_mode, res,
-           situation.video_profile, suggested_fps);
-    result =
-        list_values(context, situation, {CAP_KEY_FOV, res, CAP_KEY_FPS, low_byte(suggested_fps)}, FOV_LIST, offered);
     if (result == ZV_ERR_NOT_SUPPORTED) {
         return zvc_video_set_res_fps_fov_camera(context, res, fps, fov);
     }
     if (result == ZV_OK) {
-        result = choose_fov(context, res, suggested_fps, offered, fov);
+        result = choose_fov(context, res, suggested_fps, offered_fovs, fov);
     }
     if (result != ZV_OK) {
         return result;
@@ -270,22 +284,19 @@ int32_t zvc_video_get_current_res_fps_shutter(zvc_msg_q_context_t *context, int3
     ZV_LOG(ZV_LOG_DEBUG, "ZVCONTROL_GET_ALL_SETTINGS:");
     uint8_t *record = nullptr;
     Payload answer;
-    const int32_t result =
-        zvc_send_remote_api_for_response(context, group_of(REMOTE_SETUP_ALL_SETTINGS_GET),
-                                         action_of(REMOTE_SETUP_ALL_SETTINGS_GET), &record, &answer.size);
+    int32_t result = zvc_send_remote_api_for_response(context, group_of(REMOTE_SETUP_ALL_SETTINGS_GET),
+                                                      action_of(REMOTE_SETUP_ALL_SETTINGS_GET), &record, &answer.size);
     if (result != ZV_OK) {
         ZV_LOG(ZV_LOG_ERROR, "zvc_send_remote_api_for_response error, %d", result);
         return result;
     }
-    if (check_size(answer, SETTINGS_VIDEO_EXPOSURE_TIME + 1, READ_TEXTS, SourceLocation::current()) != ZV_OK) {
-        return ZV_ERR_INVALID_PARAM;
-    }
+    result = check_size(answer, SETTINGS_VIDEO_EXPOSURE_TIME + 1, READ_TEXTS, SourceLocation::current());
     for (const auto &[output, offset] : outputs) {
-        if (output != nullptr) {
+        if (result == ZV_OK && output != nullptr) {
             *output = signed_byte(record, offset);
         }
     }
-    return ZV_OK;
+    return result;
 }
 
 int32_t zvc_video_get_current_flat_mode(zvc_msg_q_context_t *context, int32_t *flat_mode)
