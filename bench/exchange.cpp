@@ -1,10 +1,11 @@
 // Exchanges over message queues with a peer process, which answers everything at once: the library's beside bare
 // mq_send and mq_receive of messages of the same size. The two processes share one core, or have one each.
 #include "allocations.h"
+#include "camera_records.h"
+#include "queue_names.h"
+#include "remote_commands.h"
 #include "zvc_commands.h"
 #include "zvcontrol_if.h"
-
-#include "camera_status.h"
 
 #include <benchmark/benchmark.h>
 #include <cstring>
@@ -22,7 +23,6 @@ namespace {
 using Bytes = std::vector<uint8_t>;
 
 constexpr long DEPTH = 5;
-constexpr long DAEMON_SIZE = 10000;
 
 enum class Cores { SAME, TWO };
 
@@ -96,7 +96,7 @@ class Peer {
   public:
     Peer(mqd_t requests, mqd_t answers, const Bytes &answer, Cores cores) : m_requests(requests)
     {
-        Bytes buffer(DAEMON_SIZE);
+        Bytes buffer(DAEMON_MSG_MAX);
         run_on(processors().first);
         m_process = fork();
         if (m_process == 0) {
@@ -139,11 +139,11 @@ Bytes text(const char *characters)
 Bytes camera_answer()
 {
     Bytes message(4);
-    sntlv_msg_init(message.data(), 4, 5);
-    add(message, TLV_CMD, text("YY"));
+    sntlv_msg_init(message.data(), 4, zv::CATEGORY_CAMERA + 1);
+    add(message, TLV_CMD, text(zv::REMOTE_API_COMMAND));
     add(message, TLV_CMDARG, {0, 1, 9, 0, 0});
     add(message, TLV_RSPARG, {0, 0, 0, 0, 0, 0, 1, 0x42});
-    add(message, TLV_SRC, text("/to_camera"));
+    add(message, TLV_SRC, text(zv::CAMERA_QUEUE));
     add(message, TLV_DST, text("/bench_reply"));
     add(message, TLV_END, {});
     return message;
@@ -177,7 +177,9 @@ void remote_api(benchmark::State &state, Cores cores)
     uint16_t size = 0;
     const uint64_t before = bench::allocations();
     for (auto _ : state) {
-        if (zvc_send_remote_api_for_response(&context, REMOTE_GROUP_APP, 9, &payload, &size) != ZV_OK || size != 1) {
+        if (zvc_send_remote_api_for_response(&context, REMOTE_GROUP_APP, zv::action_of(zv::REMOTE_APP_SHUTTER_START),
+                                             &payload, &size) != ZV_OK ||
+            size != 1) {
             state.SkipWithError("the exchange failed");
         }
     }
@@ -188,12 +190,12 @@ void remote_api(benchmark::State &state, Cores cores)
 
 void daemon_snapshot(benchmark::State &state, Cores cores)
 {
-    const Queue daemon("/to_zvCtlD", DAEMON_SIZE);
+    const Queue daemon(zv::DAEMON_QUEUE, DAEMON_MSG_MAX);
     if (!daemon.is_open() || zvcontrol_interface_open() != ZV_OK) {
         state.SkipWithError(NO_QUEUE);
         return;
     }
-    const std::string response_name = "/to_ZVCU" + std::to_string(getpid());
+    const std::string response_name = zv::RESPONSE_QUEUE_PREFIX + std::to_string(getpid());
     const mqd_t responses = mq_open(response_name.c_str(), O_WRONLY);
     {
         const Peer peer(daemon.descriptor(), responses, daemon_answer(), cores);
@@ -228,15 +230,15 @@ void wait_for(mqd_t answers)
 template <bool WITH_WAIT>
 void bare(benchmark::State &state, size_t size, Cores cores)
 {
-    const Queue requests("/bench_request", DAEMON_SIZE);
-    const Queue answers("/bench_answer", DAEMON_SIZE);
+    const Queue requests("/bench_request", DAEMON_MSG_MAX);
+    const Queue answers("/bench_answer", DAEMON_MSG_MAX);
     if (!requests.is_open() || !answers.is_open()) {
         state.SkipWithError(NO_QUEUE);
         return;
     }
     const Peer peer(requests.descriptor(), answers.descriptor(), Bytes(size, 1), cores);
     const Bytes request(size, 1);
-    Bytes buffer(DAEMON_SIZE);
+    Bytes buffer(DAEMON_MSG_MAX);
     for (auto _ : state) {
         if constexpr (WITH_WAIT) {
             look_for_late(answers.descriptor());

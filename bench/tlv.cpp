@@ -1,5 +1,6 @@
 // Building and checking one message of six elements, the library's way and written by hand for this message alone.
 #include "bytes.h"
+#include "queue_names.h"
 #include "zvTlv.h"
 
 #include <benchmark/benchmark.h>
@@ -18,9 +19,9 @@ struct Content {
 };
 
 constexpr Content contents[] = {
-    {"\0\1\7\0\0"sv, "/to_web"sv, "/to_camera"sv},    {"\0\2\x61\0\1\5"sv, "/to_bluetooth"sv, "/to_camera"sv},
-    {"\0\3\x17\0\0"sv, "/to_x"sv, "/to_zvnet"sv},     {"\0\11\1\0\4abcd"sv, "/to_updater"sv, "/to_camera"sv},
-    {"\0\7\2\0\1\1"sv, "/to_voice"sv, "/to_zvnet"sv},
+    {"\0\1\7\0\0"sv, "/to_web"sv, zv::CAMERA_QUEUE},    {"\0\2\x61\0\1\5"sv, "/to_bluetooth"sv, zv::CAMERA_QUEUE},
+    {"\0\3\x17\0\0"sv, "/to_x"sv, zv::RELAY_QUEUE},     {"\0\11\1\0\4abcd"sv, "/to_updater"sv, zv::CAMERA_QUEUE},
+    {"\0\7\2\0\1\1"sv, "/to_voice"sv, zv::RELAY_QUEUE},
 };
 
 const uint8_t *bytes(std::string_view text)
@@ -35,8 +36,8 @@ void library_add(zvIoBuf_t &message, uint8_t tag, std::string_view value)
 
 bool library(zvIoBuf_t &message, const Content &content)
 {
-    message.len = sntlv_msg_init(message.buf, message.size, 4);
-    library_add(message, TLV_CMD, "YY");
+    message.len = sntlv_msg_init(message.buf, message.size, zv::CATEGORY_CAMERA);
+    library_add(message, TLV_CMD, zv::REMOTE_API_COMMAND);
     library_add(message, TLV_CMDARG, content.argument);
     library_add(message, TLV_ASOURCE, "\1");
     library_add(message, TLV_SRC, content.source);
@@ -63,9 +64,9 @@ bool build_by_hand(zvIoBuf_t &message, const Content &content)
     }
     zv::put_be16(message.buf, static_cast<uint16_t>(size));
     message.buf[2] = 0;
-    message.buf[3] = 4;
+    message.buf[3] = zv::CATEGORY_CAMERA;
     uint8_t *next = message.buf + 4;
-    next = put(next, TLV_CMD, "YY");
+    next = put(next, TLV_CMD, zv::REMOTE_API_COMMAND);
     next = put(next, TLV_CMDARG, content.argument);
     next = put(next, TLV_ASOURCE, "\1");
     next = put(next, TLV_SRC, content.source);

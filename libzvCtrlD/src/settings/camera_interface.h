@@ -4,7 +4,7 @@
 #ifndef CAMERA_INTERFACE_H
 #define CAMERA_INTERFACE_H
 
-#include "camera_records.h"
+#include "camera_status.h"
 #include "zvc_commands.h"
 
 #ifdef __cplusplus

@@ -12,10 +12,9 @@
 #ifndef CAMERA_SETTINGS_H
 #define CAMERA_SETTINGS_H
 
-#include "camera_records.h"
 #include "camera_schedule.h"
 #include "camera_setting_ids.h"
-#include "zvDbg.h"
+#include "camera_status.h"
 
 #ifdef __cplusplus
 #include <map>
