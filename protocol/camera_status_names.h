@@ -7,17 +7,22 @@
 #ifndef CAMERA_STATUS_NAMES_H
 #define CAMERA_STATUS_NAMES_H
 
-#ifdef __cplusplus
-#include <cstdint>
+#include <stddef.h>
+#include <stdint.h>
 
-struct camera_status_name_t {
+typedef struct camera_status_name_t {
     uint8_t id;
-    char name[41];
-};
+    char name[43];
+} camera_status_name_t;
 
 /* clang-format off */
 /* The 82 published statuses, ascending. */
-inline constexpr camera_status_name_t camera_status_names[] = {
+#ifdef __cplusplus
+inline constexpr
+#else
+static const
+#endif
+camera_status_name_t camera_status_names[] = {
     {  1, "system_internal_battery_present"},
     {  2, "system_internal_battery_level"},
     {  3, "system_external_battery_present"},
@@ -101,19 +106,22 @@ inline constexpr camera_status_name_t camera_status_names[] = {
     {117, "storage_total_sd_space_kb"},
     {118, "photo_interval_capture_count"},
 };
-/* clang-format on */
 
 /* The name of a status; null for a number without one. Any thread may call. */
-constexpr const char *camera_status_name(uint32_t id)
+#ifdef __cplusplus
+constexpr
+#else
+static inline
+#endif
+const char *camera_status_name(uint32_t id)
 {
-    for (const camera_status_name_t &row : camera_status_names) {
-        if (row.id == id) {
-            return row.name;
+    for (size_t i = 0; i < sizeof camera_status_names / sizeof camera_status_names[0]; ++i) {
+        if (camera_status_names[i].id == id) {
+            return camera_status_names[i].name;
         }
     }
-    return nullptr;
+    return NULL;
 }
-
-#endif
+/* clang-format on */
 
 #endif

@@ -46,6 +46,9 @@ enum SettingsBlock : uint8_t { BLOCK_VIDEO, BLOCK_PHOTO, BLOCK_MULTI_SHOT };
 // The group of presets that a mode's presets belong to; status 96 publishes it.
 enum PresetGroup : uint8_t { PRESETS_VIDEO = 0, PRESETS_PHOTO = 1, PRESETS_TIME_LAPSE = 2 };
 
+// What a preset group is published as: this and its number.
+inline constexpr uint32_t PUBLISHED_PRESET_GROUP = 1000;
+
 // What starts and stops a capture.
 struct Shutter {
     RemoteCommand start;

@@ -66,6 +66,11 @@ bool write_whole(int file, const uint8_t *value, size_t length)
     return true;
 }
 
+bool make_folder()
+{
+    return mkdir(folder(), 0777) == 0 || errno == EEXIST;
+}
+
 } // namespace
 
 int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *buffer)
@@ -96,10 +101,7 @@ int32_t csi_set(uint8_t key, const uint8_t *value, uint32_t length)
     char path[PATH_SIZE];
     char draft[PATH_SIZE];
     if ((value == nullptr && length > 0) || length > zv::CSI_VALUE_MAX || !path_of(key, "", path) ||
-        !path_of(key, ".XXXXXX", draft)) {
-        return -1;
-    }
-    if (mkdir(folder(), 0777) != 0 && errno != EEXIST) {
+        !path_of(key, ".XXXXXX", draft) || !make_folder()) {
         return -1;
     }
     const int file = mkostemp(draft, O_CLOEXEC);

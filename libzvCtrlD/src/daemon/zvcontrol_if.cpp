@@ -45,6 +45,16 @@ const Snapshot *find_snapshot(zvcontrol_command_t command)
     return found != std::end(SNAPSHOTS) ? found : nullptr;
 }
 
+// Answers with the kept record, and says in a status record that the camera is busy. Returns the record's size.
+uint16_t serve_kept(const Snapshot &snapshot, uint8_t *response)
+{
+    memcpy(response, daemon_link.snapshot + snapshot.offset, snapshot.size);
+    if (snapshot.offset == ALL_STATUS_OFFSET) {
+        response[STATUS_SYSTEM_SYSTEM_BUSY] = 1;
+    }
+    return snapshot.size;
+}
+
 // A write of one setting takes another along.
 constexpr uint32_t LEADING_SETTING = SETTING_AUDIO_VELLIX_OPTION;
 constexpr uint32_t LEADING_VALUE_OFF = 3;
@@ -191,17 +201,13 @@ int32_t zvcontrol_send_command_param_response_ex(zvcontrol_command_t command, co
     if (snapshot == nullptr || response == nullptr) {
         return result;
     }
-    uint8_t *kept = daemon_link.snapshot + snapshot->offset;
+    if (result == ZV_ERR_NO_RESPONSE && response_size >= snapshot->size) {
+        *length = serve_kept(*snapshot, response);
+        return ZV_OK;
+    }
     // A payload was received, and so its length stored, only where the library waited for it.
     if (result == ZV_OK && daemon_link.waits && response_size == snapshot->size && *length == snapshot->size) {
-        memcpy(kept, response, snapshot->size);
-    } else if (result == ZV_ERR_NO_RESPONSE && response_size >= snapshot->size) {
-        memcpy(response, kept, snapshot->size);
-        if (snapshot->offset == ALL_STATUS_OFFSET) {
-            response[STATUS_SYSTEM_SYSTEM_BUSY] = 1;
-        }
-        *length = snapshot->size;
-        return ZV_OK;
+        memcpy(daemon_link.snapshot + snapshot->offset, response, snapshot->size);
     }
     return result;
 }

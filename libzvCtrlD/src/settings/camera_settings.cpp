@@ -78,7 +78,9 @@ bool is_shortcut(uint32_t setting)
 
 ModeGroups make_mode_groups()
 {
-    return {{1000, "VIDEO"}, {1001, "PHOTO"}, {1002, "TIME LAPSE"}};
+    return {{zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_VIDEO, "VIDEO"},
+            {zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_PHOTO, "PHOTO"},
+            {zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_TIME_LAPSE, "TIME LAPSE"}};
 }
 
 uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)

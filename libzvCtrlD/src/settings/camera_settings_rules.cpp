@@ -60,10 +60,9 @@ class RuleTableSink {
         m_table.values[m_value++] = static_cast<uint16_t>(value);
         ++m_table.elements[m_element - 1].value_count;
     }
-    constexpr void option(const Setting &setting, const Option &option)
+    constexpr void option(size_t index, const Option &option)
     {
-        const auto within = static_cast<uint32_t>(&option - setting.options.data());
-        number(FIRST_OPTIONS[static_cast<size_t>(&setting - SETTINGS)] + within);
+        number(FIRST_OPTIONS[index] + static_cast<uint32_t>(&option - SETTINGS[index].options.data()));
     }
 
     constexpr const RuleTable &table() const { return m_table; }

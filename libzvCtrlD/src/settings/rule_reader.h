@@ -70,15 +70,14 @@ constexpr uint32_t status_named(std::string_view name)
     return 0;
 }
 
-// Null for a name that is no setting's.
-constexpr const Setting *setting_named(std::string_view name)
+// Where the setting of a name is in SETTINGS; their number for a name that is none's.
+constexpr size_t setting_named(std::string_view name)
 {
-    for (size_t i = 0; i < SETTING_NAMES.size(); ++i) {
-        if (SETTING_NAMES[i].view() == name) {
-            return &SETTINGS[i];
-        }
+    size_t index = 0;
+    while (index < SETTING_NAMES.size() && SETTING_NAMES[index].view() != name) {
+        ++index;
     }
-    return nullptr;
+    return index;
 }
 
 // ---- Reading ----
@@ -113,7 +112,7 @@ constexpr uint32_t status_value(std::string_view text)
 //
 //     sink.element(FilterInfoType, id, include)  a condition or consequence
 //     sink.number(value)                         a value of the last element, a status
-//     sink.option(setting, option)               a value of the last element, a setting
+//     sink.option(index, option)                 a value of the last element, a setting: its place in SETTINGS
 template <class Sink>
 class RuleReader {
   public:
@@ -136,9 +135,9 @@ class RuleReader {
         std::string_view name = take(text, "=");
         const bool include = !name.ends_with('!');
         name.remove_suffix(include ? 0 : 1);
-        if (const Setting *setting = setting_named(name); setting != nullptr) {
-            m_sink.element(FILTER_INFO_SETTING, setting->id, include);
-            read_keys(*setting, text);
+        if (const size_t index = setting_named(name); index < std::size(SETTINGS)) {
+            m_sink.element(FILTER_INFO_SETTING, SETTINGS[index].id, include);
+            read_keys(index, text);
         } else if (const uint32_t status = status_named(name); status != 0) {
             m_sink.element(FILTER_INFO_STATUS, status, include);
             read_status_values(name, text);
@@ -160,34 +159,34 @@ class RuleReader {
         const std::string_view name = take(text, " ");
         const std::string_view verb = take(text, " ");
         if (!name.ends_with('*')) {
-            const Setting *setting = setting_named(name);
-            if (setting == nullptr) {
+            const size_t index = setting_named(name);
+            if (index == std::size(SETTINGS)) {
                 throw "there is no setting of this name";
             }
-            read_consequence(*setting, verb, text);
+            read_consequence(index, verb, text);
             return;
         }
-        for (size_t i = 0; i < SETTING_NAMES.size(); ++i) {
-            if (SETTING_NAMES[i].view().starts_with(name.substr(0, name.size() - 1))) {
-                read_consequence(SETTINGS[i], verb, text);
+        for (size_t index = 0; index < std::size(SETTINGS); ++index) {
+            if (SETTING_NAMES[index].view().starts_with(name.substr(0, name.size() - 1))) {
+                read_consequence(index, verb, text);
             }
         }
     }
 
-    constexpr void read_consequence(const Setting &setting, std::string_view verb, std::string_view keys)
+    constexpr void read_consequence(size_t index, std::string_view verb, std::string_view keys)
     {
-        m_sink.element(FILTER_INFO_BLOCK, setting.id, verb != "only");
+        m_sink.element(FILTER_INFO_BLOCK, SETTINGS[index].id, verb != "only");
         if (verb == "without" || verb == "only") {
-            read_keys(setting, keys);
+            read_keys(index, keys);
         } else if (verb != "off" || !keys.empty()) {
             throw "a consequence is off, without or only";
         }
     }
 
-    constexpr void read_keys(const Setting &setting, std::string_view list)
+    constexpr void read_keys(size_t index, std::string_view list)
     {
         do {
-            m_sink.option(setting, option_with_key(setting.options, take(list, ",")));
+            m_sink.option(index, option_with_key(SETTINGS[index].options, take(list, ",")));
         } while (!list.empty());
     }
 
@@ -201,7 +200,7 @@ struct RuleCounts {
 
     constexpr void element(FilterInfoType, uint32_t, bool) { ++elements; }
     constexpr void number(uint32_t) { ++values; }
-    constexpr void option(const Setting &, const Option &) { ++values; }
+    constexpr void option(size_t, const Option &) { ++values; }
 };
 
 struct RuleRow {

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <string_view>
 
 namespace zv {
 
@@ -268,7 +267,7 @@ constexpr size_t setting_count(bool sable_knoll)
 // A bare name has no plain write, any other path has one.
 constexpr bool is_well_formed(const Setting &setting)
 {
-    const bool bare = std::string_view(setting.path).find('/') == std::string_view::npos;
+    const bool bare = std::find(std::begin(setting.path), std::end(setting.path), '/') == std::end(setting.path);
     return bare == (setting.place.command == RemoteCommand{}) && bare == (setting.place.write_size == 0) &&
            bare == (setting.place.offset == 0) &&
            setting.place.offset + setting.place.read_size <= int{sizeof(appc_setup_all_settings::bytes)};

@@ -48,7 +48,6 @@ constexpr int32_t NEXT_POLL_MSEC = 500;
 constexpr uint8_t ENCODING = 1;
 constexpr int32_t ANALYTICS_NOT_READY = 0;
 constexpr int32_t ANALYTICS_READY = 2;
-constexpr uint32_t FIRST_GROUP = 1000;             // what group 0 is published as
 constexpr int32_t EXPOSURE_TYPES[] = {1, 2, 0, 3}; // published, by the firmware's number
 constexpr int32_t COORDINATE_MAX = 100;
 
@@ -181,8 +180,8 @@ uint64_t read_active_preset(const uint8_t *status, uint32_t group)
     const uint16_t field = group < std::size(PRESET_OF_GROUP) ? PRESET_OF_GROUP[group] : NO_FIELD;
     if (field == NO_FIELD) {
         if (errorDisplayed.active_preset.exchange(1, RELAXED) == 0) {
-            ZV_LOG(ZV_LOG_ERROR, "Preset group 0x%ld isn't supported @ %s:%d\n", static_cast<long>(group + FIRST_GROUP),
-                   ZV_SOURCE_PATH, __LINE__);
+            ZV_LOG(ZV_LOG_ERROR, "Preset group 0x%ld isn't supported @ %s:%d\n",
+                   static_cast<long>(group + zv::PUBLISHED_PRESET_GROUP), ZV_SOURCE_PATH, __LINE__);
         }
         return 0;
     }
@@ -260,7 +259,7 @@ StatusValue read_status_value(StatusOutput output, const uint8_t *status, const 
     case COORDINATE:
         return read_exposure_coordinate(status, place.offset);
     case GROUP:
-        return uint64_t{le32(status + place.offset) + FIRST_GROUP};
+        return uint64_t{le32(status + place.offset) + zv::PUBLISHED_PRESET_GROUP};
     case PRESET:
         return read_active_preset(status, le32(status + place.offset));
     case VELLIX:
