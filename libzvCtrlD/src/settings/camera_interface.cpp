@@ -188,7 +188,7 @@ int32_t set_by_operation(const SettingWrite &write, uint16_t operation)
 // logged: the mode, written last, decides.
 int32_t set_video_iso(const SettingWrite &write, uint16_t operation)
 {
-    constexpr uint32_t ISO_AUTO = 9;
+    constexpr uint32_t ISO_AUTO = option_with_key(VIDEO_VELLIX_ISO, "AUTO").value;
     constexpr FlatModeSet MODES_WITH_ISO_MODE{FLAT_MODE_VIDEO, FLAT_MODE_LOOPING, FLAT_MODE_BROADCAST};
     if (write.settings == nullptr) {
         return refuse_without_record(write, "Settings");
@@ -249,8 +249,8 @@ int32_t set_broadcast_fov(const SettingWrite &write)
 
 int32_t set_orientation(const SettingWrite &write)
 {
-    constexpr uint8_t AS_IT_IS_HELD = 255;
-    constexpr uint8_t BY_ACTUAL_ORIENTATION[] = {1, 2, 4, 3};
+    constexpr auto AS_IT_IS_HELD = static_cast<uint8_t>(option_with_key(ORIENTATION, "LOCKED").value);
+    constexpr uint8_t BY_ACTUAL_ORIENTATION[] = {1, 2, 4, 3}; // the lock for each orientation that the camera reports
     uint8_t orientation = write.low();
     if (orientation == AS_IT_IS_HELD) {
         if (write.status == nullptr) {
@@ -271,7 +271,7 @@ int32_t set_orientation(const SettingWrite &write)
 // In an easy video preset the field of view decides on the resolution. Without a match the present one goes out.
 int32_t set_video_fov(const SettingWrite &write)
 {
-    constexpr int32_t UX_MODE_EASY = 0;
+    constexpr auto UX_MODE_EASY = static_cast<int32_t>(option_with_key(CAMERA_UX_MODE, "EASY").value);
     if (write.settings == nullptr) {
         return refuse_without_record(write, "Settings");
     }

@@ -15,7 +15,7 @@
 
 namespace zv {
 
-constexpr size_t OPTION_COUNT =
+inline constexpr size_t OPTION_COUNT =
     std::accumulate(std::begin(SETTINGS), std::end(SETTINGS), size_t{0},
                     [](size_t count, const Setting &setting) { return count + setting.options.size(); });
 
@@ -62,7 +62,7 @@ constexpr bool has_table(const Setting &setting)
     return reading != Reading::NONE && reading != Reading::RATE;
 }
 
-constexpr size_t VALUE_ID_COUNT =
+inline constexpr size_t VALUE_ID_COUNT =
     std::accumulate(std::begin(SETTINGS), std::end(SETTINGS), size_t{0}, [](size_t count, const Setting &setting) {
         return count + (has_table(setting) ? table_end(setting) + 1 : 0);
     });

@@ -108,7 +108,7 @@ constexpr uint32_t status_value(std::string_view text)
     return value;
 }
 
-// Tells `sink` what a rule says, element by element:
+// Reads a rule, and hands it to `sink` element by element:
 //
 //     sink.element(FilterInfoType, id, include)  a condition or consequence
 //     sink.number(value)                         a value of the last element, a status
@@ -166,10 +166,15 @@ class RuleReader {
             read_consequence(index, verb, text);
             return;
         }
+        bool any = false;
         for (size_t index = 0; index < std::size(SETTINGS); ++index) {
             if (SETTING_NAMES[index].view().starts_with(name.substr(0, name.size() - 1))) {
                 read_consequence(index, verb, text);
+                any = true;
             }
+        }
+        if (!any) {
+            throw "there is no setting whose name begins like this";
         }
     }
 

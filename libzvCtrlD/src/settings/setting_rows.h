@@ -273,7 +273,17 @@ constexpr bool is_well_formed(const Setting &setting)
            setting.place.offset + setting.place.read_size <= int{sizeof(appc_setup_all_settings::bytes)};
 }
 
+// The image controls are told apart by their number where something is logged of them.
+constexpr bool is_image_control(const Setting &setting)
+{
+    return setting.id >= SETTING_VELLIX && setting.id <= SETTING_VELLIX_EV;
+}
+
 static_assert(std::all_of(std::begin(SETTINGS), std::end(SETTINGS), is_well_formed));
+static_assert(std::all_of(std::begin(SETTINGS), std::end(SETTINGS), [](const Setting &setting) {
+    return is_image_control(setting) == (setting.read.way == Read::OF_BLOCK_OR_PLAIN) &&
+           is_image_control(setting) == (setting.write.way == Write::BY_BLOCK);
+}));
 static_assert(std::adjacent_find(std::begin(SETTINGS), std::end(SETTINGS),
                                  [](const Setting &row, const Setting &next) { return row.id >= next.id; }) ==
                   std::end(SETTINGS),
