@@ -19,6 +19,12 @@ namespace {
 constexpr uint32_t SABLE = 58;
 constexpr uint32_t NO_MODE = 99;
 
+// What the catalogue holds.
+constexpr size_t SETTING_COUNT = 98;
+constexpr size_t SABLE_SETTING_COUNT = 89;
+constexpr size_t OPTION_COUNT = 602;
+constexpr size_t RULE_COUNT = 202;
+
 class CameraSettings : public testing::Test {
   protected:
     void SetUp() override { reset(); }
@@ -101,7 +107,7 @@ TEST_F(CameraSettings, FieldTablesNameTheSameSettingsAsTheIdTables)
         uint32_t count = 0;
         const settings_id_entry_t *ids = camera_settings_id_table(model, &count);
         const auto &fields = model == SABLE ? zv::settings_all_fields_sable_knoll : zv::settings_all_fields;
-        int live = 0;
+        size_t live = 0;
         for (uint32_t id = 0; id < 194; ++id) {
             const bool known = ids[id].json_path[0] != '\0';
             live += known;
@@ -109,7 +115,7 @@ TEST_F(CameraSettings, FieldTablesNameTheSameSettingsAsTheIdTables)
             EXPECT_EQ(!known ? 0U : id == 62 ? 4U : 1U, fields[id].size);
             EXPECT_EQ(ids[id].group_id >= 0, fields[id].offset > 0);
         }
-        EXPECT_EQ(model == SABLE ? 89 : 98, live);
+        EXPECT_EQ(model == SABLE ? SABLE_SETTING_COUNT : SETTING_COUNT, live);
         EXPECT_EQ(0xFFFFFFFF, fields[194].id);
         EXPECT_EQ(-1, fields[194].offset);
         EXPECT_EQ(0xFFFFFFFF, fields[194].size);
@@ -160,8 +166,8 @@ TEST_F(CameraSettings, OptionMapsHoldTheSameOptions)
 {
     size_t options = 0;
     size_t ids = 0;
-    EXPECT_EQ(89U, getCameraOptions(SABLE).size());
-    EXPECT_EQ(89U, getOptionIds(SABLE).size());
+    EXPECT_EQ(SABLE_SETTING_COUNT, getCameraOptions(SABLE).size());
+    EXPECT_EQ(SABLE_SETTING_COUNT, getOptionIds(SABLE).size());
     for (const auto &[setting, list] : getCameraOptions(SABLE)) {
         options += list.size();
         ids += getOptionIds(SABLE).at(setting).size();
@@ -171,8 +177,8 @@ TEST_F(CameraSettings, OptionMapsHoldTheSameOptions)
         EXPECT_TRUE(optionIdExists(SABLE, setting, getOptionIdByValue(SABLE, setting, 54321, NO_MODE)))
             << "the default of setting " << setting;
     }
-    EXPECT_EQ(602U, options);
-    EXPECT_EQ(602U, ids);
+    EXPECT_EQ(OPTION_COUNT, options);
+    EXPECT_EQ(OPTION_COUNT, ids);
     EXPECT_THAT(getUIModeGroups(SABLE),
                 ElementsAre(testing::Pair(1000, testing::StrEq("VIDEO")), testing::Pair(1001, testing::StrEq("PHOTO")),
                             testing::Pair(1002, testing::StrEq("TIME LAPSE"))));
@@ -206,8 +212,8 @@ TEST_F(CameraSettings, FilterRules)
     EXPECT_THAT(rule(193), ElementsAre("S74 0", "S102 0 2", "B169"));
 
     const auto &rules = getCameraFilters(SABLE);
-    EXPECT_EQ(202U, rules.size());
-    EXPECT_EQ(201U, rules.rbegin()->first);
+    EXPECT_EQ(RULE_COUNT, rules.size());
+    EXPECT_EQ(RULE_COUNT - 1, rules.rbegin()->first);
     for (const auto &[number, elements] : rules) {
         SCOPED_TRACE(number);
         EXPECT_NE(FILTER_INFO_BLOCK, elements.front()->type);
@@ -336,9 +342,9 @@ TEST_F(CameraSettingsDeathTest, ADefaultModelLeavesTheCopiesFree)
         EXPECT_THAT(log_messages(), ElementsAre("Could not find option value:24 for setting:2 for camera:0",
                                                 "Could not find option value:13 for setting:130 for camera:51"));
 
-        EXPECT_EQ(89U, getCameraOptions(SABLE).size());
-        EXPECT_EQ(89U, options.size()) << "one map, that every call answers with";
-        EXPECT_EQ(89U, getCameraOptions(0).size());
+        EXPECT_EQ(SABLE_SETTING_COUNT, getCameraOptions(SABLE).size());
+        EXPECT_EQ(SABLE_SETTING_COUNT, options.size()) << "one map, that every call answers with";
+        EXPECT_EQ(SABLE_SETTING_COUNT, getCameraOptions(0).size());
     });
 }
 
@@ -348,7 +354,7 @@ TEST_F(CameraSettingsDeathTest, EachCopyIsFilledByItsOwnCalls)
         EXPECT_TRUE(optionIdExists(SABLE, 91, 1)); // skipped: fills nothing
         EXPECT_TRUE(getOptionIds(0).empty());
         EXPECT_TRUE(optionIdExists(SABLE, 2, 100));
-        EXPECT_EQ(89U, getOptionIds(0).size());
+        EXPECT_EQ(SABLE_SETTING_COUNT, getOptionIds(0).size());
         EXPECT_EQ(24U, getOptionValueById(0, 2, 100));
 
         EXPECT_EQ(24U, getOptionIdByValue(0, 2, 24, 12)) << "another copy";

@@ -17,6 +17,10 @@ namespace {
 
 constexpr uint32_t SABLE = 58;
 
+// What the documents of each generation hold.
+constexpr ptrdiff_t SETTING_COUNT = 98;
+constexpr ptrdiff_t SABLE_SETTING_COUNT = 89;
+
 class SettingsValues : public testing::Test {
   protected:
     // Every byte of the settings record is its own offset, so that a value shows where it was read.
@@ -314,7 +318,7 @@ TEST_F(SettingsDocuments, VectorHoldsTheOptionIds)
     EXPECT_EQ(0U, values[193]);
     EXPECT_EQ(7777U, values[4]);
     EXPECT_EQ(7777U, values[83]);
-    EXPECT_EQ(89, std::count_if(values.begin(), values.end(), [](uint32_t id) { return id != 7777; }));
+    EXPECT_EQ(SABLE_SETTING_COUNT, std::count_if(values.begin(), values.end(), [](uint32_t id) { return id != 7777; }));
 }
 
 TEST_F(SettingsDocuments, NullRecords)
@@ -335,7 +339,7 @@ TEST_F(SettingsDocuments, NullRecords)
     testing::internal::CaptureStderr();
     EXPECT_THAT(document(SABLE, nullptr), testing::StartsWith("{\"settings\":{\"2\":1,\"3\":0,"));
     std::string reports;
-    for (int i = 0; i < 89; ++i) {
+    for (int i = 0; i < SABLE_SETTING_COUNT; ++i) {
         reports += "status ptr is NULL, cannot get status values";
     }
     EXPECT_EQ(reports, testing::internal::GetCapturedStderr());
@@ -360,8 +364,8 @@ TEST_F(SettingsDocumentsDeathTest, DefaultGenerationShowsValues)
         for (const char *member : {"\"83\":0,", "\"112\":4294967295,", "\"129\":111,", "\"181\":0,", "\"193\":0}"}) {
             EXPECT_THAT(text, testing::HasSubstr(member));
         }
-        EXPECT_EQ(98, std::count(text.begin(), text.end(), ':') - 1);
-        EXPECT_EQ(98U, log_messages().size());
+        EXPECT_EQ(SETTING_COUNT, std::count(text.begin(), text.end(), ':') - 1);
+        EXPECT_EQ(SETTING_COUNT, std::ssize(log_messages()));
         EXPECT_EQ("Could not find option value:24 for setting:2 for camera:0", log_messages().front());
         EXPECT_EQ(std::pair(3, std::string("\"2\":24,\"112\":4294967295,\"129\":111")), changes(0));
         std::exit(HasFailure() ? 1 : 0);

@@ -2,6 +2,7 @@
 
 #include "bytes.h"
 #include "interpose.h"
+#include "zvcontrol_if.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -9,8 +10,6 @@
 namespace test {
 
 namespace {
-
-constexpr uint32_t RESYNC = 102;
 
 // A command as a failure shows it: "command 30 parameter 8B 00 00 00 03 00 00 00".
 std::string command_text(const Bytes &command, const Bytes &param)
@@ -35,10 +34,10 @@ Bytes daemon_answer(int32_t code, const std::optional<Bytes> &payload)
         elements.push_back({TLV_RSPARG, *payload});
     }
     elements.push_back({TLV_END, {}});
-    return tlv_message(21, elements);
+    return tlv_message(CAT_ZVCTRL_RSP, elements);
 }
 
-DaemonDouble::DaemonDouble() : m_queue("/to_zvCtlD", 10, 10000)
+DaemonDouble::DaemonDouble() : m_queue("/to_zvCtlD", 10, DAEMON_MSG_MAX)
 {
     on_wait([this] { serve(); });
 }
@@ -59,7 +58,7 @@ void DaemonDouble::expect(uint32_t command, const Bytes &param, const Bytes &ans
 
 void DaemonDouble::expect_resync(const std::function<Bytes(uint32_t)> &answer)
 {
-    m_script.push_back({RESYNC, {}, [answer](const Bytes &key) {
+    m_script.push_back({ZVCONTROL_RESYNC_MESSAGE_QUEUE, {}, [answer](const Bytes &key) {
                             EXPECT_EQ(4U, key.size());
                             return key.size() == 4 ? answer(zv::le32(key.data())) : Bytes{};
                         }});
