@@ -26,7 +26,7 @@ Link link_of(const uint8_t *bytes, size_t size);
 // with an element's offset, tag, length, meaning and bytes.
 int decode_message(const uint8_t *bytes, size_t size, Link link, std::ostream &out);
 
-// The same for hexadecimal text, in any spacing and case; the link is told by the category.
+// The same for hexadecimal text, in any spacing and case; the category decides on the link.
 int decode_hex(std::string_view text, std::ostream &out);
 
 // Prints every message of a trace (docs/trace.md), each after a line with its time and direction. A line that is no

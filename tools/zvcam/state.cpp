@@ -28,7 +28,7 @@ std::string_view text_at(const State &state, size_t offset)
     return field.substr(0, std::min(field.find('\0'), SSID_SIZE));
 }
 
-// The two network names are not escaped, so that their ends can only be told from the record.
+// The two network names are not escaped, so that only the record says where they end.
 size_t value_length(std::string_view rest, uint32_t id, const State &state)
 {
     constexpr size_t QUOTES = 2;

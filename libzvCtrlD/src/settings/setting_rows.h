@@ -273,7 +273,7 @@ constexpr bool is_well_formed(const Setting &setting)
            setting.place.offset + setting.place.read_size <= int{sizeof(appc_setup_all_settings::bytes)};
 }
 
-// The image controls are told apart by their number where something is logged of them.
+// What is logged of an image control goes by its number.
 constexpr bool is_image_control(const Setting &setting)
 {
     return setting.id >= SETTING_VELLIX && setting.id <= SETTING_VELLIX_EV;
