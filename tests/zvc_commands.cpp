@@ -221,6 +221,18 @@ TEST_F(Exchange, AMessageThatDoesNotFitEndsTheProcess)
                  "0 == \\(int\\)tlv_validate\\(context->iobuf.buf\\)");
 }
 
+TEST(ProtocolAdapter, IsANumberThatSelectsNothing)
+{
+    reset();
+    EXPECT_EQ(0, zvc_get_protocol_adapter());
+    zvc_select_protocol_adapter(7);
+    EXPECT_EQ(7, zvc_get_protocol_adapter());
+    CameraDouble camera;
+    camera.expect(1, 9, {});
+    EXPECT_EQ(0, zvc_send_simple_remote_api(camera.context(), 1, 9));
+    zvc_select_protocol_adapter(0);
+}
+
 TEST(Shutter, TakesTheFlatModesAction)
 {
     struct Case {
