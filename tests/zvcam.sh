@@ -41,6 +41,7 @@ try 1 'marked with !' decode 00 05
 start_camera --trace "$folder/trace"
 echo "Reads"
 try 0 '^model number +62$' info
+lines 8 ' (Simulated camera 62|62|SIMULATED|SIM\.62\.01\.00\.00|SIM6200000001|SIM62-0001|02005e000001|15)$'
 try 0 '^ 10 system_encoding_active +0$' status
 lines 82 '^ *[0-9]+ [a-z]'
 try 0 '^\{"status":\{$' status --json
