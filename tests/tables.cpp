@@ -7,8 +7,11 @@
 #include "daemon_command_names.h"
 #include "easy_mode.h"
 #include "enumerator_name.h"
+#include "fingerprint.h"
+#include "http_utils.h"
 #include "interpose.h"
 #include "queue_names.h"
+#include "zvHex.h"
 #include "zvc_commands_zvx.h"
 
 #include <gtest/gtest.h>
@@ -20,28 +23,6 @@ namespace {
 
 constexpr uint32_t SABLE = 62;
 constexpr uint32_t DEFAULT_MODEL = 0;
-
-class Fingerprint {
-  public:
-    template <class... Values>
-    void add(const Values &...values)
-    {
-        std::ostringstream line;
-        ((line << values << '|'), ...);
-        for (const char character : line.str()) {
-            m_hash = (m_hash ^ static_cast<uint8_t>(character)) * 0x100000001B3;
-        }
-    }
-    std::string text() const
-    {
-        std::ostringstream text;
-        text << std::hex << m_hash;
-        return text.str();
-    }
-
-  private:
-    uint64_t m_hash = 0xCBF29CE484222325;
-};
 
 // Answers nothing and keeps what is sent.
 class Recorder : public ZVXCommand {
@@ -188,6 +169,20 @@ TEST_F(Tables, Statuses)
         m_fingerprint.add(status.id, status.name);
     }
     expect("a92593098f55f93d");
+}
+
+TEST_F(Tables, Texts)
+{
+    for (int32_t code = 0; code < 600; ++code) {
+        m_fingerprint.add(get_http_response_code_string(code));
+    }
+    for (int32_t code = -300; code <= 0; ++code) {
+        m_fingerprint.add(zvErrno2Str(code));
+    }
+    for (int row = 0; row < ZV_TRACE_ROWS; ++row) {
+        m_fingerprint.add(s_dmsgstr[row] != nullptr ? s_dmsgstr[row] : "", s_dmsghex[row]);
+    }
+    expect("e53392513d0d5380");
 }
 
 TEST_F(Tables, Floor)
