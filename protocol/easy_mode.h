@@ -1,9 +1,10 @@
 // The easy mode: presets in place of single settings, and speeds in place of resolution and frame rate.
 #pragma once
 
+#include "find_row.h"
 #include "flat_modes.h"
 
-#include <cstddef>
+#include <cstdint>
 
 namespace zv {
 
@@ -82,27 +83,19 @@ static_assert(EASY_SPEED_OTHERWISE.speed == 103 && EASY_SPEED_OTHERWISE.speed_50
 // The preset of a value; null for a value without one.
 constexpr const EasyPreset *find_easy_preset(PresetGroup group, uint32_t value)
 {
-    const auto *row = std::find_if(std::begin(EASY_PRESETS), std::end(EASY_PRESETS), [=](const EasyPreset &candidate) {
-        return candidate.group == group && candidate.value == value;
-    });
-    return row != std::end(EASY_PRESETS) ? row : nullptr;
+    return find_row(EASY_PRESETS, [=](const EasyPreset &row) { return row.group == group && row.value == value; });
 }
 
 // The row of a preset, whichever choice it belongs to; null for another number.
 constexpr const EasyPreset *find_preset(uint32_t preset)
 {
-    const auto *row = std::find_if(std::begin(EASY_PRESETS), std::end(EASY_PRESETS),
-                                   [=](const EasyPreset &candidate) { return candidate.preset == preset; });
-    return row != std::end(EASY_PRESETS) ? row : nullptr;
+    return find_row(EASY_PRESETS, [=](const EasyPreset &row) { return row.preset == preset; });
 }
 
 // The row of a speed, by either number; null for another one.
 constexpr const EasySpeed *find_easy_speed(uint32_t speed)
 {
-    const auto *row = std::find_if(std::begin(EASY_SPEEDS), std::end(EASY_SPEEDS), [=](const EasySpeed &candidate) {
-        return candidate.speed == speed || candidate.speed_50hz == speed;
-    });
-    return row != std::end(EASY_SPEEDS) ? row : nullptr;
+    return find_row(EASY_SPEEDS, [=](const EasySpeed &row) { return row.speed == speed || row.speed_50hz == speed; });
 }
 
 } // namespace zv

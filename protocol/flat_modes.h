@@ -2,6 +2,7 @@
 // hold the present one.
 #pragma once
 
+#include "find_row.h"
 #include "remote_commands.h"
 
 #include <algorithm>
@@ -108,9 +109,7 @@ static_assert(std::adjacent_find(std::begin(FLAT_MODES), std::end(FLAT_MODES),
 // Null for a number that has no row.
 constexpr const FlatModeRow *find_flat_mode(int32_t flat_mode)
 {
-    const auto *row = std::find_if(std::begin(FLAT_MODES), std::end(FLAT_MODES),
-                                   [=](const FlatModeRow &candidate) { return candidate.flat_mode == flat_mode; });
-    return row != std::end(FLAT_MODES) ? row : nullptr;
+    return find_row(FLAT_MODES, [=](const FlatModeRow &row) { return row.flat_mode == flat_mode; });
 }
 
 // A set of flat modes, asked for any number.

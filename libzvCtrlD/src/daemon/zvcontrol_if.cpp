@@ -6,6 +6,7 @@
 #include "daemon_command_names.h"
 #include "daemon_link.h"
 #include "exchange.h"
+#include "find_row.h"
 #include "log_at.h"
 
 #include <algorithm>
@@ -13,7 +14,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <iterator>
 #include <new>
 
 using namespace zv;
@@ -40,9 +40,7 @@ constexpr Snapshot SNAPSHOTS[] = {
 
 const Snapshot *find_snapshot(zvcontrol_command_t command)
 {
-    const auto *found = std::find_if(std::begin(SNAPSHOTS), std::end(SNAPSHOTS),
-                                     [command](const Snapshot &snapshot) { return snapshot.command == command; });
-    return found != std::end(SNAPSHOTS) ? found : nullptr;
+    return find_row(SNAPSHOTS, [=](const Snapshot &snapshot) { return snapshot.command == command; });
 }
 
 // Answers with the kept record, and says in a status record that the camera is busy. Returns the record's size.

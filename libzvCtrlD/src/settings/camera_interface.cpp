@@ -4,13 +4,13 @@
 #include "camera_schedule.h"
 #include "camera_settings_tables.h"
 #include "easy_mode.h"
+#include "find_row.h"
 #include "zvc_broadcast.h"
 #include "zvc_multishot.h"
 #include "zvc_photo.h"
 #include "zvc_settings.h"
 #include "zvc_video.h"
 
-#include <algorithm>
 #include <iterator>
 
 using namespace zv;
@@ -352,10 +352,9 @@ int32_t set_easy_speed(const SettingWrite &write)
     uint8_t speed = write.low();
     int32_t fov = write.setting(SETTINGS_VIDEO_FOV);
     if (fov == FOV_LINEAR_PLUS_HORIZON_LEVELING || fov == FOV_LINEAR_PLUS_HORIZON_LOCK) {
-        const auto *horizon = std::find_if(std::begin(HORIZON_SPEEDS), std::end(HORIZON_SPEEDS),
-                                           [=](const HorizonSpeed &row) { return row.speed == speed; });
+        const auto *horizon = find_row(HORIZON_SPEEDS, [=](const HorizonSpeed &row) { return row.speed == speed; });
         fov = FOV_LINEAR_PLUS_HORIZON_LOCK;
-        if (horizon != std::end(HORIZON_SPEEDS)) {
+        if (horizon != nullptr) {
             fov = horizon->new_fov;
             speed = horizon->new_speed;
         }

@@ -3,6 +3,7 @@
 #include "bytes.h"
 #include "camera_status_fields.h"
 #include "csi.h"
+#include "find_row.h"
 #include "flat_modes.h"
 #include "json_writer.h"
 #include "zvcontrol_info.h"
@@ -88,10 +89,9 @@ constexpr VellixDefault VELLIX_OF_FLAT_MODE[] = {
 
 uint16_t vellix_field(uint8_t flat_mode)
 {
-    const auto *row =
-        std::find_if(std::begin(VELLIX_OF_FLAT_MODE), std::end(VELLIX_OF_FLAT_MODE),
-                     [=](const VellixDefault &candidate) { return candidate.flat_modes.contains(flat_mode); });
-    return row != std::end(VELLIX_OF_FLAT_MODE) ? row->field : NO_FIELD;
+    const auto *row = zv::find_row(
+        VELLIX_OF_FLAT_MODE, [=](const VellixDefault &candidate) { return candidate.flat_modes.contains(flat_mode); });
+    return row != nullptr ? row->field : NO_FIELD;
 }
 
 bool is_in_record(int32_t offset)

@@ -1,11 +1,11 @@
-// The row of a constant table that passes a test.
+// The row of a constant table that passes a test, for every table that is not looked up by index.
 #pragma once
 
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
 
-namespace zv::sim {
+namespace zv {
 
 // The first such row; null where there is none.
 template <class Row, size_t Count, class Test>
@@ -15,4 +15,4 @@ constexpr const Row *find_row(const Row (&rows)[Count], Test test)
     return row == std::end(rows) ? nullptr : row;
 }
 
-} // namespace zv::sim
+} // namespace zv
