@@ -1,6 +1,7 @@
 #include "message.h"
 
 #include "bytes.h"
+#include "message_format.h"
 
 #include <cstddef>
 
@@ -8,12 +9,6 @@
 #include <zvctrl/zvcontrol_if.h>
 
 namespace zv::sim {
-
-namespace {
-
-constexpr size_t HEADER_SIZE = 4;
-
-} // namespace
 
 const char *link_name(Link link)
 {
@@ -27,9 +22,9 @@ size_t message_max(Link link)
 
 Bytes build_message(uint8_t category, std::initializer_list<Element> elements)
 {
-    size_t size = 2 * HEADER_SIZE;
+    size_t size = 2 * TLV_HEADER_SIZE;
     for (const Element &element : elements) {
-        size += HEADER_SIZE + element.value.size();
+        size += TLV_HEADER_SIZE + element.value.size();
     }
     Bytes message(size);
     const auto capacity = static_cast<uint32_t>(size);
@@ -44,7 +39,7 @@ Bytes build_message(uint8_t category, std::initializer_list<Element> elements)
 
 bool well_formed(View message)
 {
-    return message.size() >= HEADER_SIZE && sntlv_msg_len(message.data()) >= static_cast<int32_t>(HEADER_SIZE) &&
+    return message.size() >= TLV_HEADER_SIZE && sntlv_msg_len(message.data()) >= TLV_HEADER_SIZE &&
            static_cast<size_t>(sntlv_msg_len(message.data())) <= message.size();
 }
 
@@ -54,8 +49,8 @@ std::optional<View> find_element(View message, uint8_t tag)
     if (element == nullptr) {
         return std::nullopt;
     }
-    const View rest = message.subspan(static_cast<size_t>(element - message.data()) + HEADER_SIZE);
-    const size_t length = be16(element + 1);
+    const View rest = message.subspan(static_cast<size_t>(element - message.data()) + TLV_HEADER_SIZE);
+    const size_t length = be16(element + ELEMENT_LENGTH);
     return length <= rest.size() ? std::optional(rest.first(length)) : std::nullopt;
 }
 

@@ -1,6 +1,7 @@
 #include "request.h"
 
 #include "bytes.h"
+#include "message_format.h"
 #include "queue_names.h"
 #include "remote_commands.h"
 
@@ -116,7 +117,7 @@ std::optional<Request> parse_request(Link link, View message)
     }
     Request request;
     request.link = link;
-    request.category = message[3];
+    request.category = message[MESSAGE_CATEGORY];
     const bool read =
         link == Link::DAEMON ? read_daemon_command(message, request) : read_relay_command(message, request);
     if (!read || !read_queue_name(find_element(message, TLV_SRC).value_or(View()), request.source)) {

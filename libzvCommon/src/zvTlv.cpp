@@ -2,6 +2,7 @@
 
 #include "bytes.h"
 #include "io_buffer.h"
+#include "message_format.h"
 
 #include <algorithm>
 #include <array>
@@ -11,35 +12,34 @@
 
 #define ZV_SOURCE_PATH "libzvCommon/src/zvTlv"
 
+using namespace zv;
+
 namespace {
 
-constexpr uint32_t HEADER_SIZE = 4;
-constexpr uint32_t TAG_OFFSET = 3; // in an element
 constexpr uint32_t COMMAND_SIZE = 2;
 constexpr int32_t MIN_LENGTH = 18; // what the first test takes; a message with all it needs is longer
-constexpr uint8_t CATEGORY_MAX = 0xEF;
 constexpr uint32_t LENGTH_FIELD_MAX = INT16_MAX;
 
 // An element's header is read and written as one number: 0, length of the value, tag.
 uint32_t value_length(const uint8_t *element)
 {
-    return zv::be32(element) >> 8 & UINT16_MAX;
+    return be32(element) >> 8 & UINT16_MAX;
 }
 
 uint8_t tag_of(const uint8_t *element)
 {
-    return static_cast<uint8_t>(zv::be32(element));
+    return static_cast<uint8_t>(be32(element));
 }
 
 uint32_t element_length(const uint8_t *element)
 {
-    return HEADER_SIZE + value_length(element);
+    return TLV_HEADER_SIZE + value_length(element);
 }
 
 // Whether an element that begins after `offset` bytes of the element area has all of its header there.
 bool has_header(uint32_t offset, uint32_t area)
 {
-    return offset + HEADER_SIZE <= area;
+    return offset + TLV_HEADER_SIZE <= area;
 }
 
 // What a message must have, as bits that gather the kinds of its elements.
@@ -64,7 +64,7 @@ struct Elements {
     Elements(const uint8_t *msg, uint32_t area)
     {
         while (has_header(length, area)) {
-            const uint8_t *element = msg + HEADER_SIZE + length;
+            const uint8_t *element = msg + TLV_HEADER_SIZE + length;
             kinds |= KINDS[tag_of(element)];
             if (tag_of(element) == TLV_END && end == nullptr) {
                 end = element;
@@ -72,7 +72,7 @@ struct Elements {
             length += element_length(element);
         }
         if (length < area) {
-            length += HEADER_SIZE;
+            length += TLV_HEADER_SIZE;
         }
     }
 
@@ -83,7 +83,7 @@ struct Elements {
 uint8_t *find_whole(const uint8_t *msg, uint8_t tag)
 {
     uint8_t *element = tlv_find(msg, tag);
-    if (element == nullptr || static_cast<uint32_t>(element - msg) + element_length(element) > zv::be16(msg)) {
+    if (element == nullptr || static_cast<uint32_t>(element - msg) + element_length(element) > be16(msg)) {
         return nullptr;
     }
     return element;
@@ -97,7 +97,7 @@ struct ValueText {
     {
         const uint8_t *element = tlv_find(msg, tag);
         if (const uint32_t length = value_length(element); length > skip) {
-            memcpy(text, element + HEADER_SIZE + skip, std::min<size_t>(length - skip, ZVMSG_MAX));
+            memcpy(text, element + TLV_HEADER_SIZE + skip, std::min<size_t>(length - skip, ZVMSG_MAX));
         }
     }
 };
@@ -133,7 +133,7 @@ int32_t check_length(int32_t length)
 
 int32_t check_elements(const uint8_t *msg, int32_t length, const Elements &elements)
 {
-    const uint32_t area = static_cast<uint32_t>(length) - HEADER_SIZE;
+    const uint32_t area = static_cast<uint32_t>(length) - TLV_HEADER_SIZE;
     if (elements.length != area) {
         ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: MSG length (%d) does not match internal length (%d0.\n",
                static_cast<int>(elements.length), static_cast<int>(area));
@@ -154,7 +154,7 @@ int32_t check_elements(const uint8_t *msg, int32_t length, const Elements &eleme
             return -3;
         }
     }
-    if (elements.end == nullptr || elements.end + TAG_OFFSET != last) {
+    if (elements.end == nullptr || elements.end + ELEMENT_TAG != last) {
         ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG has too many ending TLV: 0xEE\n", command_text(msg).text);
         return -1;
     }
@@ -163,7 +163,7 @@ int32_t check_elements(const uint8_t *msg, int32_t length, const Elements &eleme
 
 int32_t check_category(const uint8_t *msg, const Elements &elements)
 {
-    const uint8_t category = msg[3];
+    const uint8_t category = msg[MESSAGE_CATEGORY];
     if (category > CATEGORY_MAX) {
         ZV_LOG(ZV_LOG_ERROR, "TLV_ERROR: :%s MSG needs a known CATagory. CAT=0x%02x\n", command_text(msg).text,
                category);
@@ -190,15 +190,15 @@ int32_t check_category(const uint8_t *msg, const Elements &elements)
 int32_t sntlv_msg_init(uint8_t *msg, uint32_t size, uint8_t category)
 {
     (void)size;
-    zv::put_be16(msg, HEADER_SIZE);
+    put_be16(msg, TLV_HEADER_SIZE);
     msg[2] = 0;
-    msg[3] = category;
-    return HEADER_SIZE;
+    msg[MESSAGE_CATEGORY] = category;
+    return TLV_HEADER_SIZE;
 }
 
 int32_t sntlv_msg_len(const uint8_t *msg)
 {
-    return static_cast<int16_t>(zv::be16(msg));
+    return static_cast<int16_t>(be16(msg));
 }
 
 int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, const uint8_t *value)
@@ -206,8 +206,8 @@ int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, co
     // The parameters' names of the format's first days: the assertions print them.
     const uint8_t atype = tag;
     const uint32_t alen = len;
-    const uint32_t end = zv::be16(msg);
-    const uint64_t new_end = uint64_t{end} + HEADER_SIZE + len;
+    const uint32_t end = be16(msg);
+    const uint64_t new_end = uint64_t{end} + TLV_HEADER_SIZE + len;
     if (new_end > size || new_end > LENGTH_FIELD_MAX) {
         return 0;
     }
@@ -217,12 +217,12 @@ int32_t sntlv_add_bin(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, co
     }
 
     uint8_t *element = msg + end;
-    zv::put_be32(element, len << 8 | tag);
+    put_be32(element, len << 8 | tag);
     if (len > 0) {
-        memcpy(element + HEADER_SIZE, value, len);
+        memcpy(element + TLV_HEADER_SIZE, value, len);
     }
-    zv::put_be16(msg, static_cast<uint16_t>(new_end));
-    return static_cast<int32_t>(HEADER_SIZE + len);
+    put_be16(msg, static_cast<uint16_t>(new_end));
+    return static_cast<int32_t>(TLV_HEADER_SIZE + len);
 }
 
 int32_t sntlv_add_dat(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, uint32_t value)
@@ -237,12 +237,12 @@ int32_t sntlv_add_dat(uint8_t *msg, uint32_t size, uint8_t tag, uint32_t len, ui
 
 uint8_t *tlv_find(const uint8_t *msg, uint8_t tag)
 {
-    const int32_t signed_area = sntlv_msg_len(msg) - static_cast<int32_t>(HEADER_SIZE);
+    const int32_t signed_area = sntlv_msg_len(msg) - TLV_HEADER_SIZE;
     if (signed_area <= 0) {
         return nullptr;
     }
     const auto area = static_cast<uint32_t>(signed_area);
-    const uint8_t *elements = msg + HEADER_SIZE;
+    const uint8_t *elements = msg + TLV_HEADER_SIZE;
     uint32_t offset = 0;
     while (has_header(offset, area)) {
         const uint8_t *element = elements + offset;
@@ -264,7 +264,7 @@ int32_t sntlv_find(uint8_t *dest, int32_t destsize, uint8_t tag, const uint8_t *
     if (length >= destsize) {
         return 0;
     }
-    memcpy(dest, element + HEADER_SIZE, static_cast<size_t>(length));
+    memcpy(dest, element + TLV_HEADER_SIZE, static_cast<size_t>(length));
     return length;
 }
 
@@ -274,7 +274,7 @@ int32_t tlv_validate(const uint8_t *msg)
     if (const int32_t result = check_length(length); result != 0) {
         return result;
     }
-    const Elements elements(msg, static_cast<uint32_t>(length) - HEADER_SIZE);
+    const Elements elements(msg, static_cast<uint32_t>(length) - TLV_HEADER_SIZE);
     if (const int32_t result = check_elements(msg, length, elements); result != 0) {
         return result;
     }
@@ -285,8 +285,8 @@ void sntlv_void(uint8_t *msg, uint8_t tag)
 {
     uint8_t *tlv = find_whole(msg, tag);
     ZV_ASSERT(tlv != NULL);
-    tlv[TAG_OFFSET] = TLV_VOID;
-    memset(tlv + HEADER_SIZE, 0, value_length(tlv));
+    tlv[ELEMENT_TAG] = TLV_VOID;
+    memset(tlv + TLV_HEADER_SIZE, 0, value_length(tlv));
 }
 
 int32_t sntlv_remove(uint8_t *msg, uint32_t size, uint8_t tag)
@@ -295,7 +295,7 @@ int32_t sntlv_remove(uint8_t *msg, uint32_t size, uint8_t tag)
     const uint8_t *tlvend = find_whole(msg, tag);
     ZV_ASSERT(tlvend != NULL);
     const auto taken = static_cast<int32_t>(element_length(tlvend));
-    zv::put_be16(msg, static_cast<uint16_t>(sntlv_msg_len(msg) - taken));
+    put_be16(msg, static_cast<uint16_t>(sntlv_msg_len(msg) - taken));
     return -taken;
 }
 
@@ -322,7 +322,7 @@ int32_t snLoclbin(uint8_t *dest, uint32_t size, uint32_t len, const uint8_t *src
 int32_t zvmsg_build(zvIoBuf_t *iobuf, const char *cmd, const uint8_t *arg, uint32_t arglen, uint32_t category)
 {
     uint8_t *msg = iobuf->buf;
-    const uint32_t size = zv::capacity(*iobuf);
+    const uint32_t size = capacity(*iobuf);
     uint8_t code[COMMAND_SIZE] = {};
     memcpy(code, cmd, strnlen(cmd, sizeof code));
     iobuf->len = sntlv_msg_init(msg, size, static_cast<uint8_t>(category));
@@ -338,7 +338,7 @@ void zvmsg_response(zvIoBuf_t *iobuf, uint8_t **arg, uint16_t *len)
         return;
     }
     if (uint8_t *element = find_whole(iobuf->buf, TLV_RSPARG); element != nullptr) {
-        *arg = element + HEADER_SIZE;
+        *arg = element + TLV_HEADER_SIZE;
         *len = static_cast<uint16_t>(value_length(element));
     }
 }

@@ -1,6 +1,7 @@
 #include "decode.h"
 
 #include "bytes.h"
+#include "message_format.h"
 #include "names.h"
 #include "queue_names.h"
 #include "remote_commands.h"
@@ -23,8 +24,6 @@ namespace zv {
 
 namespace {
 
-constexpr size_t HEADER_SIZE = 4; // of a message, and of an element
-constexpr uint8_t CATEGORY_MAX = 0xEF;
 constexpr size_t ROW = 16; // bytes printed in a line
 
 std::string text(const char *format, ...) __attribute__((format(printf, 1, 2)));
@@ -124,23 +123,23 @@ const Element *Message::find(uint8_t tag) const
 
 void Message::read_elements()
 {
-    size_t offset = HEADER_SIZE;
+    size_t offset = TLV_HEADER_SIZE;
     while (offset < m_size) {
-        if (m_size - offset < HEADER_SIZE) {
+        if (m_size - offset < TLV_HEADER_SIZE) {
             fault(text("the message ends at %zu, inside the head of the element at %zu", m_size, offset));
             return;
         }
-        const size_t size = be16(m_bytes + offset + 1);
-        const uint8_t tag = m_bytes[offset + 3];
-        const size_t left = m_size - offset - HEADER_SIZE;
+        const size_t size = be16(m_bytes + offset + ELEMENT_LENGTH);
+        const uint8_t tag = m_bytes[offset + ELEMENT_TAG];
+        const size_t left = m_size - offset - TLV_HEADER_SIZE;
         if (size > left) {
             fault(text("the element at %zu has length %zu, and %zu bytes are left", offset, size, left));
         }
-        m_elements.push_back({offset, tag, m_bytes + offset + HEADER_SIZE, std::min(size, left)});
+        m_elements.push_back({offset, tag, m_bytes + offset + TLV_HEADER_SIZE, std::min(size, left)});
         if (tag_name(tag).empty()) {
             fault(text("the element at %zu has the unknown tag 0x%02X", offset, tag));
         }
-        offset += HEADER_SIZE + std::min(size, left);
+        offset += TLV_HEADER_SIZE + std::min(size, left);
     }
 }
 
@@ -321,16 +320,16 @@ std::string Message::meaning(const Element &element)
 
 int Message::print(std::ostream &out)
 {
-    if (m_size < HEADER_SIZE) {
+    if (m_size < TLV_HEADER_SIZE) {
         out << text("message, %zu bytes\n", m_size);
         print_bytes(out, m_bytes, m_size, 4);
         out << "  ! the message is shorter than its head of 4 bytes\n";
         return 1;
     }
-    m_category = m_bytes[3];
+    m_category = m_bytes[MESSAGE_CATEGORY];
     out << text("%s %s, %zu bytes, category %d\n", daemon() ? "daemon" : "camera", response() ? "response" : "command",
                 m_size, m_category);
-    if (const size_t length = be16(m_bytes); length != m_size) {
+    if (const size_t length = be16(m_bytes + MESSAGE_LENGTH); length != m_size) {
         fault(text("the length field says %zu, and there are %zu bytes", length, m_size));
     }
     if (const size_t most = daemon() ? size_t{DAEMON_MSG_MAX} : size_t{ZVMSG_MAX}; m_size > most) {
@@ -357,8 +356,8 @@ int Message::print(std::ostream &out)
 
 Link link_of(const uint8_t *bytes, size_t size)
 {
-    const bool daemon = size >= HEADER_SIZE && (bytes[3] == CAT_ZVCTRL_CMD || bytes[3] == CAT_ZVCTRL_RSP);
-    return daemon ? Link::DAEMON : Link::CAMERA;
+    const uint8_t category = size >= TLV_HEADER_SIZE ? bytes[MESSAGE_CATEGORY] : 0;
+    return category == CAT_ZVCTRL_CMD || category == CAT_ZVCTRL_RSP ? Link::DAEMON : Link::CAMERA;
 }
 
 int decode_message(const uint8_t *bytes, size_t size, Link link, std::ostream &out)

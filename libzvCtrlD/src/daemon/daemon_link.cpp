@@ -1,6 +1,7 @@
 #include "daemon_link.h"
 
 #include "bytes.h"
+#include "message_format.h"
 #include "queue_names.h"
 #include "zvcontrol_if.h"
 
@@ -27,7 +28,6 @@ constexpr size_t QUEUE_NAME_MAX = 256;
 constexpr mode_t RESPONSE_QUEUE_MODE = 0664;
 
 constexpr uint16_t PARAM_MAX = DAEMON_MSG_MAX - 1;
-constexpr size_t HEADER_SIZE = 4; // of a message, and of each element
 
 bool open_daemon_queue(const SourceLocation &where)
 {
@@ -151,9 +151,9 @@ void close_daemon_link()
 
 bool command_fits(const Parameter &parameter)
 {
-    const size_t argument = parameter.bytes != nullptr ? HEADER_SIZE + parameter.length : 0;
-    const size_t size = HEADER_SIZE + HEADER_SIZE + sizeof(uint32_t) + argument + daemon_link.source.getSize() +
-                        HEADER_SIZE + sizeof daemon_link.caller_id + daemon_link.end.getSize();
+    const size_t argument = parameter.bytes != nullptr ? TLV_HEADER_SIZE + parameter.length : 0;
+    const size_t size = TLV_HEADER_SIZE + TLV_HEADER_SIZE + sizeof(uint32_t) + argument + daemon_link.source.getSize() +
+                        TLV_HEADER_SIZE + sizeof daemon_link.caller_id + daemon_link.end.getSize();
     return parameter.length <= PARAM_MAX && size <= DAEMON_MSG_MAX;
 }
 

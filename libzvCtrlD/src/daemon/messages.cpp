@@ -1,6 +1,7 @@
 #include "messages.h"
 
 #include "bytes.h"
+#include "message_format.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -12,15 +13,11 @@
 
 #define ZV_SOURCE_PATH "libzvCtrlD/src/messages"
 
+using namespace zv;
+
 namespace {
 
 int32_t gMessageDebugEnabled = 0;
-
-// Of a message and of an element: a length, a reserved byte before or after it, and the category or type.
-constexpr uint16_t HEADER_SIZE = 4;
-constexpr size_t MSG_SIZE = 0;
-constexpr size_t ELEMENT_LENGTH = 1;
-constexpr size_t HEADER_KIND = 3;
 
 constexpr size_t USUAL_ELEMENTS = 8; // no message of this link has more
 constexpr uint16_t DUMP_ROW = 16;
@@ -212,7 +209,7 @@ MsgElement::~MsgElement()
 
 uint16_t MsgElement::getSize() const
 {
-    return static_cast<uint16_t>(HEADER_SIZE + m_length);
+    return static_cast<uint16_t>(TLV_HEADER_SIZE + m_length);
 }
 
 uint8_t MsgElement::getType() const
@@ -305,7 +302,7 @@ void Msg::clear()
 
 uint16_t Msg::getSize() const
 {
-    uint16_t size = HEADER_SIZE;
+    uint16_t size = TLV_HEADER_SIZE;
     for (const MsgElement *element : m_elements) {
         size = static_cast<uint16_t>(size + element->getSize());
     }
@@ -363,9 +360,9 @@ CommandMsg::~CommandMsg() = default;
 
 MemStream &operator<<(MemStream &stream, const MsgElement &element)
 {
-    uint8_t header[HEADER_SIZE] = {};
-    zv::put_be16(header + ELEMENT_LENGTH, element.getDataLength());
-    header[HEADER_KIND] = element.getType();
+    uint8_t header[TLV_HEADER_SIZE] = {};
+    put_be16(header + ELEMENT_LENGTH, element.getDataLength());
+    header[ELEMENT_TAG] = element.getType();
     stream.writeArray(header, sizeof header);
     stream.writeArray(element.getData(), element.getDataLength());
     return stream;
@@ -375,9 +372,9 @@ MemStream &operator<<(MemStream &stream, const Msg &msg)
 {
     msg.dump();
     stream.reset();
-    uint8_t header[HEADER_SIZE] = {};
-    zv::put_be16(header + MSG_SIZE, msg.getSize());
-    header[HEADER_KIND] = msg.getCategory();
+    uint8_t header[TLV_HEADER_SIZE] = {};
+    put_be16(header + MESSAGE_LENGTH, msg.getSize());
+    header[MESSAGE_CATEGORY] = msg.getCategory();
     stream.writeArray(header, sizeof header);
     for (const MsgElement *element : msg.m_elements) {
         stream << *element;
@@ -387,16 +384,16 @@ MemStream &operator<<(MemStream &stream, const Msg &msg)
 
 MemStream &operator>>(MemStream &stream, MsgElement &element)
 {
-    if (!stream.expect(HEADER_SIZE)) {
+    if (!stream.expect(TLV_HEADER_SIZE)) {
         return stream;
     }
-    uint8_t header[HEADER_SIZE];
+    uint8_t header[TLV_HEADER_SIZE];
     stream.readArray(header, sizeof header);
-    const uint16_t length = zv::be16(header + ELEMENT_LENGTH);
+    const uint16_t length = be16(header + ELEMENT_LENGTH);
     if (!stream.expect(length)) {
         return stream;
     }
-    element.m_type = header[HEADER_KIND];
+    element.m_type = header[ELEMENT_TAG];
     element.setData(stream.getBuffer() + stream.getLength(), length);
     stream.m_index = static_cast<uint16_t>(stream.m_index + length);
     return stream;
@@ -406,13 +403,13 @@ MemStream &operator>>(MemStream &stream, Msg &msg)
 {
     stream.reset();
     msg.clear();
-    if (!stream.expect(HEADER_SIZE)) {
+    if (!stream.expect(TLV_HEADER_SIZE)) {
         return stream;
     }
-    uint8_t header[HEADER_SIZE];
+    uint8_t header[TLV_HEADER_SIZE];
     stream.readArray(header, sizeof header);
-    const uint16_t size = zv::be16(header + MSG_SIZE);
-    msg.m_category = header[HEADER_KIND];
+    const uint16_t size = be16(header + MESSAGE_LENGTH);
+    msg.m_category = header[MESSAGE_CATEGORY];
     while (stream.getLength() < size) { // the cursor is what the message measures so far
         auto element = std::make_unique<MsgElement>();
         stream >> *element;
