@@ -33,7 +33,7 @@ struct AspectRatioRow {
     const char *place;
 };
 
-struct EasyPreset {
+struct EasyVideo {
     std::span<const AspectRatioRow> aspect_ratios;
     std::span<const FovRow> fovs;
     const char *name;
@@ -56,7 +56,7 @@ constexpr FovRow FOVS_5_3K[] = {
     {MOBILE,     FOV_WIDE,                         {R_4K,   R_4K,   NONE,   NONE},   "Video Mobile"},
     {UNIVERSAL,  FOV_WIDE,                         {R_5_3K, R_4K,   NONE,   NONE},   "Video Universal"},
 };
-constexpr EasyPreset EASY_5_3K = {ASPECT_RATIOS_5_3K, FOVS_5_3K, "Video"};
+constexpr EasyVideo EASY_5_3K = {ASPECT_RATIOS_5_3K, FOVS_5_3K, "Video"};
 
 constexpr AspectRatioRow ASPECT_RATIOS_4K[] = {
     {WIDESCREEN, "HDR Widescreen"},
@@ -74,7 +74,7 @@ constexpr FovRow FOVS_4K[] = {
     {MOBILE,     FOV_WIDE,                         {R_4K,   R_4K,   NONE,   NONE},   "HDR Universal"},
     {UNIVERSAL,  FOV_WIDE,                         {R_4K,   R_4K,   NONE,   NONE},   "HDR Universal"},
 };
-constexpr EasyPreset EASY_4K = {ASPECT_RATIOS_4K, FOVS_4K, "HDR"};
+constexpr EasyVideo EASY_4K = {ASPECT_RATIOS_4K, FOVS_4K, "HDR"};
 
 constexpr AspectRatioRow ASPECT_RATIOS_1080P[] = {
     {WIDESCREEN, "HDR Widescreen"},
@@ -89,7 +89,7 @@ constexpr FovRow FOVS_1080P[] = {
     {WIDESCREEN, FOV_LINEAR_PLUS_HORIZON_LOCK,     {R_1080, R_1080, R_1080, NONE},   "HDR Widescreen"},
     {UNIVERSAL,  FOV_WIDE,                         {R_1080, R_1080, NONE,   NONE},   "HDR Universal"},
 };
-constexpr EasyPreset EASY_1080P = {ASPECT_RATIOS_1080P, FOVS_1080P, "HDR"};
+constexpr EasyVideo EASY_1080P = {ASPECT_RATIOS_1080P, FOVS_1080P, "HDR"};
 // clang-format on
 
 Resolution res_of(const FovRow &row, uint32_t fps)
@@ -102,7 +102,7 @@ Resolution res_of(const FovRow &row, uint32_t fps)
     return NONE;
 }
 
-void resolve(const EasyPreset &preset, uint32_t *res, uint32_t fps, uint32_t fov, uint32_t aspect_ratio,
+void resolve(const EasyVideo &preset, uint32_t *res, uint32_t fps, uint32_t fov, uint32_t aspect_ratio,
              const SourceLocation &where = SourceLocation::current())
 {
     const auto aspect = std::find_if(preset.aspect_ratios.begin(), preset.aspect_ratios.end(),
