@@ -13,21 +13,13 @@ namespace zv {
 
 namespace {
 
-struct Tag {
-    uint8_t tag;
-    const char *name;
-};
-
-constexpr Tag TAGS[] = {
-    {TLV_CMD, "CMD"},         {TLV_CMDARG, "CMDARG"}, {TLV_DST, "DST"}, {TLV_SRC, "SRC"}, {TLV_RSPARG, "RSPARG"},
-    {TLV_ASOURCE, "ASOURCE"}, {TLV_VOID, "VOID"},     {TLV_RSP, "RSP"}, {TLV_END, "END"},
-};
-
 // The numbers from 0 on; a number without a name has an empty one.
+constexpr auto TAGS = enumerator_names<decltype(TLV_CMD), TLV_END + 1>();
 constexpr auto GROUPS = enumerator_names<decltype(REMOTE_GROUP_APP), REMOTE_GROUP_CAPABILITY + 1>();
 constexpr auto ACTIONS = enumerator_names<RemoteCommand, remote_command(REMOTE_GROUP_CAPABILITY, UINT8_MAX) + 1>();
 constexpr auto DAEMON_COMMANDS = enumerator_names<zvcontrol_command_t, ZVCONTROL_CMD_LAST>();
 
+constexpr std::string_view TAG_PREFIX = "TLV_";
 constexpr std::string_view GROUP_PREFIX = "REMOTE_GROUP_";
 
 // The daemon's numbers up to here are settled, and those from the resynchronisation on. Somewhere between them they run
@@ -40,25 +32,21 @@ std::string_view name_at(const std::array<std::string_view, COUNT> &names, uint3
     return number < COUNT ? names[number] : std::string_view();
 }
 
-constexpr uint32_t SABLE_KNOLL_MODEL = 62;
-constexpr uint32_t DEFAULT_MODEL = 0;
+std::string_view without(std::string_view prefix, std::string_view name)
+{
+    return name.empty() ? name : name.substr(prefix.size());
+}
 
 } // namespace
 
 std::string_view tag_name(uint8_t tag)
 {
-    for (const Tag &row : TAGS) {
-        if (row.tag == tag) {
-            return row.name;
-        }
-    }
-    return {};
+    return without(TAG_PREFIX, name_at(TAGS, tag));
 }
 
 std::string_view group_name(uint8_t group)
 {
-    const std::string_view name = name_at(GROUPS, group);
-    return name.empty() ? name : name.substr(GROUP_PREFIX.size());
+    return without(GROUP_PREFIX, name_at(GROUPS, group));
 }
 
 std::string_view action_name(uint8_t group, uint8_t action)
@@ -68,14 +56,10 @@ std::string_view action_name(uint8_t group, uint8_t action)
 
 std::string_view setting_name(uint32_t id)
 {
-    for (const uint32_t model : {SABLE_KNOLL_MODEL, DEFAULT_MODEL}) {
-        uint32_t count = 0;
-        const settings_id_entry_t *rows = camera_settings_id_table(model, &count);
-        if (id < count && rows[id].end_marker == 0 && rows[id].json_path[0] != '\0') {
-            return rows[id].json_path;
-        }
-    }
-    return {};
+    constexpr uint32_t DEFAULT_MODEL = 0; // whose generation has every setting
+    uint32_t count = 0;
+    const settings_id_entry_t *rows = camera_settings_id_table(DEFAULT_MODEL, &count);
+    return id < count && rows[id].end_marker == 0 ? rows[id].json_path : "";
 }
 
 std::string daemon_command_name(uint32_t command)
