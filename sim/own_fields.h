@@ -7,7 +7,7 @@
 
 namespace zv::sim {
 
-inline constexpr Field RAW_AUDIO_TRACK = settings(17);
+inline constexpr Field AUDIO_VELLIX_ON = settings(17);
 inline constexpr Field REMOTE_ROTATION = settings(35);
 inline constexpr Field BUTTON_FIRST = settings(38);
 inline constexpr Field BUTTON_SECOND = settings(39);

@@ -23,9 +23,6 @@ namespace zv::sim {
 
 namespace {
 
-// Has no row: the library writes it after SETTING_AUDIO_VELLIX_OPTION.
-constexpr uint32_t RAW_AUDIO_TRACK_SETTING = 79;
-
 // Settings whose command is another than their row's, or that have none there.
 struct SettingCommand {
     uint32_t setting;
@@ -164,8 +161,8 @@ Bytes payload_of(uint32_t value)
 
 int32_t write_setting(Camera &camera, uint32_t setting, uint32_t value)
 {
-    if (setting == RAW_AUDIO_TRACK_SETTING) {
-        camera.state().set(RAW_AUDIO_TRACK, value);
+    if (setting == SETTING_AUDIO_VELLIX_ON) {
+        camera.state().set(AUDIO_VELLIX_ON, value);
         return ZV_OK;
     }
     const settings_id_entry_t *row = setting_row(camera, setting);

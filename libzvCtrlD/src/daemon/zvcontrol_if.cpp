@@ -53,10 +53,7 @@ uint16_t serve_kept(const Snapshot &snapshot, uint8_t *response)
     return snapshot.size;
 }
 
-// A write of one setting takes another along.
-constexpr uint32_t LEADING_SETTING = SETTING_AUDIO_VELLIX_OPTION;
-constexpr uint32_t LEADING_VALUE_OFF = 3;
-constexpr uint32_t FOLLOWING_SETTING = 79;
+constexpr uint32_t AUDIO_VELLIX_OPTION_OFF = 3;
 constexpr uint16_t SETTING_PARAM_SIZE = 2 * NUMBER_SIZE; // id, value
 
 bool check_open(const SourceLocation &where)
@@ -177,12 +174,12 @@ int32_t zvcontrol_send_command_param_response(zvcontrol_command_t command, const
         ZV_LOG(ZV_LOG_ERROR, "Invalid setting param legnth =%d", param_length);
         return ZV_OK;
     }
-    if (le32(param) != LEADING_SETTING) {
+    if (le32(param) != SETTING_AUDIO_VELLIX_OPTION) {
         return ZV_OK;
     }
     uint8_t following[SETTING_PARAM_SIZE];
-    put_le32(following, FOLLOWING_SETTING);
-    put_le32(following + NUMBER_SIZE, le32(param + NUMBER_SIZE) != LEADING_VALUE_OFF ? 1 : 0);
+    put_le32(following, SETTING_AUDIO_VELLIX_ON);
+    put_le32(following + NUMBER_SIZE, le32(param + NUMBER_SIZE) != AUDIO_VELLIX_OPTION_OFF ? 1 : 0);
     return zvcontrol_send_command_param_response_ex(ZVCONTROL_SET_SETTING_ID, following, sizeof following, response,
                                                     response_size, nullptr);
 }
