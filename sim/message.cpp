@@ -22,7 +22,7 @@ size_t message_max(Link link)
 
 Bytes build_message(uint8_t category, std::initializer_list<Element> elements)
 {
-    size_t size = 2 * TLV_HEADER_SIZE;
+    size_t size = TLV_HEADER_SIZE + TLV_HEADER_SIZE; // its own and that of TLV_END
     for (const Element &element : elements) {
         size += TLV_HEADER_SIZE + element.value.size();
     }
