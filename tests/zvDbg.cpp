@@ -15,6 +15,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -230,6 +231,41 @@ TEST(TimedWait, WaitsForADescriptorInSeconds)
     }
     EXPECT_TRUE(waits().selects.empty());
     EXPECT_EQ(4u, log_lines().size());
+}
+
+TEST(TimedWait, GoesOnAfterASignalForWhatIsLeft)
+{
+    reset();
+    Queue queue("/t_signal" + std::to_string(getpid()), 2, 64);
+    const int64_t begin = now();
+    for (const int64_t time : {1'000'000, 4'500'000}) {
+        signal_after(time);
+    }
+    EXPECT_EQ(0, msg_available(queue.descriptor(), 7));
+    EXPECT_EQ(7'000'000, now() - begin);
+    EXPECT_EQ(1u, log_lines().size());
+
+    signal_after(2'000'000);
+    after(3'000'000, [&] { queue.send({1}); });
+    EXPECT_EQ(1, msg_available(queue.descriptor(), 10));
+    EXPECT_EQ(10'000'000, now() - begin);
+}
+
+TEST(TimedWait, TakesDescriptorsThatFitIntoNoSet)
+{
+    reset();
+    Queue queue("/t_large" + std::to_string(getpid()), 2, 64);
+    rlimit limit = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &limit));
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &limit));
+    const int large = fcntl(queue.descriptor(), F_DUPFD, FD_SETSIZE);
+    ASSERT_GE(large, FD_SETSIZE);
+    EXPECT_EQ(0, msg_available(large, 0));
+    queue.send({1});
+    EXPECT_EQ(1, msg_available(large, 3));
+    EXPECT_TRUE(waits().selects.empty());
+    close(large);
 }
 
 // Fails an assertion with SIGABRT ignored, and shows the log on standard error at the exit that then follows.

@@ -1,5 +1,7 @@
 #include "zvDbg.h"
 
+#include "timed_wait.h"
+
 #include <atomic>
 #include <cerrno>
 #include <csignal>
@@ -13,7 +15,6 @@
 #include <execinfo.h>
 #include <fcntl.h>
 #include <iterator>
-#include <sys/select.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -204,28 +205,33 @@ void zvAssertTraceFailed(const char *file, const char *path, const char *functio
     exit(-1);
 }
 
+bool zv::message_available(mqd_t queue, TimeLimit &limit)
+{
+    if (wait_for(QueueEvent::MESSAGE, queue, limit)) {
+        return true;
+    }
+    zvUtilKlogMsgLevel(ZV_LOG_INFO, __LINE__, ZV_FILE_NAME, "Warning: %d seconds timeout expired", limit.seconds());
+    return false;
+}
+
+int64_t zv::receive_in_time(mqd_t queue, char *buffer, size_t size, TimeLimit &limit)
+{
+    if (!message_available(queue, limit)) {
+        errno = ETIMEDOUT;
+        return -1;
+    }
+    return mq_receive(queue, buffer, size, nullptr);
+}
+
 int32_t msg_available(int32_t fd, int32_t seconds)
 {
-    if (fd >= 0 && fd < FD_SETSIZE) { // a closed queue has nothing to wait for
-        fd_set readable;
-        FD_ZERO(&readable);
-        FD_SET(fd, &readable);
-        timeval limit = {};
-        limit.tv_sec = seconds;
-        if (select(fd + 1, &readable, nullptr, nullptr, &limit) == 1) {
-            return 1;
-        }
-    }
-    zvUtilKlogMsgLevel(ZV_LOG_INFO, __LINE__, ZV_FILE_NAME, "Warning: %d seconds timeout expired", seconds);
-    return 0;
+    zv::TimeLimit limit(seconds);
+    return zv::message_available(fd, limit) ? 1 : 0;
 }
 
 int64_t zv_mq_timedreceive(mqd_t mqd, char *buf, size_t len, uint32_t *prio, const timespec *timeout)
 {
     (void)prio;
-    if (msg_available(mqd, static_cast<int32_t>(timeout->tv_sec)) == 0) {
-        errno = ETIMEDOUT;
-        return -1;
-    }
-    return mq_receive(mqd, buf, len, nullptr);
+    zv::TimeLimit limit(static_cast<int32_t>(timeout->tv_sec));
+    return zv::receive_in_time(mqd, buf, len, limit);
 }
