@@ -16,6 +16,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -307,6 +308,15 @@ TEST(AssertionDeathTest, TraceLeavesARecordAndTheStack)
     std::ostringstream record;
     record << std::ifstream("/tmp/zvlog.txt").rdbuf();
     EXPECT_THAT(record.str(), MatchesRegex("(ASSERT:tests/zvDbg/operator\\(\\):[0-9]+:one == 2\n){2}"));
+    unlink("/tmp/zvlog.txt");
+
+    // What somebody else put there is neither written to nor waited for.
+    ASSERT_EQ(0, symlink("/tmp/zvlog.victim", "/tmp/zvlog.txt"));
+    EXPECT_EXIT(fails(), testing::KilledBySignal(SIGABRT), "");
+    EXPECT_NE(0, access("/tmp/zvlog.victim", F_OK));
+    unlink("/tmp/zvlog.txt");
+    ASSERT_EQ(0, mkfifo("/tmp/zvlog.txt", 0600));
+    EXPECT_EXIT(fails(), testing::KilledBySignal(SIGABRT), "");
     unlink("/tmp/zvlog.txt");
 }
 

@@ -15,6 +15,7 @@
 #include <execinfo.h>
 #include <fcntl.h>
 #include <iterator>
+#include <sys/stat.h>
 #include <syslog.h>
 #include <unistd.h>
 
@@ -68,6 +69,22 @@ constexpr size_t CUT_ROOM = 91;
 
 constexpr int STACK_FRAMES = 100;
 constexpr int ASSERT_FRAMES = 10;
+
+constexpr char RECORD_PATH[] = "/tmp/zvlog.txt";
+constexpr mode_t RECORD_MODE = 0666;
+
+// The file that keeps failed assertions, to append to. In a folder that is open to everybody the name may be somebody's
+// link or FIFO: null for what is no file of its own, and no wait.
+FILE *open_record()
+{
+    const int fd = open(RECORD_PATH, O_RDWR | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, RECORD_MODE);
+    struct stat found = {};
+    FILE *record = fd >= 0 && fstat(fd, &found) == 0 && S_ISREG(found.st_mode) ? fdopen(fd, "a+") : nullptr;
+    if (fd >= 0 && record == nullptr) {
+        close(fd);
+    }
+    return record;
+}
 
 } // namespace
 
@@ -183,7 +200,7 @@ void zvAssertFailed(const char *file, const char *path, const char *function, in
 
 void zvAssertTraceFailed(const char *file, const char *path, const char *function, int32_t line, const char *expression)
 {
-    if (FILE *record = fopen("/tmp/zvlog.txt", "a+"); record != nullptr) {
+    if (FILE *record = open_record(); record != nullptr) {
         fprintf(record, "ASSERT:%s/%s:%d:%s\n", path, function, line, expression);
         fclose(record);
     }
