@@ -37,6 +37,18 @@ class Mailbox : public testing::Test {
     }
 };
 
+TEST_F(Mailbox, ClosesNothingOfOthers)
+{
+    zvMbox_t mailbox;
+    ASSERT_EQ(0, zvMbox_rxopen(NAME.c_str(), 2, &mailbox));
+    const mqd_t number = mailbox.mqd;
+    EXPECT_EQ(0, zvMbox_close(&mailbox));
+    ASSERT_EQ(number, dup(0));
+    EXPECT_EQ(-1, zvMbox_close(&mailbox));
+    EXPECT_EQ(EBADF, errno);
+    EXPECT_EQ(0, close(number));
+}
+
 TEST_F(Mailbox, CarriesMessagesInOrder)
 {
     umask(0);

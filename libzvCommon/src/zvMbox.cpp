@@ -108,7 +108,9 @@ int32_t zvMbox_txopen(const char *name, zvMbox_t *mbox)
 
 int32_t zvMbox_close(zvMbox_t *mbox)
 {
-    return mq_close(mbox->mqd);
+    const int32_t result = mq_close(mbox->mqd);
+    mbox->mqd = -1; // the number may soon be another file's
+    return result;
 }
 
 int32_t zvMbox_unlink(const char *name)
