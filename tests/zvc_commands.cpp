@@ -5,8 +5,10 @@
 #include "zvc_commands_zvx.h"
 
 #include <cerrno>
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <optional>
 
 using namespace test;
 using testing::ElementsAre;
@@ -136,6 +138,106 @@ TEST_F(Exchange, DropsWhatWaitedBeforeTheRequest)
     EXPECT_THAT(log_messages(),
                 ElementsAre("There are 2 outstanding messages in the rx queue", "Trash msg length 26 received",
                             "Trash msg length 3 received", "clearing out queue 2 messages"));
+}
+
+TEST_F(Exchange, DropsTheAnswerToAnotherRequest)
+{
+    // What an answer to request 1/9 repeats as its arguments, or nothing.
+    const auto repeating = [](const std::optional<Bytes> &arguments, uint8_t mark) {
+        std::vector<Element> elements = {{TLV_CMD, text("YY")}, {TLV_RSPARG, good({mark})}, {TLV_END, {}}};
+        if (arguments) {
+            elements.insert(elements.begin() + 1, {TLV_CMDARG, *arguments});
+        }
+        return tlv_message(5, elements);
+    };
+    Bytes cut = repeating(Bytes{0, 1, 8, 0, 0}, 7);
+    cut.pop_back();
+    struct Case {
+        const char *name;
+        Bytes answer;
+        bool dropped;
+    };
+    const Case cases[] = {
+        {"the same request", repeating(Bytes{0, 1, 9, 0, 0}, 7), false},
+        {"another action", repeating(Bytes{0, 1, 8, 0, 0}, 7), true},
+        {"another group", repeating(Bytes{0, 2, 9, 0, 0}, 7), true},
+        {"another payload", repeating(Bytes{0, 1, 9, 0, 2, 5, 6}, 7), true},
+        {"nothing", repeating({}, 7), false},
+        {"an empty request", repeating(Bytes{}, 7), false},
+        {"a short request", repeating(Bytes{0, 1, 8, 0}, 7), false},
+        {"a reserved byte", repeating(Bytes{1, 1, 8, 0, 0}, 7), false},
+        {"a payload that is not there", repeating(Bytes{0, 1, 8, 0, 1}, 7), false},
+        {"more than the payload", repeating(Bytes{0, 1, 8, 0, 1, 2, 3}, 7), false},
+    };
+    const Bytes right = repeating(Bytes{0, 1, 9, 0, 0}, 0x42);
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        reset();
+        EXPECT_EQ(std::pair(0, Bytes{c.dropped ? uint8_t{0x42} : uint8_t{7}}), answer({c.answer, right}));
+        EXPECT_EQ(c.dropped, !log_messages().empty());
+    }
+    payload = nullptr;
+    EXPECT_EQ(std::pair(-3, Bytes{}), answer({cut, right})); // a malformed one tells nothing
+
+    // The wait ends with its limit, however many such answers come.
+    reset();
+    CameraDouble camera;
+    camera.expect_silence(1, 9);
+    for (int i = 1; i <= 12; ++i) {
+        after(i * 900'000, [&] { camera.reply().send(repeating(Bytes{0, 1, 8, 0, 0}, 7)); });
+    }
+    const int64_t begin = now();
+    EXPECT_EQ(-81, zvc_send_simple_remote_api(camera.context(), 1, 9));
+    EXPECT_EQ(10'000'000, now() - begin);
+    EXPECT_EQ("Dropped the answer to another request, gid/aid, 1,8", log_messages().front());
+
+    // What is no remote API request gets whatever comes.
+    Queue relay("/t_any_relay", 2, ZVMSG_MAX);
+    Queue reply_queue("/t_any_reply", 2, ZVMSG_MAX);
+    zvc_msg_q_context_t context = {"/to_web", relay.descriptor(), reply_queue.descriptor(), {}, 0, 0, 0};
+    on_wait([&] { reply_queue.send(repeating(Bytes{0, 1, 8, 0, 0}, 7)); });
+    EXPECT_EQ(0, zvc_send_dorsak_command(&context, "YY", nullptr, 0, &payload, &payload_size));
+    EXPECT_EQ(8, payload_size);
+}
+
+TEST_F(Exchange, WaitsForRoomWithinItsTenSeconds)
+{
+    Queue relay("/t_full_relay", 1, ZVMSG_MAX);
+    Queue reply_queue("/t_full_reply", 2, ZVMSG_MAX);
+    for (const int flags : {0, O_NONBLOCK}) {
+        const mqd_t tx = mq_open(relay.name(), O_WRONLY | flags);
+        zvc_msg_q_context_t context = {"/to_web", tx, reply_queue.descriptor(), {}, 0, 0, 0};
+        relay.send({1});
+        EXPECT_EQ(0, zvc_send_simple_remote_api_async(&context, 1, 9)); // a post is lost at once
+
+        int64_t begin = now();
+        EXPECT_EQ(-81, zvc_send_simple_remote_api(&context, 1, 9));
+        EXPECT_EQ(10'000'000, now() - begin);
+        EXPECT_EQ(1, context.rx_failed);
+
+        // Room comes after 4 seconds, and with it an answer that is nobody's; the right one comes 5 seconds later.
+        reset();
+        after(4'000'000, [&] {
+            EXPECT_EQ(Bytes{1}, relay.receive());
+            reply_queue.send(reply(good({7})));
+        });
+        after(9'000'000, [&] { reply_queue.send(reply(good({0x42}))); });
+        begin = now();
+        EXPECT_EQ(0, zvc_send_remote_api_for_response(&context, 1, 9, &payload, &payload_size));
+        EXPECT_EQ(9'000'000, now() - begin);
+        EXPECT_EQ(Bytes{0x42}, Bytes(payload, payload + payload_size));
+        EXPECT_THAT(log_messages(),
+                    ElementsAre("There are 1 outstanding messages in the rx queue", "clearing out queue 1 messages"));
+        EXPECT_FALSE(relay.receive().empty());
+
+        after(4'000'000, [&] { relay.receive(); });
+        relay.send({1});
+        begin = now();
+        EXPECT_EQ(-81, zvc_send_simple_remote_api(&context, 1, 9));
+        EXPECT_EQ(10'000'000, now() - begin);
+        relay.receive();
+        mq_close(tx);
+    }
 }
 
 TEST_F(Exchange, RefusesAContextThatWasNeverSetUp)

@@ -12,6 +12,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <new>
+#include <sys/resource.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 using namespace test;
@@ -134,9 +136,9 @@ TEST_F(Link, TakesOnlyTheFreshKey)
         EXPECT_THAT(log_messages().back(), HasSubstr(c.log));
         EXPECT_FALSE(zvcontrol_is_response_queue_sychronized());
     }
-    fail(Call::MQ_SEND, EAGAIN);
+    fail(Call::MQ_SEND, EBADF);
     EXPECT_EQ(-81, zvcontrol_send_resync());
-    EXPECT_EQ("mq_send() failed for '/to_zvCtlD': Resource temporarily unavailable", log_messages().back());
+    EXPECT_EQ("mq_send() failed for '/to_zvCtlD': Bad file descriptor", log_messages().back());
 }
 
 TEST_F(Link, ServesTheKeptSnapshot)
@@ -254,6 +256,142 @@ TEST_F(Link, ReadsEveryFormOfAnswer)
     EXPECT_EQ(0, zvcontrol_parse_ret_response_type(other.data(), static_cast<uint16_t>(other.size()), &ret, source, 2,
                                                    TLV_SRC, nullptr));
     EXPECT_THAT(source, ElementsAre(3, 4));
+}
+
+TEST_F(Link, DropsASnapshotOfAnotherCommand)
+{
+    const auto record = [](size_t size) { return daemon_answer(0, Bytes(size, 0x5A)); };
+    const zvcontrol_command_t commands[] = {ZVCONTROL_GET_ALL_SETTINGS, ZVCONTROL_GET_ALL_STATUS,
+                                            ZVCONTROL_GET_ALL_SETTINGS_STATUS, ZVCONTROL_SET_SETTING_ID};
+    const size_t sizes[] = {238, 394, 634, 0};
+    Bytes response(700);
+    uint16_t length = 0;
+    const auto ask = [&](zvcontrol_command_t command) {
+        log_lines().clear();
+        return zvcontrol_send_command_param_response_ex(command, nullptr, 0, response.data(), 700, &length);
+    };
+    open_in_step();
+    for (size_t asked = 0; asked < std::size(sizes); ++asked) {
+        for (const size_t size : {size_t{238}, size_t{394}, size_t{634}}) {
+            const bool right = size == sizes[asked];
+            daemon.expect(commands[asked], {}, record(size));
+            if (!right) {
+                after(9'000'000, [] { DaemonDouble::send(own_queue.c_str(), daemon_answer(0, Bytes{7})); });
+            }
+            EXPECT_EQ(0, ask(commands[asked]));
+            EXPECT_EQ(right ? size : 1, length);
+            EXPECT_EQ(right, log_messages().empty());
+        }
+    }
+    // What is short, has no return code or is no answer at all is taken at once.
+    const Bytes no_code = tlv_message(21, {{TLV_RSPARG, Bytes(634)}, {TLV_END, {}}});
+    const Bytes command = tlv_message(20, {{TLV_RSP, {0, 0, 0, 0}}, {TLV_RSPARG, Bytes(634)}, {TLV_END, {}}});
+    for (const Bytes &answer : {record(633), record(239), no_code, command}) {
+        daemon.expect(GET, {}, answer);
+        ask(GET);
+        EXPECT_TRUE(zvcontrol_is_response_queue_sychronized());
+        EXPECT_NE(1, length);
+    }
+}
+
+TEST_F(Link, WaitsForRoomWithinItsTenSeconds)
+{
+    open_in_step();
+    Bytes snapshot(634, 0x33);
+    daemon.expect(ZVCONTROL_GET_ALL_SETTINGS_STATUS, {}, daemon_answer(0, snapshot));
+    const auto poll = [](Bytes &response) {
+        return zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, response.data(),
+                                                        634, nullptr);
+    };
+    Bytes response(634);
+    EXPECT_EQ(0, poll(response));
+
+    // A daemon that hangs: the last snapshot is served on, however often it is asked for.
+    daemon.hang();
+    for (int i = 0; i < 12; ++i) {
+        const int64_t begin = now();
+        EXPECT_EQ(0, poll(response));
+        EXPECT_EQ(10'000'000, now() - begin);
+        EXPECT_EQ(0x33, response[208]);
+        EXPECT_EQ(1, response[209]);
+    }
+    EXPECT_EQ(-81, send(GET));
+    EXPECT_EQ("Resync failed, cannot send command", log_messages().back());
+    EXPECT_THAT(log_messages(), testing::Contains("mq_send() failed for '/to_zvCtlD': Connection timed out"));
+}
+
+TEST_F(Link, FindsARestartedDaemon)
+{
+    open_in_step();
+    daemon.expect(GET, {}, SILENCE);
+    EXPECT_EQ(-81, send(GET));
+    daemon.stop();
+    const int64_t begin = now();
+    EXPECT_EQ(-81, send(GET));
+    EXPECT_EQ(begin, now());
+    EXPECT_EQ("Resync failed, cannot send command", log_messages().back());
+    daemon.start();
+    daemon.expect_resync();
+    daemon.expect(GET, {}, daemon_answer(5));
+    EXPECT_EQ(5, send(GET));
+    EXPECT_TRUE(zvcontrol_is_response_queue_sychronized());
+}
+
+TEST_F(Link, ReplacesAQueueThatADeadProcessLeft)
+{
+    struct Case {
+        long depth;
+        long size;
+    };
+    for (const auto &[depth, size] : {Case{5, 500}, Case{5, 16000}, Case{1, 10000}, Case{5, 10000}}) {
+        Queue left(own_queue, depth, size);
+        left.send({1});
+        ASSERT_EQ(0, zvcontrol_interface_open());
+        bring_in_step();
+        daemon.expect(GET, {}, daemon_answer(5));
+        EXPECT_EQ(5, send(GET));
+        EXPECT_EQ(depth != 5 || size != 10000, !left.empty());
+        zvcontrol_interface_close();
+    }
+}
+
+TEST_F(Link, LeavesItsParentsQueueAlone)
+{
+    open_in_step();
+    const pid_t child = fork();
+    if (child == 0) {
+        zvcontrol_interface_close();
+        _exit(is_zvcontrol_interface_open());
+    }
+    int status = -1;
+    EXPECT_EQ(child, waitpid(child, &status, 0));
+    EXPECT_EQ(0, status);
+    daemon.expect(GET, {}, daemon_answer(5));
+    EXPECT_EQ(5, send(GET));
+}
+
+TEST_F(Link, TellsALackOfQueueBytesFromALackOfDescriptors)
+{
+    rlimit bytes = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_MSGQUEUE, &bytes));
+    const rlimit few = {1000, bytes.rlim_max};
+    ASSERT_EQ(0, setrlimit(RLIMIT_MSGQUEUE, &few));
+    EXPECT_EQ(-1, zvcontrol_interface_open());
+    EXPECT_THAT(log_messages(),
+                ElementsAre("mq_open() failed for '" + own_queue + "': Too many open files\n",
+                            "The user's message queues would take more than RLIMIT_MSGQUEUE, 1000 bytes"));
+    ASSERT_EQ(0, setrlimit(RLIMIT_MSGQUEUE, &bytes));
+
+    log_lines().clear();
+    rlimit files = {};
+    ASSERT_EQ(0, getrlimit(RLIMIT_NOFILE, &files));
+    const int next = dup(0);
+    close(next);
+    const rlimit one = {static_cast<rlim_t>(next) + 1, files.rlim_max}; // for the daemon's queue
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &one));
+    EXPECT_EQ(-1, zvcontrol_interface_open());
+    ASSERT_EQ(0, setrlimit(RLIMIT_NOFILE, &files));
+    EXPECT_THAT(log_messages(), ElementsAre("mq_open() failed for '" + own_queue + "': Too many open files\n"));
 }
 
 TEST_F(Link, ASettingTakesAnotherAlong)

@@ -37,8 +37,9 @@ Bytes daemon_answer(int32_t code, const std::optional<Bytes> &payload)
     return tlv_message(CAT_ZVCTRL_RSP, elements);
 }
 
-DaemonDouble::DaemonDouble() : m_queue("/to_zvCtlD", 10, DAEMON_MSG_MAX)
+DaemonDouble::DaemonDouble()
 {
+    start();
     on_wait([this] { serve(); });
 }
 
@@ -49,6 +50,11 @@ DaemonDouble::~DaemonDouble()
     if (!m_script.empty()) {
         ADD_FAILURE() << "expected commands did not come:" << leftovers();
     }
+}
+
+void DaemonDouble::start()
+{
+    m_queue.emplace("/to_zvCtlD", 10, DAEMON_MSG_MAX);
 }
 
 void DaemonDouble::expect(uint32_t command, const Bytes &param, const Bytes &answer)
@@ -94,7 +100,10 @@ std::string DaemonDouble::leftovers() const
 
 void DaemonDouble::serve()
 {
-    for (Bytes message = m_queue.receive(); !message.empty(); message = m_queue.receive()) {
+    if (!m_queue || m_hangs) {
+        return;
+    }
+    for (Bytes message = m_queue->receive(); !message.empty(); message = m_queue->receive()) {
         m_received.push_back(message);
         const Bytes command = element_of(message, TLV_CMD);
         const Bytes param = element_of(message, TLV_CMDARG);

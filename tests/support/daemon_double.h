@@ -27,6 +27,12 @@ class DaemonDouble {
     void expect_resync(const std::function<Bytes(uint32_t key)> &answer = echo);
     static Bytes echo(uint32_t key) { return daemon_answer(0, little_endian(key)); }
 
+    // Takes no command any more.
+    void hang() { m_hangs = true; }
+    // Ends in order, which removes its queue, and makes it anew.
+    void stop() { m_queue.reset(); }
+    void start();
+
     // The whole messages that the daemon got, oldest first.
     const std::vector<Bytes> &received();
 
@@ -44,7 +50,8 @@ class DaemonDouble {
     std::string leftovers() const; // a line for each expected command that did not come
     void serve();
 
-    Queue m_queue;
+    std::optional<Queue> m_queue;
+    bool m_hangs = false;
     std::deque<Step> m_script;
     std::vector<Bytes> m_received;
 };

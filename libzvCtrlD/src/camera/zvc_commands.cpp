@@ -8,9 +8,12 @@
 #include "io_buffer.h"
 #include "message_finish.h"
 #include "queue_names.h"
+#include "sent_request.h"
+#include "timed_wait.h"
 
 #include <cassert>
 #include <cerrno>
+#include <ctime>
 
 using namespace zv;
 
@@ -25,10 +28,37 @@ void finish_message(zvc_msg_q_context_t *context, const char *dest, int32_t dire
     assert(0 == (int)tlv_validate(context->iobuf.buf));
 }
 
+// Posts the finished message at once or not at all: the deadline is long past, so that a full queue does not block,
+// however the context's owner opened it.
 int32_t post(zvc_msg_q_context_t *context)
 {
+    constexpr timespec PAST = {};
     const zvIoBuf_t &iobuf = context->iobuf;
-    return mq_send(context->mq_tx, reinterpret_cast<const char *>(iobuf.buf), static_cast<size_t>(iobuf.len), 0);
+    return mq_timedsend(context->mq_tx, reinterpret_cast<const char *>(iobuf.buf), static_cast<size_t>(iobuf.len), 0,
+                        &PAST);
+}
+
+// Posts the finished message to a reply queue without leftovers. A request that found no room, or was lost in another
+// way, shows as a time-out.
+void post_request(zvc_msg_q_context_t *context, TimeLimit &limit)
+{
+    do {
+        char trash[ZVMSG_MAX];
+        drain_queue(context->mq_rx, trash, sizeof trash, "There are %d outstanding messages in the rx queue");
+    } while (post(context) != 0 && wait_for_room(context->mq_tx, limit));
+}
+
+// Takes the answer to `request` into the context's buffer. Answers to other requests, which came late or belong to a
+// post, are dropped.
+Received receive_answer(zvc_msg_q_context_t *context, const SentRequest &request, TimeLimit &limit)
+{
+    zvIoBuf_t &iobuf = context->iobuf;
+    for (;;) {
+        const Received answer = await_answer(context->mq_rx, iobuf.buf, capacity(iobuf), limit);
+        if (!request.refuses(iobuf.buf, answer.length)) {
+            return answer;
+        }
+    }
 }
 
 int32_t check_context(const zvc_msg_q_context_t *context)
@@ -78,12 +108,12 @@ int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *
                                       int32_t direction)
 {
     finish_message(context, dest, direction);
-    char trash[ZVMSG_MAX];
-    drain_queue(context->mq_rx, trash, sizeof trash, "There are %d outstanding messages in the rx queue");
-    post(context); // a lost request shows as a time-out
+    const SentRequest request(context->iobuf.buf);
+    TimeLimit limit(ANSWER_SECONDS);
+    post_request(context, limit);
 
     zvIoBuf_t &iobuf = context->iobuf;
-    const auto [length, error] = await_answer(context->mq_rx, iobuf.buf, capacity(iobuf));
+    const auto [length, error] = receive_answer(context, request, limit);
     if (length >= 0) {
         iobuf.len = length;
         return length;

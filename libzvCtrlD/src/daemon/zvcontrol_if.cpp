@@ -38,9 +38,25 @@ constexpr Snapshot SNAPSHOTS[] = {
     {ZVCONTROL_GET_ALL_SETTINGS_STATUS, ALL_STATUS_OFFSET, sizeof(all_status_settings_t)},
 };
 
-const Snapshot *find_snapshot(zvcontrol_command_t command)
+const Snapshot *find_snapshot(uint32_t command)
 {
     return find_row(SNAPSHOTS, [=](const Snapshot &snapshot) { return snapshot.command == command; });
+}
+
+// Whether an answer carries exactly a snapshot that `command` does not answer with. It belongs to another command, and
+// is the only one known to do so: an answer does not name its command. The resynchronisation judges what it gets by its
+// key.
+bool is_of_another_command(const Msg &answer, uint32_t command)
+{
+    const MsgElement *code = answer.findElement(TLV_RSP);
+    const MsgElement *payload = answer.findElement(TLV_RSPARG);
+    if (command == ZVCONTROL_RESYNC_MESSAGE_QUEUE || answer.getCategory() != CAT_ZVCTRL_RSP || code == nullptr ||
+        code->getDataLength() < NUMBER_SIZE || payload == nullptr) {
+        return false;
+    }
+    const auto is_of_size = [=](const Snapshot &snapshot) { return snapshot.size == payload->getDataLength(); };
+    const Snapshot *own = find_snapshot(command);
+    return find_row(SNAPSHOTS, is_of_size) != nullptr && (own == nullptr || !is_of_size(*own));
 }
 
 // Answers with the kept record, and says in a status record that the camera is busy. Returns the record's size.
@@ -72,27 +88,83 @@ struct Payload {
     uint16_t *length;
 };
 
-// Posts a command and takes the next message as its answer; `code` is then the daemon's return code. Without a wait
-// neither that nor the payload is touched. `name` is the command's in the log.
+// Waits for the next message, which is then in the link's buffer. Returns its length, or ZV_ERR_NO_RESPONSE.
+int32_t wait_response(TimeLimit &limit)
+{
+    const Received answer = await_answer(daemon_link.responses, daemon_link.buffer, DAEMON_MSG_MAX, limit);
+    if (answer.length >= 0) {
+        return answer.length;
+    }
+    const char *name = daemon_link.response_queue_name != nullptr ? daemon_link.response_queue_name : "";
+    daemon_link.in_step = false;
+    if (answer.error == ETIMEDOUT) {
+        ZV_LOG(ZV_LOG_ERROR, "Timed out (%dsec) on receive on message queue %s, ret %d errno %d\n", ANSWER_SECONDS,
+               name, answer.length, answer.error);
+    } else {
+        ZV_LOG(ZV_LOG_ERROR, "Error receiving response on message queue %s, ret %d errno %d\n", name, answer.length,
+               answer.error);
+    }
+    return ZV_ERR_NO_RESPONSE;
+}
+
+// Copies the data of the first element of `type`, or as much of it as there is room for. A payload that is not wanted,
+// or of a camera that is switched off, may be missing.
+int32_t copy_payload(const Msg &answer, uint8_t type, int32_t code, const Payload &payload)
+{
+    if (payload.bytes == nullptr || payload.size == 0 || code == ZV_ERR_NAK_OFF) {
+        return ZV_OK;
+    }
+    const MsgElement *element = answer.findElement(type);
+    if (element == nullptr) {
+        ZV_LOG(ZV_LOG_ERROR, "WARNING: No typeRSPARG in response from daemon, we expected one! return code was:%d",
+               code);
+        return ZV_ERR;
+    }
+    const uint16_t copied = std::min(element->getDataLength(), payload.size);
+    if (copied != 0) {
+        memcpy(payload.bytes, element->getData(), copied);
+    }
+    if (payload.length != nullptr) {
+        *payload.length = copied;
+    }
+    return ZV_OK;
+}
+
+// Takes the next message that may be the answer to `command`, and its return code. `name` is the command's in the log.
+int32_t receive_answer(uint32_t command, const char *name, TimeLimit &limit, Msg &answer, int32_t &code,
+                       const SourceLocation &where)
+{
+    for (;;) {
+        const int32_t length = wait_response(limit);
+        if (length < 0) {
+            ZV_LOG_AT(where, ZV_LOG_ERROR, "zvcontrol_wait_response failed! command: %s(%d) ret: %d", name,
+                      static_cast<int>(command), length);
+            return length;
+        }
+        ZV_LOG_AT(where, ZV_LOG_INFO, "zvcontrol_wait_response ret:%d, len:%d", ZV_OK, length);
+        code = parse_return_code(daemon_link.buffer, static_cast<uint16_t>(length), answer);
+        if (!is_of_another_command(answer, command)) {
+            return ZV_OK;
+        }
+        ZV_LOG_AT(where, ZV_LOG_ERROR, "Dropped the answer to another command, waiting for that to %s(%d)", name,
+                  static_cast<int>(command));
+    }
+}
+
+// Posts a command and takes its answer; `code` is then the daemon's return code. Without a wait neither that nor the
+// payload is touched.
 int32_t exchange(uint32_t command, const char *name, const Parameter &parameter, int32_t &code, const Payload &payload,
                  const SourceLocation &where)
 {
-    if (const int32_t result = post_command(command, parameter, where); result != ZV_OK) {
+    TimeLimit limit(ANSWER_SECONDS);
+    if (const int32_t result = post_command(command, parameter, limit, where); result != ZV_OK || !daemon_link.waits) {
         return result;
     }
-    if (!daemon_link.waits) {
-        return ZV_OK;
-    }
-    uint8_t *answer = nullptr;
-    uint16_t length = 0;
-    const int32_t result = zvcontrol_wait_response(&answer, &length);
-    if (result != ZV_OK) {
-        ZV_LOG_AT(where, ZV_LOG_ERROR, "zvcontrol_wait_response failed! command: %s(%d) ret: %d", name,
-                  static_cast<int>(command), result);
+    Msg answer(CAT_ZVCTRL_RSP);
+    if (const int32_t result = receive_answer(command, name, limit, answer, code, where); result != ZV_OK) {
         return result;
     }
-    ZV_LOG_AT(where, ZV_LOG_INFO, "zvcontrol_wait_response ret:%d, len:%d", result, length);
-    if (zvcontrol_parse_ret_response(answer, length, &code, payload.bytes, payload.size, payload.length) != ZV_OK) {
+    if (copy_payload(answer, TLV_RSPARG, code, payload) != ZV_OK) {
         ZV_LOG_AT(where, ZV_LOG_ERROR, "Failed to parse response");
         return ZV_ERR;
     }
@@ -241,7 +313,7 @@ int32_t zvcontrol_send_resync()
     const auto where = SourceLocation::current();
     uint8_t key[NUMBER_SIZE];
     put_le32(key, ++daemon_link.last_key);
-    if (!check_open(where)) {
+    if (!check_open(where) || !find_daemon_again(where)) {
         return ZV_ERR_NO_RESPONSE;
     }
     uint8_t echo[DAEMON_MSG_MAX] = {}; // the whole payload: one that only begins with the key is no echo
@@ -264,22 +336,14 @@ int32_t zvcontrol_send_resync()
 
 int32_t zvcontrol_wait_response(uint8_t **buffer, uint16_t *length)
 {
-    const Received answer = await_answer(daemon_link.responses, daemon_link.buffer, DAEMON_MSG_MAX);
-    if (answer.length < 0) {
-        const char *name = daemon_link.response_queue_name != nullptr ? daemon_link.response_queue_name : "";
-        daemon_link.in_step = false;
-        if (answer.error == ETIMEDOUT) {
-            ZV_LOG(ZV_LOG_ERROR, "Timed out (%dsec) on receive on message queue %s, ret %d errno %d\n", ANSWER_SECONDS,
-                   name, answer.length, answer.error);
-        } else {
-            ZV_LOG(ZV_LOG_ERROR, "Error receiving response on message queue %s, ret %d errno %d\n", name, answer.length,
-                   answer.error);
-        }
+    TimeLimit limit(ANSWER_SECONDS);
+    const int32_t result = wait_response(limit);
+    if (result < 0) {
         *length = 0;
-        return ZV_ERR_NO_RESPONSE;
+        return result;
     }
     *buffer = daemon_link.buffer;
-    *length = static_cast<uint16_t>(answer.length);
+    *length = static_cast<uint16_t>(result);
     return ZV_OK;
 }
 
@@ -326,23 +390,7 @@ int32_t zvcontrol_parse_ret_response_type(const uint8_t *buffer, uint16_t length
 {
     Msg msg(CAT_ZVCTRL_RSP);
     *ret = parse_return_code(buffer, length, msg);
-    if (payload == nullptr || payload_size == 0 || *ret == ZV_ERR_NAK_OFF) {
-        return ZV_OK;
-    }
-    const MsgElement *element = msg.findElement(type);
-    if (element == nullptr) {
-        ZV_LOG(ZV_LOG_ERROR, "WARNING: No typeRSPARG in response from daemon, we expected one! return code was:%d",
-               *ret);
-        return ZV_ERR;
-    }
-    const uint16_t copied = std::min(element->getDataLength(), payload_size);
-    if (copied != 0) {
-        memcpy(payload, element->getData(), copied);
-    }
-    if (payload_length != nullptr) {
-        *payload_length = copied;
-    }
-    return ZV_OK;
+    return copy_payload(msg, type, *ret, {payload, payload_size, payload_length});
 }
 
 int32_t zvcontrol_parse_ret_response(const uint8_t *buffer, uint16_t length, int32_t *ret, uint8_t *payload,
