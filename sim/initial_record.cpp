@@ -40,6 +40,7 @@ constexpr InitialValue INITIAL_RECORD[] = {
     {status(STATUS_WIRELESS_WIFI_BARS), 3},
     {status(STATUS_WIRELESS_AP_STATE), 1},
     {status(STATUS_WIRELESS_BAND_5GHZ_AVAIL), 1},
+    {status(STATUS_LIVEVIEW_EXPOSURE_SELECT_TYPE), 2}, // published as 0: no exposure point forbids a shutter time
 
     // Settings of the camera as a whole
     {settings(SETTINGS_SETUP_DEFAULT_CAMERA_MODE, 4), 255}, // last used
