@@ -51,6 +51,7 @@ Camera::Camera(uint8_t model, uint32_t seed)
 void Camera::set_mode(const FlatModeRow &mode)
 {
     m_mode = &mode;
+    m_preset = nullptr;
     m_state.set(status(STATUS_APP_CURRENT_MODE), mode.flat_mode);
     m_state.set(settings(SETTINGS_SETUP_CURRENT_FLAT_MODE), mode.flat_mode);
     m_state.set(status(STATUS_APP_ACTIVE_PRESETS_GROUP, 4), mode.presets);
@@ -64,6 +65,7 @@ bool Camera::load_preset(uint32_t preset)
     }
     m_state.set(ACTIVE_PRESETS[row->group], preset);
     set_mode(*find_flat_mode(row->flat_mode));
+    m_preset = row;
     return true;
 }
 

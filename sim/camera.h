@@ -4,6 +4,7 @@
 
 #include "capture.h"
 #include "card.h"
+#include "easy_mode.h"
 #include "field.h"
 #include "flat_modes.h"
 #include "state.h"
@@ -27,6 +28,8 @@ class Camera {
     const FlatModeRow &mode() const { return *m_mode; }
     void set_mode(const FlatModeRow &mode);
 
+    // The preset that brought the present mode; null where the mode was chosen by itself.
+    const EasyPreset *preset() const { return m_preset; }
     // Makes the preset active and takes on its mode. False for a preset that the camera does not have.
     bool load_preset(uint32_t preset);
 
@@ -49,6 +52,7 @@ class Camera {
     Card m_card;
     Capture m_capture;
     const FlatModeRow *m_mode = nullptr;
+    const EasyPreset *m_preset = nullptr;
     uint64_t m_microseconds = 0;    // of the second that has begun
     uint32_t m_percent_seconds = 0; // until the battery moves by 1 %
     uint32_t m_flashing_seconds = 0;

@@ -1,14 +1,19 @@
 #include "simulator.h"
 
 #include "daemon_peer.h"
+#include "field.h"
 #include "firmware_peer.h"
+#include "flat_modes.h"
 #include "identity.h"
+#include "offered_options.h"
 #include "queue_names.h"
 #include "trace.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
+#include <zvctrl/camera_records.h>
 #include <zvctrl/zvcontrol_if.h>
 
 namespace zv::sim {
@@ -19,6 +24,14 @@ constexpr Link LINKS[] = {Link::DAEMON, Link::RELAY};
 constexpr const char *QUEUE_NAMES[] = {DAEMON_QUEUE, RELAY_QUEUE}; // by Link
 constexpr uint64_t MILLISECOND = 1000;
 constexpr int BURST = 16; // more than a queue holds, so that busy clients do not keep the owner from other work
+
+// The flat mode and the user interface, by which the filter rules go more than by anything else.
+using Mode = std::pair<FlatMode, uint8_t>;
+
+Mode present_mode(const Camera &camera)
+{
+    return {camera.mode().flat_mode, camera.state().byte(settings(SETTINGS_SETUP_CAMERA_UX_MODE))};
+}
 
 } // namespace
 
@@ -126,9 +139,20 @@ Answer Simulator::answer(const Request &request, const Effects &effects)
         answer.error = static_cast<uint8_t>(*effects.error);
         return answer;
     }
-    answer = daemon ? answer_as_daemon(m_camera, request) : answer_as_firmware(m_camera, request);
+    answer = carry_out(request);
     if (effects.wrong_key && daemon && request.command == ZVCONTROL_RESYNC_MESSAGE_QUEUE && !answer.payload.empty()) {
         ++answer.payload.front();
+    }
+    return answer;
+}
+
+Answer Simulator::carry_out(const Request &request)
+{
+    const Mode before = present_mode(m_camera);
+    Answer answer =
+        request.link == Link::DAEMON ? answer_as_daemon(m_camera, request) : answer_as_firmware(m_camera, request);
+    if (present_mode(m_camera) != before) {
+        take_offered_options(m_camera);
     }
     return answer;
 }

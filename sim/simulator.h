@@ -66,6 +66,7 @@ class Simulator {
     uint64_t last_due(Link link) const;
     std::vector<Reply> replies(const Request &request, const Effects &effects);
     Answer answer(const Request &request, const Effects &effects);
+    Answer carry_out(const Request &request);
     void distort(const Effects &effects, Bytes &message);
     void send(Link link, const std::string &queue, const Bytes &message);
     void begin_outage(Link link, const Effects &effects);

@@ -4,7 +4,9 @@
 #include "csi_double.h"
 #include "firmware_peer.h"
 #include "interpose.h"
+#include "offered_options.h"
 #include "rules.h"
+#include "setting_writes.h"
 #include "zvc_broadcast.h"
 #include "zvc_commands_zvx.h"
 #include "zvc_fwupdate.h"
@@ -14,6 +16,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
 using namespace test;
 using namespace zv::sim;
@@ -44,6 +47,12 @@ class SimulatedCamera : public testing::Test {
         FaultRule rule;
         ASSERT_EQ("", parse_fault(text, rule));
         camera.faults().add(rule);
+    }
+
+    void set_mode(uint8_t flat_mode)
+    {
+        EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 17, 23, &flat_mode, 1));
+        EXPECT_EQ(flat_mode, seen(settings(SETTINGS_SETUP_CURRENT_FLAT_MODE)));
     }
 
     // A daemon command, and the answers that have come.
@@ -367,17 +376,79 @@ TEST_F(SimulatedCamera, LosesAndSpoilsAnswersByRule)
     EXPECT_EQ(1u, ask_daemon(33).size());
 }
 
-TEST(InitialRecord, HoldsWhatTheCameraOffers)
+// The settings that are offered with at least one option. None of these may hold an option that is taken away.
+std::set<uint32_t> offered_settings(const Camera &camera)
 {
-    const Camera camera(62, 1);
     all_status_settings_t record = {};
     std::copy(camera.state().record().begin(), camera.state().record().end(), record.bytes);
     const zv::CameraState state = zv::read_state(record, 62);
     const zv::Availability availability(state, 62);
+    std::set<uint32_t> offered;
     for (const auto &[setting, options] : getCameraOptions(62)) {
-        if (availability.offers(setting)) {
-            EXPECT_TRUE(availability.offers(setting, state.settings[setting])) << setting;
+        if (!availability.options(setting).empty()) {
+            offered.insert(setting);
+            EXPECT_TRUE(availability.offers(setting, state.settings[setting])) << "setting " << setting;
         }
+    }
+    return offered;
+}
+
+TEST_F(SimulatedCamera, OffersEverySettingInSomeModeAndHoldsWhatItOffers)
+{
+    std::set<uint32_t> offered = offered_settings(camera.camera());
+    const auto sweep = [&] {
+        for (const uint8_t ux_mode : test::Bytes{1, 0}) { // pro, easy
+            EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 7, 74, &ux_mode, 1));
+            for (const uint8_t flat_mode : test::Bytes{12, 13, 15, 16, 18, 19, 20, 21, 24, 26, 29, 30, 31}) {
+                SCOPED_TRACE(testing::Message() << "user interface " << +ux_mode << ", flat mode " << +flat_mode);
+                offered.merge(offered_settings(camera.camera()));
+                set_mode(flat_mode);
+                offered.merge(offered_settings(camera.camera()));
+            }
+        }
+    };
+    sweep();
+    // What some settings wait for: a microphone, an interval, an add-on lens that is on.
+    camera.camera().state().set(status(STATUS_SYSTEM_SOUND_CAGE_MIC_STATUS), 1);
+    for (const auto &[setting, value] : {std::pair(171, 3), std::pair(189, 2), std::pair(190, 1)}) {
+        EXPECT_EQ(ZV_OK, write_setting(camera.camera(), setting, value));
+    }
+    sweep();
+    for (const auto &[setting, options] : getCameraOptions(62)) {
+        EXPECT_TRUE(offered.contains(setting)) << "setting " << setting;
+    }
+}
+
+TEST_F(SimulatedCamera, TakesTheFirstOptionThatANewModeLeaves)
+{
+    set_mode(15);
+    EXPECT_EQ(8u, seen(settings(SETTINGS_VIDEO_FPS))); // looping has 30 alone
+    EXPECT_EQ(1u, seen(settings(SETTINGS_VIDEO_RESOLUTION)));
+    set_mode(12);
+    EXPECT_EQ(8u, seen(settings(SETTINGS_VIDEO_FPS))); // which video has, too
+    const uint8_t star_trail[] = {1, 0, 0xD, 0};
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 17, 12, star_trail, sizeof star_trail));
+    EXPECT_EQ(0u, seen(settings(SETTINGS_VIDEO_FOV))); // wide alone
+    const uint8_t linear = 4;
+    EXPECT_EQ(ZV_OK, zvc_send_remote_api_payload(&context, 2, 96, &linear, 1)); // a write is taken as it comes
+    EXPECT_EQ(linear, seen(settings(SETTINGS_VIDEO_FOV)));
+}
+
+// What one setting takes can take away another's option in turn.
+TEST(OfferedOptions, AreTakenWhateverWasThereBefore)
+{
+    std::mt19937 random(5);
+    for (int i = 0; i < 1000; ++i) {
+        SCOPED_TRACE(i);
+        Camera camera(62, 1);
+        for (int writes = 0; writes < 6; ++writes) {
+            const auto &[setting, options] = *std::next(getCameraOptions(62).begin(), random() % 89);
+            write_setting(camera, setting, options[random() % options.size()]->value);
+        }
+        const auto flat_mode = camera.mode().flat_mode;
+        take_offered_options(camera);
+        offered_settings(camera);
+        EXPECT_EQ(flat_mode, camera.mode().flat_mode);
     }
 }
 
