@@ -18,6 +18,7 @@ struct FaultKind {
     int32_t usual;           // that number where the rule has none
     int32_t usual_of_daemon; // the same on the daemon link
     void (*apply)(Effects &effects, int32_t amount);
+    bool of_both_links = false; // without link=, whichever link the request came on
 };
 
 namespace {
@@ -25,6 +26,7 @@ namespace {
 constexpr char MILLISECONDS[] = "ms";
 constexpr char BYTES[] = "bytes";
 constexpr char CODE[] = "code";
+constexpr char REQUESTS[] = "requests";
 
 constexpr int32_t DELAY_MS = 15000; // longer than a client waits
 constexpr int32_t OUTAGE_MS = 3000;
@@ -36,6 +38,10 @@ constexpr FaultKind KINDS[] = {
      [](Effects &effects, int32_t) { effects.drop = true; }},
     {"delay", "the answer is late, the daemon's next ones wait behind it (ms=15000)", MILLISECONDS, DELAY_MS, DELAY_MS,
      [](Effects &effects, int32_t amount) { effects.delay_ms += static_cast<uint32_t>(amount); }},
+    {"hold", "the answer comes just before that to the Nth request after it (requests=1)", REQUESTS, 1, 1,
+     [](Effects &effects, int32_t amount) { effects.hold_requests = static_cast<uint32_t>(amount); }},
+    {"foreign", "the answer to another request comes first; with drop, in its place", nullptr, 0, 0,
+     [](Effects &effects, int32_t) { effects.foreign = true; }},
     {"double", "the answer comes twice", nullptr, 0, 0, [](Effects &effects, int32_t) { ++effects.copies; }},
     {"truncate", "the answer is cut to this many bytes (half of it)", BYTES, HALF, HALF,
      [](Effects &effects, int32_t amount) { effects.cut_to = static_cast<uint32_t>(amount); }},
@@ -51,6 +57,9 @@ constexpr FaultKind KINDS[] = {
      [](Effects &effects, int32_t) { effects.switched_off = true; }},
     {"die", "nothing is answered, and what came meanwhile is forgotten (ms=3000)", MILLISECONDS, OUTAGE_MS, OUTAGE_MS,
      [](Effects &effects, int32_t amount) { effects.dead_ms = static_cast<uint32_t>(amount); }},
+    {"restart", "the queue is removed, and made anew later; without link both queues (ms=3000)", MILLISECONDS,
+     OUTAGE_MS, OUTAGE_MS, [](Effects &effects, int32_t amount) { effects.restart_ms = static_cast<uint32_t>(amount); },
+     true},
     {"full", "nothing is read, and the queue is full (ms=3000)", MILLISECONDS, OUTAGE_MS, OUTAGE_MS,
      [](Effects &effects, int32_t amount) { effects.full_ms = static_cast<uint32_t>(amount); }},
 };
@@ -145,6 +154,7 @@ void apply(const FaultRule &rule, Link link, Effects &effects)
 {
     const int32_t usual = link == Link::DAEMON ? rule.kind->usual_of_daemon : rule.kind->usual;
     rule.kind->apply(effects, rule.amount.value_or(usual));
+    effects.both_links = effects.both_links || (rule.kind->of_both_links && !rule.link);
 }
 
 std::string help_line(const char *name, const char *value, const char *help)

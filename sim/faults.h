@@ -21,7 +21,7 @@ struct FaultKind; // a row of the table of kinds
 // times (0: no limit).
 struct FaultRule {
     const FaultKind *kind = nullptr; // static; null until the rule is read
-    std::optional<int32_t> amount;   // milliseconds, bytes or code, as the kind has it
+    std::optional<int32_t> amount;   // milliseconds, bytes, code or requests, as the kind has it
 
     std::optional<Link> link;
     std::optional<uint32_t> command;
@@ -46,12 +46,16 @@ inline constexpr uint32_t CUT_TO_HALF = UINT32_MAX;
 // What happens to one request: all rules that fire, together.
 struct Effects {
     bool drop = false;
+    bool foreign = false;
     bool wrong_key = false;
     bool switched_off = false;
     uint32_t copies = 1;
     uint32_t delay_ms = 0;
+    uint32_t hold_requests = 0;
     uint32_t dead_ms = 0;
     uint32_t full_ms = 0;
+    std::optional<uint32_t> restart_ms;
+    bool both_links = false; // the restart is that of both peers
     std::optional<uint32_t> cut_to;
     uint32_t corrupt_bytes = 0;
     std::optional<int32_t> refusal;

@@ -1,12 +1,17 @@
 #include "offered_options.h"
 
+#include "easy_mode.h"
+#include "flat_modes.h"
 #include "rules.h"
 #include "setting_writes.h"
+#include "state.h"
 
 #include <zvctrl/camera_records.h>
 #include <zvctrl/camera_settings.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <vector>
 
 namespace zv::sim {
 

@@ -4,6 +4,7 @@
 #include "field.h"
 #include "firmware_peer.h"
 #include "flat_modes.h"
+#include "foreign.h"
 #include "identity.h"
 #include "offered_options.h"
 #include "queue_names.h"
@@ -23,6 +24,7 @@ namespace {
 constexpr Link LINKS[] = {Link::DAEMON, Link::RELAY};
 constexpr const char *QUEUE_NAMES[] = {DAEMON_QUEUE, RELAY_QUEUE}; // by Link
 constexpr uint64_t MILLISECOND = 1000;
+constexpr uint64_t REOPENING = 100 * MILLISECOND; // until the next attempt to make a queue anew
 constexpr int BURST = 16; // more than a queue holds, so that busy clients do not keep the owner from other work
 
 // The flat mode and the user interface, by which the filter rules go more than by anything else.
@@ -40,17 +42,21 @@ Simulator::Simulator(uint8_t model, uint32_t seed) : m_camera(model, seed), m_no
 std::string Simulator::open()
 {
     for (const Link link : LINKS) {
-        if (std::string wrong = queue(link).open(QUEUE_NAMES[static_cast<size_t>(link)], message_max(link));
-            !wrong.empty()) {
+        if (std::string wrong = open_queue(link); !wrong.empty()) {
             return wrong;
         }
     }
     return store_identity(m_camera.state().model());
 }
 
+std::string Simulator::open_queue(Link link)
+{
+    return queue(link).open(QUEUE_NAMES[static_cast<size_t>(link)], message_max(link));
+}
+
 bool Simulator::reads(Link link) const
 {
-    return m_outages[static_cast<size_t>(link)].until <= m_now;
+    return m_outages[static_cast<size_t>(link)].kind == OutageKind::NONE;
 }
 
 void Simulator::serve()
@@ -74,18 +80,43 @@ void Simulator::take(Link link, const Bytes &message)
         return;
     }
     const Effects effects = m_faults.meet(*request);
-    if (effects.dead_ms > 0 || effects.full_ms > 0) {
-        begin_outage(link, effects);
+    if (begin_outage(link, effects)) {
         return;
     }
+    release(link);
+    if (effects.foreign) {
+        const Request other = foreign_request(*request);
+        dispatch(link, request->source, {0, build_answer(other, ask_peer(other))});
+    }
     for (const Reply &reply : replies(*request, effects)) {
-        const uint64_t due = std::max(m_now + reply.delay, last_due(link));
-        if (due > m_now) {
-            m_late.insert({due, {link, request->source, reply.message}});
+        if (effects.hold_requests > 0) {
+            m_held.push_back({link, request->source, reply, effects.hold_requests});
         } else {
-            send(link, request->source, reply.message);
+            dispatch(link, request->source, reply);
         }
     }
+}
+
+// Sends the answer now, or when it is due.
+void Simulator::dispatch(Link link, const std::string &queue, const Reply &reply)
+{
+    const uint64_t due = std::max(m_now + reply.delay, last_due(link));
+    if (due > m_now) {
+        m_late.insert({due, {link, queue, reply.message}});
+    } else {
+        send(link, queue, reply.message);
+    }
+}
+
+// Lets go of the answers that waited for the request that has come now.
+void Simulator::release(Link link)
+{
+    for (Held &held : m_held) {
+        if (held.link == link && --held.requests == 0) {
+            dispatch(link, held.queue, held.reply);
+        }
+    }
+    std::erase_if(m_held, [](const Held &held) { return held.requests == 0; });
 }
 
 // The daemon answers in order: nothing overtakes an answer of its that is late.
@@ -149,12 +180,16 @@ Answer Simulator::answer(const Request &request, const Effects &effects)
 Answer Simulator::carry_out(const Request &request)
 {
     const Mode before = present_mode(m_camera);
-    Answer answer =
-        request.link == Link::DAEMON ? answer_as_daemon(m_camera, request) : answer_as_firmware(m_camera, request);
+    Answer answer = ask_peer(request);
     if (present_mode(m_camera) != before) {
         take_offered_options(m_camera);
     }
     return answer;
+}
+
+Answer Simulator::ask_peer(const Request &request)
+{
+    return request.link == Link::DAEMON ? answer_as_daemon(m_camera, request) : answer_as_firmware(m_camera, request);
 }
 
 void Simulator::distort(const Effects &effects, Bytes &message)
@@ -197,12 +232,41 @@ void Simulator::advance(uint64_t microseconds)
     end_outages();
 }
 
-void Simulator::begin_outage(Link link, const Effects &effects)
+// True when one has begun: the request is lost.
+bool Simulator::begin_outage(Link link, const Effects &effects)
 {
-    const bool dead = effects.dead_ms > 0;
-    m_outages[static_cast<size_t>(link)] = {m_now + MILLISECOND * (dead ? effects.dead_ms : effects.full_ms), dead};
-    if (!dead) {
+    Outage &outage = m_outages[static_cast<size_t>(link)];
+    if (effects.restart_ms) {
+        for (const Link other : LINKS) {
+            if (other == link || effects.both_links) {
+                begin_restart(other, MILLISECOND * *effects.restart_ms);
+            }
+        }
+    } else if (effects.dead_ms > 0) {
+        outage = {OutageKind::DEAD, m_now + MILLISECOND * effects.dead_ms};
+    } else if (effects.full_ms > 0) {
+        outage = {OutageKind::FULL, m_now + MILLISECOND * effects.full_ms};
         queue(link).fill();
+    }
+    return !reads(link) || effects.restart_ms;
+}
+
+// The peer ends in good order: its queue goes, and with it what waits there and what the peer had yet to send.
+void Simulator::begin_restart(Link link, uint64_t length)
+{
+    forget(link);
+    queue(link).close();
+    std::erase_if(m_late, [=](const auto &late) { return late.second.link == link; });
+    std::erase_if(m_held, [=](const Held &held) { return held.link == link; });
+    m_outages[static_cast<size_t>(link)] = {OutageKind::RESTART, m_now + length};
+    end_outages();
+}
+
+// What waits in the queue is in the trace, and answered by nobody.
+void Simulator::forget(Link link)
+{
+    while (const auto message = queue(link).receive()) {
+        record(link, true, *message);
     }
 }
 
@@ -210,14 +274,23 @@ void Simulator::end_outages()
 {
     for (const Link link : LINKS) {
         Outage &outage = m_outages[static_cast<size_t>(link)];
-        if (outage.until != 0 && outage.until <= m_now) {
-            if (outage.forgets) {
-                while (const auto message = queue(link).receive()) {
-                    record(link, true, *message);
-                }
-            }
-            outage = {};
+        if (outage.kind != OutageKind::NONE && outage.until <= m_now) {
+            outage = end_outage(link) ? Outage() : Outage{outage.kind, m_now + REOPENING};
         }
+    }
+}
+
+// False when the queue cannot be made anew now.
+bool Simulator::end_outage(Link link)
+{
+    switch (m_outages[static_cast<size_t>(link)].kind) {
+    case OutageKind::DEAD:
+        forget(link);
+        return true;
+    case OutageKind::RESTART:
+        return open_queue(link).empty();
+    default:
+        return true;
     }
 }
 

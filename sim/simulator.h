@@ -57,19 +57,34 @@ class Simulator {
         std::string queue;
         Bytes message;
     };
+    // An answer that waits for other requests.
+    struct Held {
+        Link link;
+        std::string queue;
+        Reply reply;
+        uint32_t requests; // that have yet to come
+    };
+    enum class OutageKind : uint8_t { NONE, DEAD, FULL, RESTART };
     struct Outage {
+        OutageKind kind = OutageKind::NONE;
         uint64_t until = 0;
-        bool forgets = false; // what came meanwhile
     };
 
+    std::string open_queue(Link link);
     void take(Link link, const Bytes &message);
     uint64_t last_due(Link link) const;
+    void dispatch(Link link, const std::string &queue, const Reply &reply);
+    void release(Link link);
     std::vector<Reply> replies(const Request &request, const Effects &effects);
     Answer answer(const Request &request, const Effects &effects);
     Answer carry_out(const Request &request);
+    Answer ask_peer(const Request &request);
     void distort(const Effects &effects, Bytes &message);
     void send(Link link, const std::string &queue, const Bytes &message);
-    void begin_outage(Link link, const Effects &effects);
+    bool begin_outage(Link link, const Effects &effects);
+    void begin_restart(Link link, uint64_t length);
+    void forget(Link link);
+    bool end_outage(Link link);
     void record(Link link, bool from_client, const Bytes &message);
     void end_outages();
     Queue &queue(Link link) { return m_queues[static_cast<size_t>(link)]; }
@@ -81,6 +96,7 @@ class Simulator {
     std::array<Queue, LINK_COUNT> m_queues;
     std::array<Outage, LINK_COUNT> m_outages;
     std::multimap<uint64_t, Late> m_late; // by the time at which they are sent
+    std::vector<Held> m_held;             // in the order of their requests
     uint64_t m_now = 0;                   // microseconds
     std::ostream *m_trace = nullptr;
 };

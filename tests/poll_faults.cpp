@@ -1,4 +1,4 @@
-// A client that polls the camera's state while the daemon loses, doubles and delays its answers.
+// A client that polls the camera's state while the daemon loses, doubles, delays and holds back its answers.
 
 #include "bytes.h"
 #include "interpose.h"
@@ -56,9 +56,10 @@ class FaultyDaemon : public testing::Test {
 
 TEST_F(FaultyDaemon, APollIsFreshOrTheLastSnapshotAndBusy)
 {
-    for (const char *text : {"drop:link=daemon,every=3", "double:link=daemon,every=4",
-                             "delay:link=daemon,every=5,ms=4000", "delay:link=daemon,every=7,ms=15000",
-                             "truncate:link=daemon,every=31", "truncate:link=daemon,every=37,bytes=9"}) {
+    for (const char *text :
+         {"drop:link=daemon,every=3", "double:link=daemon,every=4", "delay:link=daemon,every=5,ms=4000",
+          "delay:link=daemon,every=7,ms=15000", "truncate:link=daemon,every=31",
+          "truncate:link=daemon,every=37,bytes=9", "hold:link=daemon,every=13"}) {
         FaultRule rule;
         ASSERT_EQ("", parse_fault(text, rule));
         simulator.faults().add(rule);

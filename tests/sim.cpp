@@ -17,11 +17,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
+#include <sys/stat.h>
 
 using namespace test;
 using namespace zv::sim;
 
 namespace {
+
+constexpr size_t FRAME = 20; // of a daemon's answer: header, return code, the payload's and the end element's heads
 
 // The simulated camera in this process, on the queues of the real one: it answers inside the library's waits.
 class SimulatedCamera : public testing::Test {
@@ -95,7 +98,6 @@ TEST_F(SimulatedCamera, AnswersSnapshotsAndResynchronisation)
 {
     EXPECT_EQ((std::vector<test::Bytes>{tlv_message(21, {{236, {0, 0, 0, 0}}, {69, {4, 3, 2, 1}}, {238, {}}})}),
               ask_daemon(102, {4, 3, 2, 1}));
-    constexpr size_t FRAME = 20; // header, return code, the payload's and the end element's heads
     EXPECT_EQ(238 + FRAME, ask_daemon(32)[0].size());
     EXPECT_EQ(394 + FRAME, ask_daemon(33)[0].size());
     const test::Bytes whole = ask_daemon(34)[0];
@@ -410,7 +412,7 @@ TEST_F(SimulatedCamera, OffersEverySettingInSomeModeAndHoldsWhatItOffers)
     sweep();
     // What some settings wait for: a microphone, an interval, an add-on lens that is on.
     camera.camera().state().set(status(STATUS_SYSTEM_SOUND_CAGE_MIC_STATUS), 1);
-    for (const auto &[setting, value] : {std::pair(171, 3), std::pair(189, 2), std::pair(190, 1)}) {
+    for (const auto &[setting, value] : {std::pair(171u, 3u), {189u, 2u}, {190u, 1u}}) {
         EXPECT_EQ(ZV_OK, write_setting(camera.camera(), setting, value));
     }
     sweep();
@@ -442,7 +444,7 @@ TEST(OfferedOptions, AreTakenWhateverWasThereBefore)
         SCOPED_TRACE(i);
         Camera camera(62, 1);
         for (int writes = 0; writes < 6; ++writes) {
-            const auto &[setting, options] = *std::next(getCameraOptions(62).begin(), random() % 89);
+            const auto &[setting, options] = *std::next(getCameraOptions(62).begin(), static_cast<long>(random() % 89));
             write_setting(camera, setting, options[random() % options.size()]->value);
         }
         const auto flat_mode = camera.mode().flat_mode;
@@ -489,6 +491,95 @@ TEST_F(SimulatedCamera, DropsDoublesAndDelaysByRule)
     EXPECT_EQ(0u, answers().size());
     camera.advance(1);
     EXPECT_EQ(1u, answers().size());
+}
+
+// The sizes of the records in a daemon's answers.
+std::vector<size_t> records(const std::vector<test::Bytes> &answers)
+{
+    std::vector<size_t> sizes(answers.size());
+    std::transform(answers.begin(), answers.end(), sizes.begin(),
+                   [](const test::Bytes &answer) { return answer.size() - FRAME; });
+    return sizes;
+}
+
+TEST_F(SimulatedCamera, AnswersAnotherRequestByRule)
+{
+    using Sizes = std::vector<size_t>;
+    fault("foreign:link=daemon,count=3");
+    EXPECT_EQ((Sizes{394, 238}), records(ask_daemon(32)));
+    EXPECT_EQ((Sizes{238, 394}), records(ask_daemon(33)));
+    fault("drop:link=daemon,count=1");
+    EXPECT_EQ((Sizes{394}), records(ask_daemon(34))); // in place of the right one
+
+    // On the camera link the answer names the request that it belongs to.
+    const auto ask_camera = [&](const test::Bytes &argument) {
+        post("/to_zvnet",
+             tlv_message(4,
+                         {{TLV_CMD, text("YY")}, {TLV_CMDARG, argument}, {TLV_SRC, text("/t_sim_reply")}, {238, {}}}));
+        camera.serve();
+        std::vector<test::Bytes> arguments;
+        for (test::Bytes answer = reply.receive(); !answer.empty(); answer = reply.receive()) {
+            const auto echo = find_element(answer, TLV_CMDARG);
+            arguments.emplace_back(echo->begin(), echo->end());
+            EXPECT_EQ(0, find_element(answer, TLV_RSPARG)->front());
+        }
+        return arguments;
+    };
+    fault("foreign:link=camera");
+    const test::Bytes zoom = {0, 1, 11, 0, 0};
+    const test::Bytes format = {0, 7, 18, 0, 0};
+    EXPECT_EQ((std::vector{format, zoom}), ask_camera(zoom));
+    EXPECT_EQ((std::vector{zoom, format}), ask_camera(format));
+}
+
+TEST_F(SimulatedCamera, HoldsAnswersBackUntilALaterRequest)
+{
+    using Sizes = std::vector<size_t>;
+    fault("hold:command=32,count=1");
+    EXPECT_EQ((Sizes{}), records(ask_daemon(32)));
+    camera.advance(3600ull * 1000000);
+    EXPECT_EQ(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7)); // another link's
+    EXPECT_EQ((Sizes{238, 394}), records(ask_daemon(33)));
+    fault("hold:command=34,requests=2,count=1");
+    EXPECT_EQ((Sizes{}), records(ask_daemon(34)));
+    EXPECT_EQ((Sizes{394}), records(ask_daemon(33)));
+    EXPECT_EQ((Sizes{634, 238}), records(ask_daemon(32)));
+}
+
+TEST_F(SimulatedCamera, MakesItsQueuesAnewByRule)
+{
+    const auto exists = [](const char *name) {
+        const mqd_t queue = mq_open(name, O_WRONLY);
+        return queue >= 0 && mq_close(queue) == 0;
+    };
+    const auto is_removed = [](mqd_t queue) {
+        struct stat file = {};
+        return fstat(queue, &file) == 0 && file.st_nlink == 0;
+    };
+    fault("hold:command=33,count=1");
+    EXPECT_EQ(0u, ask_daemon(33).size());
+    fault("restart:link=daemon,ms=1000,count=1");
+    const mqd_t daemon = mq_open("/to_zvCtlD", O_WRONLY);
+    EXPECT_EQ(0u, ask_daemon(32).size());
+    EXPECT_FALSE(exists("/to_zvCtlD"));
+    EXPECT_TRUE(is_removed(daemon));
+    EXPECT_EQ(0, mq_send(daemon, "lost", 4, 0));
+    EXPECT_EQ(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7)); // the relay knows nothing of it
+    EXPECT_EQ(1000000u, camera.next_due());
+    camera.advance(1000000);
+    EXPECT_EQ(1u, ask_daemon(32).size()); // and nothing of what was held before
+
+    fault("restart:group=1,ms=0,count=1"); // both, at once
+    mq_close(daemon);
+    const mqd_t second = mq_open("/to_zvCtlD", O_WRONLY);
+    EXPECT_NE(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7));
+    EXPECT_TRUE(is_removed(second));
+    EXPECT_TRUE(is_removed(context.mq_tx));
+    EXPECT_EQ(1u, ask_daemon(32).size());
+    mq_close(context.mq_tx);
+    mq_close(second);
+    context.mq_tx = mq_open("/to_zvnet", O_WRONLY);
+    EXPECT_EQ(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7));
 }
 
 } // namespace
