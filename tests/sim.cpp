@@ -440,7 +440,7 @@ TEST_F(SimulatedCamera, TakesTheFirstOptionThatANewModeLeaves)
 TEST(OfferedOptions, AreTakenWhateverWasThereBefore)
 {
     std::mt19937 random(5);
-    for (int i = 0; i < 1000; ++i) {
+    for (int i = 0; i < 400; ++i) {
         SCOPED_TRACE(i);
         Camera camera(62, 1);
         for (int writes = 0; writes < 6; ++writes) {
