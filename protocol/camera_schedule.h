@@ -9,8 +9,8 @@
  * The number is both the firmware's value and the public option id. 0 is no schedule. Nothing is checked here: a field
  * holds what its bits say, which may be no time of day.
  */
-#ifndef CAMERA_SCHEDULE_H
-#define CAMERA_SCHEDULE_H
+#ifndef ZVCTRL_CAMERA_SCHEDULE_H
+#define ZVCTRL_CAMERA_SCHEDULE_H
 
 #include <stdint.h>
 

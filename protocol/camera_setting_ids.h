@@ -4,8 +4,8 @@
  * A setting's number is its id in every table, document and request (camera_settings.h). Which of them a camera has
  * depends on its generation: camera_settings_id_table has its settings, each with its path.
  */
-#ifndef CAMERA_SETTING_IDS_H
-#define CAMERA_SETTING_IDS_H
+#ifndef ZVCTRL_CAMERA_SETTING_IDS_H
+#define ZVCTRL_CAMERA_SETTING_IDS_H
 
 enum camera_setting_id {
     SETTING_VIDEO_RESOLUTION = 2,

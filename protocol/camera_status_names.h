@@ -4,8 +4,8 @@
  * A status is published under its number alone; its name is for people: log lines, tools, pages. Names stay as they
  * are, and two statuses share one.
  */
-#ifndef CAMERA_STATUS_NAMES_H
-#define CAMERA_STATUS_NAMES_H
+#ifndef ZVCTRL_CAMERA_STATUS_NAMES_H
+#define ZVCTRL_CAMERA_STATUS_NAMES_H
 
 #include <stddef.h>
 #include <stdint.h>

@@ -5,8 +5,8 @@
  * the acknowledge byte (0 good), 3 bytes that are not read, the firmware's error as a signed byte (0 good), the payload
  * size (2, big-endian) and the payload. A camera that is switched off answers with one byte.
  */
-#ifndef REMOTE_API_H
-#define REMOTE_API_H
+#ifndef ZVCTRL_REMOTE_API_H
+#define ZVCTRL_REMOTE_API_H
 
 /* Groups of the remote API. */
 enum {

@@ -3,8 +3,8 @@
  *
  * The functions are independent of each other and keep no state.
  */
-#ifndef UTILS_H
-#define UTILS_H
+#ifndef ZVCTRL_UTILS_H
+#define ZVCTRL_UTILS_H
 
 #include "zvDbg.h"
 

@@ -3,8 +3,8 @@
  *
  * The ground floor: every other header of the library includes this one.
  */
-#ifndef ZVDBG_H
-#define ZVDBG_H
+#ifndef ZVCTRL_ZVDBG_H
+#define ZVCTRL_ZVDBG_H
 
 #include <mqueue.h>
 #include <stdbool.h>

@@ -4,8 +4,8 @@
  * 16 bytes per line, in groups of four, with the printable text beside them. Nothing here keeps state; any thread may
  * call.
  */
-#ifndef ZVHEX_H
-#define ZVHEX_H
+#ifndef ZVCTRL_ZVHEX_H
+#define ZVCTRL_ZVHEX_H
 
 #include "zvDbg.h"
 

@@ -7,8 +7,8 @@
  * Results are 0 or -1 unless said otherwise. On -1, errno holds the reason and the log names what failed (except for
  * zvMbox_close).
  */
-#ifndef ZVMBOX_H
-#define ZVMBOX_H
+#ifndef ZVCTRL_ZVMBOX_H
+#define ZVCTRL_ZVMBOX_H
 
 #include "zvTlv.h"
 

@@ -9,8 +9,8 @@
  * Besides the argument a message takes 26 bytes and the two names, and must fit in iobuf->size; a message that does not
  * is the caller's fault (assertion). Threads do not disturb each other with buffers and reply mailboxes of their own.
  */
-#ifndef ZVMSG_H
-#define ZVMSG_H
+#ifndef ZVCTRL_ZVMSG_H
+#define ZVCTRL_ZVMSG_H
 
 #include "zvTlv.h"
 

@@ -11,8 +11,8 @@
  * `msg` always points at the first byte of a message, whose buffer holds at least as many bytes as its length field
  * says.
  */
-#ifndef ZVTLV_H
-#define ZVTLV_H
+#ifndef ZVCTRL_ZVTLV_H
+#define ZVCTRL_ZVTLV_H
 
 #include "zvDbg.h"
 

@@ -4,8 +4,8 @@
  * A store of small values under numeric keys, shared by the processes of one machine. On the camera it is a closed
  * library; this header names the entry points that the project relies on.
  */
-#ifndef CSI_H
-#define CSI_H
+#ifndef ZVCTRL_CSI_H
+#define ZVCTRL_CSI_H
 
 #include <stdint.h>
 

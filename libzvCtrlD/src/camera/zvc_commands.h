@@ -12,8 +12,8 @@
  *
  * An output argument is written on success only; the exchanges that take a command code set `*rspsize` to 0 first.
  */
-#ifndef ZVC_COMMANDS_H
-#define ZVC_COMMANDS_H
+#ifndef ZVCTRL_ZVC_COMMANDS_H
+#define ZVCTRL_ZVC_COMMANDS_H
 
 #include "remote_api.h"
 #include "zvTlv.h"

@@ -4,8 +4,8 @@
  * The functions of zvc_commands.h reach the camera through the one adapter. Its operations have the results described
  * there; unlike those functions, send_remote_api and send_remote_api_async do not reset the context first.
  */
-#ifndef ZVC_COMMANDS_ZVX_H
-#define ZVC_COMMANDS_ZVX_H
+#ifndef ZVCTRL_ZVC_COMMANDS_ZVX_H
+#define ZVCTRL_ZVC_COMMANDS_ZVX_H
 
 #include "zvc_commands.h"
 

@@ -8,8 +8,8 @@
  *
  * Nothing here blocks. An object belongs to one thread at a time. What copies data may throw std::bad_alloc.
  */
-#ifndef MESSAGES_H
-#define MESSAGES_H
+#ifndef ZVCTRL_MESSAGES_H
+#define ZVCTRL_MESSAGES_H
 
 #include "zvTlv.h"
 

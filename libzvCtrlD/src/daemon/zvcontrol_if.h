@@ -13,8 +13,8 @@
  * The link belongs to the process, and all its functions to one thread at a time. A command blocks for at most 10
  * seconds, and about 20 when the queues must be brought in step first; longer only while the daemon's queue is full.
  */
-#ifndef ZVCONTROL_IF_H
-#define ZVCONTROL_IF_H
+#ifndef ZVCTRL_ZVCONTROL_IF_H
+#define ZVCTRL_ZVCONTROL_IF_H
 
 #include "messages.h"
 #include "zvcontrol_info.h"

@@ -7,8 +7,8 @@
  *
  * Nothing here keeps state or blocks: any thread may call, one thread per stream or string.
  */
-#ifndef HTTP_UTILS_H
-#define HTTP_UTILS_H
+#ifndef ZVCTRL_HTTP_UTILS_H
+#define ZVCTRL_HTTP_UTILS_H
 
 #include "zvDbg.h"
 

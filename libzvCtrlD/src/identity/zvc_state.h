@@ -15,8 +15,8 @@
  * On a failure nothing is kept, and the next call asks again. Of the caller's memory only the bytes of a text's buffer
  * may then have been written, by the service; a null pointer or a `size` below 1 leaves all alone.
  */
-#ifndef ZVC_STATE_H
-#define ZVC_STATE_H
+#ifndef ZVCTRL_ZVC_STATE_H
+#define ZVCTRL_ZVC_STATE_H
 
 #include "zvDbg.h"
 

@@ -4,8 +4,8 @@
  * Nothing here talks to the daemon or needs an open link; the facts are those of zvc_state.h, and so are the rules for
  * threads.
  */
-#ifndef ZVCONTROL_INFO_H
-#define ZVCONTROL_INFO_H
+#ifndef ZVCTRL_ZVCONTROL_INFO_H
+#define ZVCTRL_ZVCONTROL_INFO_H
 
 #include "zvDbg.h"
 

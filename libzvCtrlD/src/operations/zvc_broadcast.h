@@ -6,8 +6,8 @@
  * The service runs in the firmware, which alone judges the values: what they mean, and in which unit, is the
  * firmware's.
  */
-#ifndef ZVC_BROADCAST_H
-#define ZVC_BROADCAST_H
+#ifndef ZVCTRL_ZVC_BROADCAST_H
+#define ZVCTRL_ZVC_BROADCAST_H
 
 #include "zvc_commands.h"
 

@@ -1,8 +1,8 @@
 /*
  * zvc_fwupdate.h - the stages of an over-the-air firmware update
  */
-#ifndef ZVC_FWUPDATE_H
-#define ZVC_FWUPDATE_H
+#ifndef ZVCTRL_ZVC_FWUPDATE_H
+#define ZVCTRL_ZVC_FWUPDATE_H
 
 #include "zvc_commands.h"
 

@@ -4,8 +4,8 @@
  * See "Camera commands" in zvc_commands.h for what is true of every function here. A value above a function's limit is
  * ZV_ERR_INVALID_PARAM, and nothing is sent; a negative value is not refused.
  */
-#ifndef ZVC_PHOTO_H
-#define ZVC_PHOTO_H
+#ifndef ZVCTRL_ZVC_PHOTO_H
+#define ZVCTRL_ZVC_PHOTO_H
 
 #include "zvc_commands.h"
 

@@ -3,8 +3,8 @@
  *
  * See "Camera commands" in zvc_commands.h for what is true of every function here.
  */
-#ifndef ZVC_SETTINGS_H
-#define ZVC_SETTINGS_H
+#ifndef ZVCTRL_ZVC_SETTINGS_H
+#define ZVCTRL_ZVC_SETTINGS_H
 
 #include "zvc_commands.h"
 

@@ -3,8 +3,8 @@
  *
  * The other commands of the setup are in zvc_commands.h.
  */
-#ifndef ZVC_SETUP_H
-#define ZVC_SETUP_H
+#ifndef ZVCTRL_ZVC_SETUP_H
+#define ZVCTRL_ZVC_SETUP_H
 
 #include "zvc_commands.h"
 

@@ -4,8 +4,8 @@
  * Each function is one exchange, with the results of zvc_commands.h; one that takes a path asks for the model number
  * before it (zvc_state_get_model_number). A deletion that the camera refuses is the result of the exchange.
  */
-#ifndef ZVC_STORAGE_H
-#define ZVC_STORAGE_H
+#ifndef ZVCTRL_ZVC_STORAGE_H
+#define ZVCTRL_ZVC_STORAGE_H
 
 #include "zvc_commands.h"
 

@@ -3,8 +3,8 @@
  *
  * See "Camera commands" in zvc_commands.h for what is true of every function here.
  */
-#ifndef ZVC_VIDEO_H
-#define ZVC_VIDEO_H
+#ifndef ZVCTRL_ZVC_VIDEO_H
+#define ZVCTRL_ZVC_VIDEO_H
 
 #include "zvc_commands.h"
 

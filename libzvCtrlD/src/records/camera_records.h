@@ -4,8 +4,8 @@
  * Records are read in place: no alignment, multi-byte numbers little-endian. Fields are reached by the offsets below; a
  * byte without an offset is the firmware's own.
  */
-#ifndef CAMERA_RECORDS_H
-#define CAMERA_RECORDS_H
+#ifndef ZVCTRL_CAMERA_RECORDS_H
+#define ZVCTRL_CAMERA_RECORDS_H
 
 #include <stdint.h>
 

@@ -1,8 +1,8 @@
 /*
  * camera_interface.h - setting writes by id, and the easy preset resolvers
  */
-#ifndef CAMERA_INTERFACE_H
-#define CAMERA_INTERFACE_H
+#ifndef ZVCTRL_CAMERA_INTERFACE_H
+#define ZVCTRL_CAMERA_INTERFACE_H
 
 #include "camera_status.h"
 #include "zvc_commands.h"

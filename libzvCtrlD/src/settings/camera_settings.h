@@ -9,8 +9,8 @@
  *
  * A setting has one number, its id, 2 to 193. It indexes every table here.
  */
-#ifndef CAMERA_SETTINGS_H
-#define CAMERA_SETTINGS_H
+#ifndef ZVCTRL_CAMERA_SETTINGS_H
+#define ZVCTRL_CAMERA_SETTINGS_H
 
 #include "camera_schedule.h"
 #include "camera_setting_ids.h"

@@ -10,8 +10,8 @@
  * library remembers the last good battery percentage and the vellix default of the last flat mode that has one: they
  * are published again while the camera reports none.
  */
-#ifndef CAMERA_STATUS_H
-#define CAMERA_STATUS_H
+#ifndef ZVCTRL_CAMERA_STATUS_H
+#define ZVCTRL_CAMERA_STATUS_H
 
 #include "camera_records.h"
 #include "camera_status_names.h"
