@@ -2,6 +2,8 @@
  * zvDbg.h - logging, result codes, assertions and the timed queue wait
  *
  * The ground floor: every other header of the library includes this one.
+ *
+ * The library stays in the process once it is loaded: dlclose does not unload it.
  */
 #ifndef ZVCTRL_ZVDBG_H
 #define ZVCTRL_ZVDBG_H
@@ -108,7 +110,7 @@ extern ZV_API uint32_t g_debug_level;
 ZV_API void zvUtilKlogMsgLevel(int32_t level, int32_t line, const char *file, const char *format, ...)
     __attribute__((format(printf, 4, 5)));
 
-/* Sets g_logLevel to 0 to 6; any other value is ignored. */
+/* Sets g_logLevel to 0 to 6; any other value is ignored. Other threads that log see it at their next lines. */
 ZV_API void zvUtilSetLogLevel(int32_t level);
 ZV_API int32_t zvUtilGetLogLevel(void);
 
@@ -146,16 +148,16 @@ ZV_API void zvAssertTraceFailed(const char *file, const char *path, const char *
 /* ---- Timed queue wait ------------------------------------------------------------------------------------------ */
 
 /*
- * Waits until `fd` is readable, at most `seconds`. Returns 1 when it is, otherwise 0 after a warning. A signal that
- * interrupts the wait counts as no message, so that the time limit stays an upper bound; a descriptor that is closed or
- * not below FD_SETSIZE never has one, and is not waited for.
+ * Waits until `fd` is readable, at most `seconds` on the monotonic clock. Returns 1 when it is, otherwise 0 after a
+ * warning. A signal handler, with SA_RESTART or without, does not end the wait, which goes on for what is left. `fd`
+ * may be any number; a closed one never has a message, and is not waited for.
  */
 ZV_API int32_t msg_available(int32_t fd, int32_t seconds);
 
 /*
- * mq_timedreceive with a relative time limit: of `timeout` only tv_sec is used, a number of seconds from now. `prio` is
- * not used. Returns the message's length, or -1 with errno: ETIMEDOUT when no message came in time, otherwise what
- * mq_receive left.
+ * mq_timedreceive with a relative time limit: of `timeout` only tv_sec is used, a number of seconds from now, waited as
+ * msg_available does. `prio` is not used. Returns the message's length, or -1 with errno: ETIMEDOUT when no message
+ * came in time, otherwise what mq_receive left.
  */
 ZV_API int64_t zv_mq_timedreceive(mqd_t mqd, char *buf, size_t len, uint32_t *prio, const struct timespec *timeout);
 

@@ -1,11 +1,12 @@
 /*
  * zvMbox.h - mailboxes: named message queues with this system's sizes, modes and retries
  *
- * A mailbox is a POSIX message queue of ZVMSG_MAX-byte messages with mode 0664, in blocking mode. All messages have
- * priority 0. Nothing is locked and nothing is global: a zvMbox_t belongs to one thread at a time.
+ * A mailbox is a POSIX message queue of ZVMSG_MAX-byte messages with mode 0664, less the umask, in blocking mode. All
+ * messages have priority 0. Nothing is locked and nothing is global: a zvMbox_t belongs to one thread at a time.
  *
  * Results are 0 or -1 unless said otherwise. On -1, errno holds the reason and the log names what failed (except for
- * zvMbox_close).
+ * zvMbox_close). EMFILE is also what the kernel answers when the user's queues together are larger than RLIMIT_MSGQUEUE
+ * (ulimit -q).
  */
 #ifndef ZVCTRL_ZVMBOX_H
 #define ZVCTRL_ZVMBOX_H
@@ -21,7 +22,7 @@ extern "C" {
 
 /* An open mailbox. */
 typedef struct {
-    mqd_t mqd;           /* -1 after a failed open */
+    mqd_t mqd;           /* -1 after a failed open and after a close */
     struct mq_attr attr; /* the queue's depth and message size; refreshed at each send */
     const char *name;    /* the caller's text, which outlives the record */
 } zvMbox_t;
@@ -46,7 +47,10 @@ ZV_API int32_t zvMbox_rxopen_shared(const char *name, int32_t maxmsg, zvMbox_t *
 /* Opens an existing mailbox for writing, in one attempt. */
 ZV_API int32_t zvMbox_txopen(const char *name, zvMbox_t *mbox);
 
-/* Closes the mailbox, which stays in existence. */
+/*
+ * Closes the mailbox, which stays in existence, and sets mqd to -1. A second close fails with EBADF and closes nothing
+ * that got the number since.
+ */
 ZV_API int32_t zvMbox_close(zvMbox_t *mbox);
 
 /* Removes the name. Processes that have it open can use it until they close it. */
@@ -71,8 +75,8 @@ ZV_API int32_t zvMbox_send(const uint8_t *buf, int32_t len, zvMbox_t *mbox);
 ZV_API int32_t snzvMbox_receive(uint8_t *buf, int32_t size, zvMbox_t *mbox);
 
 /*
- * The same, waiting at most `seconds`: then -1 with ETIMEDOUT, after a warning. A signal ends the wait as the time
- * limit does.
+ * The same, waiting at most `seconds` as msg_available does, which a signal does not end: then -1 with ETIMEDOUT, after
+ * a warning.
  */
 ZV_API int32_t snzvMbox_timedreceive_w_time(uint8_t *buf, int32_t size, zvMbox_t *mbox, int32_t seconds);
 

@@ -36,9 +36,9 @@ enum {
     TLV_END = 0xEE,     /* last element of a message, no value */
 };
 
-/* A message buffer, owned by the caller. */
+/* A message buffer, owned by the caller, who sets `size` before the first zvmsg_build: with 0 nothing fits in it. */
 typedef struct {
-    uint32_t size;          /* capacity of buf that is used, at most ZVMSG_MAX */
+    uint32_t size;          /* capacity of buf that is used, at most ZVMSG_MAX: normally sizeof buf */
     int32_t len;            /* length of the message so far; after a receive the received length, or negative */
     uint8_t buf[ZVMSG_MAX]; /* the message */
 } zvIoBuf_t;
@@ -105,7 +105,11 @@ ZV_API int32_t snLoclbin(uint8_t *dest, uint32_t size, uint32_t len, const uint8
 
 /*
  * Starts a message in `iobuf`: header, TLV_CMD with the first 2 bytes of `cmd`, TLV_CMDARG with `arglen` bytes of
- * `arg`. iobuf->len follows. Returns the bytes added by the last element, 0 when it did not fit.
+ * `arg`. What the buffer held is gone; iobuf->size must be set, and iobuf->len follows. Returns the bytes added by the
+ * last element, 0 when it did not fit.
+ *
+ * A send (zvMsg.h, zvc_commands.h) adds the addresses and the end to this message, and an answer replaces it: build it
+ * anew before each send. One that is sent twice, or was built with a size of 0, ends the process (assertion).
  */
 ZV_API int32_t zvmsg_build(zvIoBuf_t *iobuf, const char *cmd, const uint8_t *arg, uint32_t arglen, uint32_t category);
 

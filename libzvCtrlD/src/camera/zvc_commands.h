@@ -2,13 +2,18 @@
  * zvc_commands.h - the camera link: command context, exchange, remote API framing, and the camera's common commands
  *
  * A camera operation takes a command context and is one blocking exchange on it, at most 10 seconds long, unless its
- * comment says otherwise. A context and all that points into it belong to one thread at a time; threads with contexts
- * of their own do not disturb each other. Results are 0 or a negative code of zvDbg.h; those of the exchange itself are
+ * comment says otherwise. Signal handlers do not end a wait. A context and all that points into it belong to one thread
+ * at a time; threads with contexts of their own do not disturb each other. Results are 0 or a negative code of zvDbg.h;
+ * those of the exchange itself are
  *
  *     ZV_ERR_INVALID_PARAM  the context is null or was never set up, or the answer has no valid form
- *     ZV_ERR_NO_RESPONSE    no answer in 10 seconds, or the receive failed
+ *     ZV_ERR_NO_RESPONSE    no answer in 10 seconds, or the receive failed; the camera may have obeyed all the same
  *     ZV_ERR_NAK            the camera refused; the acknowledge byte is in the context's rtos_error_code
  *     ZV_ERR                the firmware reported an error of its own, which is in rtos_error_code
+ *
+ * A camera that is switched off answers every request with the single byte ZVN_NACK_OFF, and that counts as success: a
+ * write returns 0 and has done nothing, and a read of one byte returns 0 and reads 2. A read of more bytes is
+ * ZV_ERR_INVALID_PARAM, and so is what begins with one, such as zvc_shutter. The functions with `rsp` show the byte.
  *
  * An output argument is written on success only; the exchanges that take a command code set `*rspsize` to 0 first.
  */
@@ -23,24 +28,62 @@ extern "C" {
 #endif
 
 /* ---- Command context ----------------------------------------------------------------------------------------------
- * One caller's pair of queues and its message buffer. The program that owns it fills in the first three fields, and
- * zeroes the others:
+ * One caller's pair of queues and its message buffer. The program that owns it opens the queues, zeroes what it does
+ * not fill in, and resets the context before its first use:
  *
- *     mbox_name  the name of its reply queue, which it keeps alive
- *     mq_tx      opened for writing on the relay, "/to_zvnet"
- *     mq_rx      opened for reading on mbox_name, with a message size of ZVMSG_MAX
+ * ```c
+ * #include <fcntl.h>
+ * #include <string.h>
+ *
+ * static const char REPLIES[] = "/to_web";
+ *
+ * static int open_context(zvc_msg_q_context_t *context)
+ * {
+ *     struct mq_attr attributes;
+ *     memset(&attributes, 0, sizeof attributes);
+ *     attributes.mq_maxmsg = 5;
+ *     attributes.mq_msgsize = ZVMSG_MAX;
+ *     memset(context, 0, sizeof *context);
+ *     zvc_reset_context(context);
+ *     mq_unlink(REPLIES);
+ *     context->mbox_name = REPLIES;
+ *     context->mq_tx = mq_open("/to_zvnet", O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+ *     context->mq_rx = mq_open(REPLIES, O_RDONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0664, &attributes);
+ *     return context->mq_tx >= 0 && context->mq_rx >= 0 ? 0 : -1;
+ * }
+ * ```
+ *
+ * The name is the context's own, begins with a slash, is not empty and lives as long as the context. The reply queue
+ * takes messages of ZVMSG_MAX bytes and counts against RLIMIT_MSGQUEUE (zvcontrol_if.h): 7980 bytes with 5 messages.
+ * Descriptors may be any number. A full relay queue holds nobody up, whatever flags mq_tx was opened with: an exchange
+ * waits for room within its 10 seconds, and a post is dropped.
+ *
+ * After rx_failed the owner may renew the reply queue: close mq_rx, mq_unlink the name, open it anew as above, and set
+ * rx_failed to 0. What was still on its way is then gone with the old queue.
  */
 typedef struct {
-    const char *mbox_name;
-    mqd_t mq_tx;
-    mqd_t mq_rx;
+    const char *mbox_name;   /* the name of mq_rx, not empty; answers go there */
+    mqd_t mq_tx;             /* the relay's queue, "/to_zvnet", open for writing */
+    mqd_t mq_rx;             /* the reply queue, open for reading */
     zvIoBuf_t iobuf;         /* the request, then the answer, in place */
-    uint8_t rtos_error_code; /* refusal byte or firmware error of the last remote API call, 0 when there was none */
+    uint8_t rtos_error_code; /* see below */
     uint8_t asource;         /* who issues the next message; 0 means 1; every message consumes it */
     uint8_t rx_failed;       /* set to 1 when an awaited answer did not come; the library never clears it */
 } zvc_msg_q_context_t;
 
-/* Empties the buffer and clears rtos_error_code; the rest stays. Returns 0, or ZV_ERR_INVALID_PARAM for null. */
+/*
+ * rtos_error_code is the refusal byte or the firmware's error of the last remote API call, 0 when there was none. The
+ * firmware's error is a signed number: (int8_t)context.rtos_error_code. The byte belongs to the last call that got an
+ * answer or was reset: a function that refuses its arguments before it sends anything leaves the byte of the call
+ * before, so that only zvc_reset_context before a function makes sure that a code is that function's.
+ */
+
+/*
+ * Empties the buffer, makes all of it usable and clears rtos_error_code; the rest stays. Needed before the first use of
+ * a context, before each message that its owner begins with zvmsg_build, zvc_send_zvmsg or zvc_send_zvmsg_async, and
+ * before the adapter's send_remote_api forms (zvc_commands_zvx.h). All other functions reset the context themselves.
+ * Returns 0, or ZV_ERR_INVALID_PARAM for null.
+ */
 ZV_API int32_t zvc_reset_context(zvc_msg_q_context_t *context);
 
 /* ---- Exchange -----------------------------------------------------------------------------------------------------
@@ -49,27 +92,36 @@ ZV_API int32_t zvc_reset_context(zvc_msg_q_context_t *context);
  *
  * Where an answer is asked for, `*rsp` points into the context's buffer and is valid until its next use; null and 0
  * mean an answer without a payload. `rsp` and `rspsize` are given together, or the answer is not handed out.
+ *
+ * An answer to a post still arrives in mq_rx. It is dropped before the next exchange or, when it comes later, in it:
+ * the answer to a remote API request repeats the request in TLV_CMDARG, and one that repeats another whole request is
+ * logged and dropped, and the wait goes on for what is left. Posts and exchanges may thus share a context unless both
+ * are the same request. Where a context only posts, its owner empties the reply queue now and then.
  */
 
-/* Finishes the message in iobuf and posts it. Returns the result of mq_send. */
+/*
+ * Finishes the message in iobuf and posts it, without a wait. The context is set up, and its message was begun by
+ * zvc_reset_context and zvmsg_build for this one send (assertion). Returns the result of mq_send: -1 also when the
+ * queue is full.
+ */
 ZV_API int32_t zvc_send_context(zvc_msg_q_context_t *context, const char *dest, const char *via, int32_t direction);
 
 /*
- * The same, and waits for the answer. What waits in the reply queue before the post is dropped. Returns the answer's
- * length, or ZV_ERR_NO_RESPONSE, which iobuf.len then holds too.
+ * The same as an exchange of at most 10 seconds. What waits in the reply queue before the post is dropped. Returns the
+ * answer's length, or ZV_ERR_NO_RESPONSE, which iobuf.len then holds too.
  */
 ZV_API int32_t zvc_send_timedreceive_context(zvc_msg_q_context_t *context, const char *dest, const char *via,
                                              int32_t direction);
 
 /*
- * A full exchange of one message: `cmd` is the two-character command code, `arg` its argument, which leaves room in
- * ZVMSG_MAX for 31 bytes and the two mailbox names (assertion). An answer whose own length field differs from its
- * received length has no payload.
+ * A full exchange of one message on a context that was reset: `cmd` is the two-character command code, `arg` its
+ * argument, which leaves room in ZVMSG_MAX for 31 bytes and the two mailbox names (assertion). An answer whose own
+ * length field differs from its received length has no payload.
  */
 ZV_API int32_t zvc_send_zvmsg(zvc_msg_q_context_t *context, int32_t category, const char *dest, const char *via,
                               const char *cmd, const uint8_t *arg, int32_t arglen, uint8_t **rsp, uint16_t *rspsize);
 
-/* The same without an answer, and so without a wait. A failed post is not reported: returns 0. */
+/* The same as a post, which returns at once. One that failed, also for a full queue, is not reported: returns 0. */
 ZV_API int32_t zvc_send_zvmsg_async(zvc_msg_q_context_t *context, int32_t category, const char *dest, const char *via,
                                     const char *cmd, const uint8_t *arg, int32_t arglen);
 
@@ -89,7 +141,7 @@ ZV_API int32_t zvc_send_camera_command_via_zvNet(zvc_msg_q_context_t *context, c
 ZV_API int32_t zvc_send_remote_api(zvc_msg_q_context_t *context, const uint8_t *request, int32_t size, uint8_t **rsp,
                                    uint16_t *rspsize);
 
-/* Posts the request and waits for nothing. */
+/* Posts the request and returns at once: 0, also where a full queue lost it. */
 ZV_API int32_t zvc_send_remote_api_async(zvc_msg_q_context_t *context, const uint8_t *request, int32_t size);
 
 ZV_API int32_t zvc_send_remote_api_for_response(zvc_msg_q_context_t *context, int32_t gid, int32_t aid, uint8_t **rsp,
@@ -140,8 +192,10 @@ ZV_API int32_t zvc_app_set_mode_sub_mode(zvc_msg_q_context_t *context, int32_t m
 ZV_API int32_t zvc_app_get_mode_sub_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *sub_mode);
 ZV_API int32_t zvc_app_get_mode_flat_mode(zvc_msg_q_context_t *context, int32_t *mode, int32_t *flat_mode);
 
-/* Digital zoom as status 75 publishes it, a byte whose range the camera judges; the capture delay as setting 105 has
- * it. */
+/*
+ * Digital zoom as status 75 publishes it, a byte whose range the camera judges; the capture delay as setting 105 has
+ * it: 0 off, 1 for 3 seconds, 2 for 10 seconds.
+ */
 ZV_API int32_t zvc_app_set_digital_zoom(zvc_msg_q_context_t *context, int32_t zoom);
 ZV_API int32_t zvc_app_get_digital_zoom(zvc_msg_q_context_t *context, int32_t *zoom);
 ZV_API int32_t zvc_app_set_capture_delay(zvc_msg_q_context_t *context, int32_t delay);
@@ -164,6 +218,10 @@ ZV_API int32_t zvc_system_get_power_profile(zvc_msg_q_context_t *context, uint8_
 ZV_API int32_t zvc_system_set_button(zvc_msg_q_context_t *context, uint8_t first, uint8_t second);
 ZV_API int32_t zvc_system_set_rc_rotation(zvc_msg_q_context_t *context, uint8_t rotation);
 
+/*
+ * How the picture is turned: 0 by the way the camera is held, 1 to 4 locked. The way it is held is status 86; held as
+ * 0, 1, 2 or 3 it locks as 1, 2, 4 or 3. Setting 112 writes the fitting one by itself (camera_interface.h).
+ */
 ZV_API int32_t zvc_setup_set_orientation(zvc_msg_q_context_t *context, uint8_t orientation);
 ZV_API int32_t zvc_setup_get_orientation(zvc_msg_q_context_t *context, uint8_t *orientation);
 

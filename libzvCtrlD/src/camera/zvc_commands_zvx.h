@@ -1,8 +1,9 @@
 /*
  * zvc_commands_zvx.h - the protocol adapter, and the shutter
  *
- * The functions of zvc_commands.h reach the camera through the one adapter. Its operations have the results described
- * there; unlike those functions, send_remote_api and send_remote_api_async do not reset the context first.
+ * The functions of zvc_commands.h and all camera operations reach the camera through the adapter that gFunctionMap
+ * points at. An adapter's operations have the results described there; unlike those functions, send_remote_api and
+ * send_remote_api_async do not reset the context first, which is their caller's to do (zvc_reset_context).
  */
 #ifndef ZVCTRL_ZVC_COMMANDS_ZVX_H
 #define ZVCTRL_ZVC_COMMANDS_ZVX_H
@@ -42,7 +43,10 @@ class ZV_API ZVXCommand : public ZVCCommandsInterface {
                                              uint16_t *rspsize) override;
 };
 
-/* The one adapter, and the pointer through which every call goes; neither is ever changed. */
+/*
+ * The library's one adapter, and the pointer through which every call goes. The library never changes the pointer; a
+ * program that has an adapter of its own sets it before the first call of any thread, and keeps that adapter alive.
+ */
 extern "C" ZV_API ZVXCommand zvxCommands;
 extern "C" ZV_API ZVCCommandsInterface *gFunctionMap;
 

@@ -3,19 +3,24 @@
  *
  * A process opens the link once, sets its caller id, sends any number of commands and closes the link at the end:
  *
- *     zvcontrol_interface_open();
- *     zvcontrol_set_caller_id(3);
+ * ```c
+ * if (zvcontrol_interface_open() == ZV_OK) {
  *     all_status_settings_t snapshot;
+ *     zvcontrol_set_caller_id(3);
  *     zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, NULL, 0, snapshot.bytes,
  *                                              sizeof snapshot.bytes, NULL);
  *     zvcontrol_interface_close();
+ * }
+ * ```
  *
  * The link belongs to the process, and all its functions to one thread at a time. A command blocks for at most 10
- * seconds, and about 20 when the queues must be brought in step first; longer only while the daemon's queue is full.
+ * seconds, and about 20 when the queues must be brought in step first. Signal handlers do not shorten a wait, nor do
+ * they lengthen it. A command may still be sent by an exit handler.
  */
 #ifndef ZVCTRL_ZVCONTROL_IF_H
 #define ZVCTRL_ZVCONTROL_IF_H
 
+#include "camera_records.h"
 #include "messages.h"
 #include "zvcontrol_info.h"
 
@@ -32,6 +37,15 @@ extern "C" {
  * daemon's own definition there. The log has a row of names for each enumerator without a gap, so that the
  * resynchronisation is in row 101: a number from 102 on is logged under the next one's name, and one above 105 as
  * UNKNOWN.
+ *
+ * What these take and answer; of all others only the daemon knows:
+ *
+ *     ZVCONTROL_SET_SETTING_ID           takes 8 bytes: the setting's id and the firmware's value of the option, both
+ *                                        32 bits in the machine's byte order; answers with the return code alone, so
+ *                                        that no response is to be asked for
+ *     ZVCONTROL_GET_ALL_SETTINGS         answers appc_setup_all_settings, 238 bytes
+ *     ZVCONTROL_GET_ALL_STATUS           answers appc_system_all_status, 394 bytes
+ *     ZVCONTROL_GET_ALL_SETTINGS_STATUS  answers all_status_settings_t, 634 bytes
  */
 typedef enum {
     ZVCONTROL_EVENT_REGISTER_MQUEUE = 0,
@@ -149,6 +163,14 @@ typedef enum {
  * Opens the link with a response queue of the process's own, "/to_ZVCU" and the process id. Waits for the daemon's
  * queue, at most 12 seconds. Returns ZV_OK, ZV_ERR when the link is open already or a queue can't be opened, or
  * ZV_ERR_OUTOFMEM. On a failure the link is closed, unless it was open before, which is then untouched.
+ *
+ * The response queue holds 5 messages of DAEMON_MSG_MAX bytes. fs.mqueue.msgsize_max must allow that size. The queue
+ * counts 50480 bytes against RLIMIT_MSGQUEUE, the limit on all queues of a user (ulimit -q, LimitMSGQUEUE= of a
+ * service): the usual 819200 bytes are enough for 16 links. Where they are used up the open fails, and the log names
+ * that limit and its value. A process that is killed leaves its queue, which counts on: whoever restarts it removes
+ * "/dev/mqueue/to_ZVCU" and the id. One that lies there under this process's name is such a left one, and is made anew.
+ *
+ * The queue has mode 0664, less the umask: a daemon of another user must be able to write to it, or no answer comes.
  */
 ZV_API int32_t zvcontrol_interface_open(void);
 
@@ -160,7 +182,12 @@ ZV_API int32_t zvcontrol_interface_open(void);
  */
 ZV_API int32_t zvcontrol_interface_open_async(const char *queue_name);
 
-/* Closes the link and removes its own response queue. A closed one stays closed. Returns 0. */
+/*
+ * Closes the link and removes its own response queue. A closed one stays closed. Returns 0.
+ *
+ * A forked child has the link too, and must not send, wait or flush on it: the answers are its parent's. Its close
+ * closes its own copies and leaves the parent's queue; after that it may open a link of its own.
+ */
 ZV_API int32_t zvcontrol_interface_close(void);
 
 /* 1 while the link is open, else 0. */
@@ -179,16 +206,21 @@ ZV_API uint8_t zvcontrol_get_caller_id(void);
  * Returns the daemon's return code, which may be negative itself, or
  *
  *     ZV_ERR              the link is closed, the parameter is too long, the post failed, or the answer is unusable
- *     ZV_ERR_NO_RESPONSE  no answer in 10 seconds, or the queues could not be brought in step and nothing was sent
+ *     ZV_ERR_NO_RESPONSE  no answer in 10 seconds, no room in the daemon's queue in that time, or the queues could not
+ *                         be brought in step and nothing was sent
  *     ZV_ERR_OUTOFMEM     no memory for the command
  *
- * What waits in the response queue is dropped before a command goes out. After a failed wait the next command begins
- * with zvcontrol_send_resync, so that the late answer is not taken for its own.
+ * What waits in the response queue is dropped before a command goes out. While the daemon's queue is full the command
+ * waits for room, which counts into its 10 seconds. After a failed wait the next command begins with
+ * zvcontrol_send_resync, so that the late answer is not taken for its own. An answer that carries exactly the bytes of
+ * a record, 238, 394 or 634, which this command does not answer with is logged and dropped, and the wait goes on for
+ * what is left.
  */
 
 /*
  * zvcontrol_send_command_param_response_ex without the length. When ZVCONTROL_SET_SETTING_ID succeeds for setting 139,
- * setting 79 follows in a command of its own, with 0 when the value was 3 and otherwise 1; its result is returned.
+ * setting 79 follows in a command of its own, with 0 when the value was 3 and otherwise 1; its result is returned. Both
+ * wait for an answer: this write blocks for at most 20 seconds, and about 30 with a resynchronisation.
  */
 ZV_API int32_t zvcontrol_send_command_param_response(zvcontrol_command_t command, const uint8_t *param,
                                                      uint16_t param_length, uint8_t *response, uint16_t response_size);
@@ -197,7 +229,8 @@ ZV_API int32_t zvcontrol_send_command_param_response(zvcontrol_command_t command
  * One command. For the snapshots, ZVCONTROL_GET_ALL_SETTINGS, ZVCONTROL_GET_ALL_STATUS and
  * ZVCONTROL_GET_ALL_SETTINGS_STATUS, the last whole answer is kept, where `response_size` was the record's own size. In
  * place of ZV_ERR_NO_RESPONSE a `response` with room for the record gets that one, zero bytes before the first, with
- * system_system_busy set in a status record; the result is then 0.
+ * system_system_busy (STATUS_SYSTEM_SYSTEM_BUSY) set in a status record; the result is then 0. Whether an answer came
+ * says zvcontrol_is_response_queue_sychronized: it is false after a kept one.
  */
 ZV_API int32_t zvcontrol_send_command_param_response_ex(zvcontrol_command_t command, const uint8_t *param,
                                                         uint16_t param_length, uint8_t *response,
@@ -210,13 +243,18 @@ ZV_API int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_comma
 
 /* ---- Keeping in step ------------------------------------------------------------------------------------------- */
 
-/* False after a failed wait, until a resynchronisation succeeds. */
+/* False after a failed wait, until a resynchronisation succeeds; true at start. */
 ZV_API bool zvcontrol_is_response_queue_sychronized(void);
 
 /*
  * Sends a fresh key, which the daemon echoes; only that echo proves that the next answer belongs to the next command.
- * Returns 0, or ZV_ERR_NO_RESPONSE for every failure, which leaves the state as it was. A link with the caller's own
- * queue can't receive the echo.
+ * First looks whether the name of the daemon's queue still means the queue that is open, and opens the new one where
+ * the daemon was restarted: the first command after its return is in step again. Blocks for at most 10 seconds; while
+ * there is no daemon's queue at all it fails at once, after an ERROR line.
+ *
+ * Returns 0, with the queues in step, or ZV_ERR_NO_RESPONSE for every failure. A failed wait leaves them out of step,
+ * also where they were in step before; any other failure leaves that as it was. A link with the caller's own queue
+ * can't receive the echo.
  */
 ZV_API int32_t zvcontrol_send_resync(void);
 

@@ -19,7 +19,10 @@
 extern "C" {
 #endif
 
-/* A status code, its reason and CRLF, such as "200 OK\r\n"; the empty text for a code that HTTP/1.1 does not have. */
+/*
+ * A status code, its reason and CRLF, such as "200 OK\r\n". The codes are those of the first HTTP/1.1: 100, 101, 200 to
+ * 206, 300 to 305, 307, 400 to 417 and 500 to 505. Any other, such as 308, 429 or 451, gives the empty text.
+ */
 ZV_API const char *get_http_response_code_string(int32_t code);
 
 /* The number with its eight bytes reversed: host order to network order and back, on little-endian machines. */
@@ -44,8 +47,9 @@ ZV_API void http_output_empty_json(std::stringstream &stream);
 
 /*
  * A whole error response: status line, headers, and a JSON body that says what went wrong and where in the front-end.
- * A `status` of 204 has no body. The message ends at its first CRLF. A null message or function is published as one
- * blank, a null path or query as the empty text.
+ * A `status` of 204 has no body. A status that get_http_response_code_string does not know makes a response without a
+ * status line, which is no valid HTTP. The message ends at its first CRLF. A null message or function is published as
+ * one blank, a null path or query as the empty text.
  */
 ZV_API void http_print_error_response_ex(std::stringstream &stream, const char *path_info, const char *query_string,
                                          int32_t status, int32_t error_code, const char *error_message,

@@ -50,8 +50,8 @@ ZV_API int32_t zvc_state_get_ap_ssid(char *buffer, int32_t size);
 ZV_API int32_t zvc_state_get_ap_has_default_credentials(bool *result);
 
 /*
- * The word of feature bits. Returns the service's own result, and 0 in `*features` when that is a failure. A value
- * shorter than 4 bytes fills the low ones, and is not kept.
+ * The word of feature bits. Returns the service's own result; `*features` is 0 after a failure, unless the service
+ * wrote something before it failed. A value shorter than 4 bytes fills the low ones, and is not kept.
  */
 ZV_API int32_t zvc_state_get_common_camera_features(uint32_t *features);
 

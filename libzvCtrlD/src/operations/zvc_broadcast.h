@@ -15,7 +15,11 @@
 extern "C" {
 #endif
 
-/* The window size as the firmware numbers it, 0 to 9. */
+/*
+ * The window size as the firmware numbers it: 0 the camera's own choice, 4 480, 7 720, 12 1080. The set here takes the
+ * numbers 0 to 9 alone, so that a read may give a 12 which it refuses; 1080 is reached by writing setting 47
+ * (camera_interface.h).
+ */
 typedef int32_t zvc_broadcast_window_size_t;
 #define ZVC_BROADCAST_WINDOW_SIZE_MAX 9
 

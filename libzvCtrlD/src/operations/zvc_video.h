@@ -43,8 +43,9 @@ enum {
  * Up to six reads, two queries, a query for each offered field of view, and the write, each an exchange of at most 10
  * seconds. ZV_ERR_INVALID_PARAM is a malformed answer, an empty list of frame rates, or a value above the limits of
  * zvc_video_set_res_fps_fov_camera. Only the video format must be readable: what else cannot be read of the camera's
- * situation (flat mode, lens, user interface mode, profile) counts as 0, the user interface mode as Pro. An adapter
- * that answers a query with ZV_ERR_NOT_SUPPORTED gets the three values unfiltered.
+ * situation (flat mode, lens, user interface mode, profile) counts as 0, the user interface mode as Pro. An adapter of
+ * the program's own (zvc_commands_zvx.h) that answers a query with ZV_ERR_NOT_SUPPORTED gets the three values
+ * unfiltered.
  */
 ZV_API int32_t zvc_video_set_res_fps_fov(zvc_msg_q_context_t *context, int32_t res, int32_t fps, int32_t fov);
 

@@ -5,9 +5,13 @@
  * firmware's values to the public option ids, one by one and as JSON. Nothing here talks to the camera: the functions
  * work on records that the caller got from the daemon, never block, and take the camera's model number
  * (zvc_state_get_model_number). Models 58 and 62 are the sable_knoll generation; every other number, known or not, is
- * the default generation, whose settings have no options and whose values pass through unchanged.
+ * the default generation, whose settings have no options and whose values pass through unchanged, but for two of the
+ * on-screen shortcuts (getOptionIdByValue, getOptionValueById).
  *
- * A setting has one number, its id, 2 to 193. It indexes every table here.
+ * A setting has one number, its id, 2 to 193; camera_setting_ids.h names it. It indexes every table here.
+ *
+ * Functions that hand out a map or fill a caller's stream or vector of C++ let std::bad_alloc pass where they return no
+ * result code. Nothing leaks then, and the same call works once there is memory. All others need none.
  */
 #ifndef ZVCTRL_CAMERA_SETTINGS_H
 #define ZVCTRL_CAMERA_SETTINGS_H
@@ -85,28 +89,45 @@ ZV_API int32_t settings_empty_setter(int32_t, int32_t, int32_t, void *, int32_t)
 /* The open interface's version: "2.0" for sable_knoll, else " ". */
 ZV_API const char *getOpenZelvarVersion(uint32_t model);
 
-/* Whether writing `setting` needs no ZVCONTROL_PRESET_EDIT_START before it: a setting of the camera as a whole. */
+/*
+ * Whether writing `setting` needs no ZVCONTROL_PRESET_EDIT_START (zvcontrol_if.h) before it: a setting of the camera as
+ * a whole. All others take part in preset editing.
+ */
 ZV_API bool bypassPresetEditStart(uint32_t setting, uint32_t model);
 
-/* Whether `value` is good for `setting` without being listed: LCD brightness 10 to 100, any LED, any schedule. */
+/*
+ * Whether `value` is good for `setting` without being listed: 88 LCD brightness from 10 to 100, any of 91 LED, and any
+ * of 168 scheduled capture (camera_schedule.h). True in both generations.
+ */
 ZV_API bool skipOptionCheck(uint32_t setting, uint32_t value);
 
-/* Which block of settings is in use in a flat mode, the camera's number for mode and sub mode. */
+/*
+ * Which block of settings is in use in a flat mode, the camera's number for mode and sub mode. The documents sort two
+ * modes otherwise: the settings that follow the block in use (114 to 118 among them) have none in 23, broadcast, except
+ * for the shortcuts, which have the video block in 22, too. update_camera_settings has what a document says.
+ */
 ZV_API bool usesVideoSettings(uint32_t flat_mode);
 ZV_API bool usesPhotoSettings(uint32_t flat_mode);
 ZV_API bool usesMultiShotSettings(uint32_t flat_mode);
 
-/* Whether `id` is an option of `setting`, or needs no list; false for a setting that is not known. */
+/*
+ * Whether `id` is an option of `setting`, or needs no list; false for a setting that is not known. Of the default
+ * generation nothing is known that needs a list. An option that exists may be unavailable now (getCameraFilters).
+ */
 ZV_API bool optionIdExists(uint32_t model, uint32_t setting, uint32_t id);
 
 /*
  * The id that a firmware value reads as. A value that the setting does not list gives its default option's id, or
  * itself where skipOptionCheck says so; a setting without options gives the value, after an ERROR line. `flat_mode`
- * decides between the on-screen shortcuts (settings 129 to 132) that share a value.
+ * decides between the on-screen shortcuts (settings 129 to 132) that share a value, in either generation: 13 reads as
+ * 109 in flat mode 15, and 6 as 111 in 12 and 16.
  */
 ZV_API uint32_t getOptionIdByValue(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode);
 
-/* The firmware's value of an option; an unknown id or setting gives `id` itself. */
+/*
+ * The firmware's value of an option, as camera_if_settings_set_value_int takes it; an unknown id or setting gives `id`
+ * itself. The shortcuts' ids 109 and 111 give 13 and 6 in either generation.
+ */
 ZV_API uint32_t getOptionValueById(uint32_t model, uint32_t setting, uint32_t id);
 
 #ifdef __cplusplus
@@ -138,6 +159,10 @@ enum FilterInfoType {
  *     condition, include 0    holds when it is not
  *     consequence, include 1  takes away the options in `values`; without values, the whole setting
  *     consequence, include 0  takes away all options but those in `values`
+ *
+ * A status is compared as it is published (update_camera_status), which is not always what the record holds: 65 and 89
+ * are worked out. The current option of a setting is the one of update_camera_settings; an id without an option, such
+ * as a brightness, has no key and is among no `values`.
  */
 struct filter_info_t {
     FilterInfoType type;
@@ -172,6 +197,10 @@ ZV_API const std::map<uint32_t, const char *> &getUIModeGroups(uint32_t model);
  * getOptionIdByValue. Settings come in ascending order: 89 for sable_knoll, 98 for the default generation. Text goes to
  * the stream's current position; nothing else of the stream is touched. A null record that must not be null leaves
  * everything as it was, after a line on standard error. The records are only read, and any thread may call.
+ *
+ * A camera of the default generation costs an ERROR line for each setting that is read, 98 for a document and 196 for
+ * changes. Where the camera's counter is missing each line says so in two lines on standard output. A service that
+ * serves such a camera lowers the level first: zvUtilSetLogLevel(ZV_LOG_FATAL).
  */
 
 /*
