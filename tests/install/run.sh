@@ -1,13 +1,15 @@
 #!/bin/sh
 # Installs the build into an empty folder and uses it from there, as a service would: with pkg-config in C11 and C++17,
-# and with the CMake package. Also compares what the library exports with what its headers promise.
+# and with the CMake package. Compiles the code of the headers and the docs, and runs the docs' programs. Also compares
+# what the library exports with what its headers promise.
 #
 #     run.sh BUILD_FOLDER SOURCE_FOLDER
 set -eu
 
-build=$1
-source=$2
-stage=$(mktemp -d)
+build=$(cd "$1" && pwd)
+source=$(cd "$2" && pwd)
+project=$(cd "$source/../.." && pwd)
+stage=$(mktemp -d "$build/stage.XXXXXX") # a namespace with a /tmp of its own sees it, too
 trap 'rm -rf "$stage"' EXIT
 
 cmake --install "$build" --prefix "$stage/usr" >/dev/null
@@ -29,6 +31,11 @@ cmake -S "$source" -B "$stage/outside" -DCMAKE_PREFIX_PATH="$stage/usr" >/dev/nu
 cmake --build "$stage/outside" >/dev/null
 "$stage/outside/outside_c" >/dev/null
 "$stage/outside/outside_cpp" >/dev/null
+
+mkdir "$stage/programs"
+"$source/code_blocks.sh" "$stage/usr/include" "$project" "$stage/programs"
+(cd "$project" && env -u ZVCTRL_NAMESPACE "$project/packaging/private-namespace.sh" \
+    "$source/linking.sh" "$stage/usr/bin/zvsim" "$stage/programs")
 
 # Every exported plain name is declared in a header as ZV_API, and the other way round.
 cat "$stage"/usr/include/zvctrl/*.h | tr '\n' ' ' | sed 's|/\*[^*]*\*\+\([^/*][^*]*\*\+\)*/||g; s/[;{]/\n/g' |
