@@ -31,7 +31,8 @@ ZV_API int32_t daemon_init_ext(int32_t coreDump);
  * The id of the store `card`, 1 for the second one: a decimal number of up to 30 digits that is kept on the store, in
  * the file MISC/card. A store without an id gets one, made of a random number (srand is called); so does one whose file
  * is empty or does not begin with a line of digits. The line feed is not part of the id, and only the first 30
- * characters of a longer line count.
+ * characters of a longer line count. A file that is no regular one holds no id and makes room for a new one; one that
+ * is a symbolic link is left alone and cannot be read or written.
  *
  * Returns 0, or -1 when `id` is null, when the folder or the file cannot be made or written, and when the random
  * numbers fail; then `id` is "0", and a file that was not written whole is gone.

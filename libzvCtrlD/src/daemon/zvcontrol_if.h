@@ -168,7 +168,8 @@ typedef enum {
  * counts 50480 bytes against RLIMIT_MSGQUEUE, the limit on all queues of a user (ulimit -q, LimitMSGQUEUE= of a
  * service): the usual 819200 bytes are enough for 16 links. Where they are used up the open fails, and the log names
  * that limit and its value. A process that is killed leaves its queue, which counts on: whoever restarts it removes
- * "/dev/mqueue/to_ZVCU" and the id. One that lies there under this process's name is such a left one, and is made anew.
+ * "/dev/mqueue/to_ZVCU" and the id. One that lies there under this process's name is such a left one: it is taken over,
+ * and made anew where its sizes are others.
  *
  * The queue has mode 0664, less the umask: a daemon of another user must be able to write to it, or no answer comes.
  */
@@ -229,14 +230,14 @@ ZV_API int32_t zvcontrol_send_command_param_response(zvcontrol_command_t command
  * One command. For the snapshots, ZVCONTROL_GET_ALL_SETTINGS, ZVCONTROL_GET_ALL_STATUS and
  * ZVCONTROL_GET_ALL_SETTINGS_STATUS, the last whole answer is kept, where `response_size` was the record's own size. In
  * place of ZV_ERR_NO_RESPONSE a `response` with room for the record gets that one, zero bytes before the first, with
- * system_system_busy (STATUS_SYSTEM_SYSTEM_BUSY) set in a status record; the result is then 0. Whether an answer came
- * says zvcontrol_is_response_queue_sychronized: it is false after a kept one.
+ * system_system_busy (STATUS_SYSTEM_SYSTEM_BUSY) set in a status record; the result is then 0. The next function is for
+ * a caller that has to know whether an answer came.
  */
 ZV_API int32_t zvcontrol_send_command_param_response_ex(zvcontrol_command_t command, const uint8_t *param,
                                                         uint16_t param_length, uint8_t *response,
                                                         uint16_t response_size, uint16_t *response_length);
 
-/* The exchange itself, without the kept snapshots. */
+/* The exchange itself, without the kept snapshots: ZV_OK is the daemon's own answer. */
 ZV_API int32_t zvcontrol_send_command_param_response_ex_internal(zvcontrol_command_t command, const uint8_t *param,
                                                                  uint16_t param_length, uint8_t *response,
                                                                  uint16_t response_size, uint16_t *response_length);

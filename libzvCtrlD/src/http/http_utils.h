@@ -3,8 +3,9 @@
  *
  * A good JSON response is http_output_success_header, http_output_content_length with the body's length, and the body;
  * where there is none, http_output_empty_json takes the place of the last two. The writers append to the caller's
- * stream and leave its state alone. No text is escaped: what comes in goes out.
+ * stream and leave its formatting alone. No text is escaped: what comes in goes out.
  *
+ * A stream that runs out of memory has failed, which a caller sees before it sends the response: bad() is then true.
  * Nothing here keeps state or blocks: any thread may call, one thread per stream or string.
  */
 #ifndef ZVCTRL_HTTP_UTILS_H
@@ -49,7 +50,8 @@ ZV_API void http_output_empty_json(std::stringstream &stream);
  * A whole error response: status line, headers, and a JSON body that says what went wrong and where in the front-end.
  * A `status` of 204 has no body. A status that get_http_response_code_string does not know makes a response without a
  * status line, which is no valid HTTP. The message ends at its first CRLF. A null message or function is published as
- * one blank, a null path or query as the empty text.
+ * one blank, a null path or query as the empty text. A body that cannot be made, for lack of memory, is logged at
+ * ERROR: nothing is written then, and the stream's badbit is set.
  */
 ZV_API void http_print_error_response_ex(std::stringstream &stream, const char *path_info, const char *query_string,
                                          int32_t status, int32_t error_code, const char *error_message,
@@ -57,14 +59,14 @@ ZV_API void http_print_error_response_ex(std::stringstream &stream, const char *
 
 /*
  * The value after the first `key` in `query`, up to "&" or the end, not decoded. `key` includes its "=" and is found
- * anywhere: "id=" also in "uid=4". Both are valid texts. Returns 1, or 0 when there is no such key; `value` is then
- * untouched.
+ * anywhere: "id=" also in "uid=4". Both are valid texts. Returns 1, or 0 when there is no such key, and also, with an
+ * ERROR line, without memory for the value; `value` is then untouched.
  */
 ZV_API int32_t parseParam(const char *query, const char *key, std::string &value);
 
 /*
  * Decodes "%" with two hexadecimal digits, and "+" for a blank. "%" always takes the next two characters, or as many as
- * there are, and gives one byte, which can be 0; where they are not a number it is "?".
+ * there are, and gives one byte, which can be 0; where they are not a number it is "?". Lets std::bad_alloc pass.
  */
 ZV_API std::string urlDecode(std::string text);
 

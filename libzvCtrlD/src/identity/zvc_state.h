@@ -3,7 +3,7 @@
  *
  * The facts of a camera come from the system information service (csi.h). What does not change while the process lives
  * is read once and kept; the access point's name and the state of the logs are read at each call. No function waits for
- * a queue. Nothing is locked: any thread may call once a fact has been read, and one at a time before.
+ * a queue, and any thread may call.
  *
  * The getters of a text write at most `size` bytes, the terminator included; a longer text is cut. The first successful
  * call fixes the cached text, cut to that caller's buffer: pass ZVC_STATE_TEXT_SIZE bytes. Results are
@@ -29,8 +29,8 @@ extern "C" {
 
 /*
  * The model number, which decides on the camera's generation; 0 when it is not known. Where the service does not have
- * it, it is read from "/tmp/fuse_b/conf.json" by a shell command, which this call then waits for. A number other than 0
- * is kept.
+ * it, it is read from the file "/tmp/fuse_b/conf.json" by a shell command, which this call then waits for. A number
+ * other than 0 is kept.
  */
 ZV_API uint8_t zvc_state_get_model_number(void);
 

@@ -15,10 +15,13 @@ extern "C" {
 ZV_API int32_t zvc_fwupdate_download_start(zvc_msg_q_context_t *context);
 ZV_API int32_t zvc_fwupdate_download_cancel(zvc_msg_q_context_t *context);
 
-/* The download is complete; the camera asks the user before it goes on when `user_prompt` is true. One exchange. */
+/*
+ * The download is complete; the camera asks the user before it goes on when `user_prompt` is true. One exchange, with
+ * the results of zvc_commands.h.
+ */
 ZV_API int32_t zvc_fwupdate_download_done(zvc_msg_q_context_t *context, bool user_prompt);
 
-/* Begins to flash. One exchange. */
+/* Begins to flash. One exchange, with the results of zvc_commands.h. */
 ZV_API int32_t zvc_fwupdate_flashing_start(zvc_msg_q_context_t *context);
 
 #ifdef __cplusplus

@@ -42,10 +42,10 @@ ZV_API int32_t camera_if_settings_set_value(zvc_msg_q_context_t *context, int32_
                                             const uint8_t *payload, int32_t size);
 
 /*
- * Changes a setting. `value` is the firmware's value of the option, not its id; `group`, `action` and `size` (bytes of
- * the value) are those of the setting's row in the setting tables. `settings` and `status` are the caller's present
- * snapshots, on which the decisions rest: `settings` is needed for the ids 13, 31, 102, 114 to 118, 121, 154 and 176,
- * `status` for 112, 121, 149 and 164.
+ * Changes a setting. `value` is the firmware's value of the option, not its id, and for id 168 a time
+ * (camera_schedule.h); `group`, `action` and `size` (bytes of the value) are those of the setting's row in the setting
+ * tables. `settings` and `status` are the caller's present snapshots, on which the decisions rest: `settings` is needed
+ * for the ids 13, 31, 102, 114 to 118, 121, 154 and 176, `status` for 112, 121, 149 and 164.
  *
  * A setting without a rule of its own goes out as it is, 1, 2 or otherwise 4 bytes of it, most significant first, to
  * `group` and `action`.

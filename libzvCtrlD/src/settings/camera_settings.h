@@ -10,8 +10,8 @@
  *
  * A setting has one number, its id, 2 to 193; camera_setting_ids.h names it. It indexes every table here.
  *
- * Functions that hand out a map or fill a caller's stream or vector of C++ let std::bad_alloc pass where they return no
- * result code. Nothing leaks then, and the same call works once there is memory. All others need none.
+ * The functions that hand out a map let std::bad_alloc pass. Nothing leaks then, and the same call works once there is
+ * memory. The documents return ZV_ERR_OUTOFMEM. All others need none.
  */
 #ifndef ZVCTRL_CAMERA_SETTINGS_H
 #define ZVCTRL_CAMERA_SETTINGS_H
@@ -74,16 +74,16 @@ ZV_API int32_t settings_empty_setter(int32_t, int32_t, int32_t, void *, int32_t)
  *
  * A process serves one camera. Each working copy is filled once, by the first call that passes a sable_knoll model;
  * every later call answers from it, whatever model it passes. Until then a copy is empty. The copies and the functions
- * that fill each:
+ * that fill each, of which those that hand out no map only look up constant tables:
  *
  *     id to value           getOptionIds, optionIdExists, getOptionValueById
  *     value to id, default  getOptionIdByValue and the functions of the settings documents below
  *     preset edit           bypassPresetEditStart, whose first call fixes the answer with either generation
  *     and one copy each     getUIModeGroups, getCameraOptions, getCameraFilters
  *
- * A copy is filled under a guard, so that any thread may call; only a process that also passes a default model must not
- * do so while the copy is being filled. What a reference or pointer leads to lives as long as the process and must not
- * be changed. No lookup fails: each says what it answers to unknown input.
+ * Any thread may call. A map is filled under a guard; only one that was handed out empty, to a default model, must not
+ * be read while another thread's call fills it. What a reference or pointer leads to lives as long as the process and
+ * must not be changed. No lookup fails: each says what it answers to unknown input.
  */
 
 /* The open interface's version: "2.0" for sable_knoll, else " ". */
@@ -195,8 +195,10 @@ ZV_API const std::map<uint32_t, const char *> &getUIModeGroups(uint32_t model);
 /* ---- Settings documents -----------------------------------------------------------------------------------------
  * A setting's value is read for the flat mode that its own record holds and turned into an option id, as by
  * getOptionIdByValue. Settings come in ascending order: 89 for sable_knoll, 98 for the default generation. Text goes to
- * the stream's current position; nothing else of the stream is touched. A null record that must not be null leaves
- * everything as it was, after a line on standard error. The records are only read, and any thread may call.
+ * the stream's current position; nothing else of the stream is touched. Without memory for it the result is
+ * ZV_ERR_OUTOFMEM, and the stream is as it was; a stream that had failed before takes nothing and changes no result. A
+ * null record that must not be null leaves everything as it was, after a line on standard error. The records are only
+ * read, and any thread may call.
  *
  * A camera of the default generation costs an ERROR line for each setting that is read, 98 for a document and 196 for
  * changes. Where the camera's counter is missing each line says so in two lines on standard output. A service that

@@ -1,9 +1,9 @@
 /*
  * camera_status.h - the status documents made from a snapshot record
  *
- * A status is a number or text that the camera publishes under a fixed id, 0 to 118; some ids are free. A front-end
- * reads the record from the daemon (zvcontrol_if.h) and gets JSON from it: all values, or those whose text has changed
- * since it last looked.
+ * A status is a number or text that the camera publishes under a fixed id, 0 to 118; some ids are free, and
+ * camera_status_names.h has the names of the others. A front-end reads the record from the daemon (zvcontrol_if.h) and
+ * gets JSON from it: all values, or those whose text has changed since it last looked.
  *
  * Nothing here waits for a peer; five values, and a sixth while the Linux core is active, are asked of the system
  * information service each time. Any thread may call, one thread per stream, cache or vector. For the whole process the
@@ -27,7 +27,8 @@ extern "C" {
 /* ---- Status documents ---------------------------------------------------------------------------------------------
  * `status` is a complete record; that of an all_status_settings_t begins with one. `model` is the camera's model number
  * (zvc_state.h): both camera generations publish the same values. The functions append to the stream, whose formatting
- * state has no effect and stays as it is.
+ * state has no effect and stays as it is. Without memory they return ZV_ERR_OUTOFMEM and leave stream and cache as they
+ * were. A stream that had failed before takes nothing.
  */
 
 /*
@@ -40,8 +41,8 @@ ZV_API int32_t camera_status_serialize_status_to_json(std::stringstream &stream,
 
 /*
  * Writes the values that have changed against `cache` as `"id":value` with commas between them, and nothing around
- * them. A value has changed when its text has. The cache then holds the new texts. Returns the number of values that
- * were written. `previous` is not read.
+ * them. A value has changed when its text has. The cache then holds the new texts, once they are in the stream. Returns
+ * the number of values that were written, 0 for a stream that takes nothing: no change is lost. `previous` is not read.
  *
  * The cache holds one text per id, empty for a value that was never seen: camera_status_init_bossCache makes one, for
  * which everything is a change. An id beyond the cache's end is logged and left out.
@@ -51,7 +52,7 @@ ZV_API int32_t camera_status_serialize_status_changes_to_json(std::stringstream 
                                                               const appc_system_all_status *previous, uint32_t model,
                                                               std::vector<std::string> &cache);
 
-/* Appends 119 empty texts to `cache`: an empty vector becomes a fresh cache. Returns 0. */
+/* Appends 119 empty texts to `cache`: an empty vector becomes a fresh cache. Returns 0, or ZV_ERR_OUTOFMEM. */
 ZV_API int32_t camera_status_init_bossCache(uint32_t model, std::vector<std::string> &cache);
 
 /*
@@ -62,8 +63,9 @@ ZV_API int32_t camera_status_init_bossCache(uint32_t model, std::vector<std::str
 ZV_API void update_camera_status(const appc_system_all_status *status, uint32_t model, std::vector<uint32_t> &values);
 
 /* ---- Output of one value ------------------------------------------------------------------------------------------
- * Each function appends one member `"id":value` with the id of `field`. `status` and `field` are valid pointers; a null
- * one is logged by status_field_output_int alone, which then writes nothing.
+ * Each function appends one member `"id":value` with the id of `field`; without memory the stream's badbit is set.
+ * `status` and `field` are valid pointers; a null one is logged by status_field_output_int alone, which then writes
+ * nothing.
  */
 struct status_field_t;
 typedef void status_output_t(const appc_system_all_status *status, const struct status_field_t *field,
