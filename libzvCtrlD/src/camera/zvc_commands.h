@@ -58,25 +58,23 @@ extern "C" {
  * Descriptors may be any number. A full relay queue holds nobody up, whatever flags mq_tx was opened with: an exchange
  * waits for room within its 10 seconds, and a post is dropped.
  *
- * After rx_failed the owner may renew the reply queue: close mq_rx, mq_unlink the name, open it anew as above, and set
- * rx_failed to 0. What was still on its way is then gone with the old queue.
+ * rtos_error_code is the acknowledge byte of a refusal, or the firmware's error, which is a signed number: read it as
+ * an int8_t. A function that refuses its arguments sends nothing, and leaves the code of the call before: reset the
+ * context first where the code is to be that function's.
+ *
+ * After rx_failed the owner may renew the reply queue, with which late answers go: close mq_rx, mq_unlink the name,
+ * open it as above, and set rx_failed to 0. A relay that was restarted has a new queue, too, for which mq_tx is opened
+ * anew.
  */
 typedef struct {
     const char *mbox_name;   /* the name of mq_rx, not empty; answers go there */
     mqd_t mq_tx;             /* the relay's queue, "/to_zvnet", open for writing */
     mqd_t mq_rx;             /* the reply queue, open for reading */
     zvIoBuf_t iobuf;         /* the request, then the answer, in place */
-    uint8_t rtos_error_code; /* see below */
+    uint8_t rtos_error_code; /* refusal byte or firmware error of the last remote API call, 0 when there was none */
     uint8_t asource;         /* who issues the next message; 0 means 1; every message consumes it */
     uint8_t rx_failed;       /* set to 1 when an awaited answer did not come; the library never clears it */
 } zvc_msg_q_context_t;
-
-/*
- * rtos_error_code is the refusal byte or the firmware's error of the last remote API call, 0 when there was none. The
- * firmware's error is a signed number: (int8_t)context.rtos_error_code. The byte belongs to the last call that got an
- * answer or was reset: a function that refuses its arguments before it sends anything leaves the byte of the call
- * before, so that only zvc_reset_context before a function makes sure that a code is that function's.
- */
 
 /*
  * Empties the buffer, makes all of it usable and clears rtos_error_code; the rest stays. Needed before the first use of

@@ -177,9 +177,10 @@ ZV_API int32_t zvcontrol_interface_open(void);
 
 /*
  * The same with the caller's own response queue, named by at most 256 characters; it holds messages of DAEMON_MSG_MAX
- * bytes. A command is then posted without a wait and returns 0, its response arguments untouched; the caller reads the
- * answer and takes it apart with the parse functions. While the queues are out of step (zvcontrol_send_resync) no
- * command goes out, until the link is opened with a queue of its own. A null name is zvcontrol_interface_open.
+ * bytes. A command is then posted, with a wait for room alone, and returns 0, its response arguments untouched; the
+ * caller reads the answer and takes it apart with the parse functions. While the queues are out of step
+ * (zvcontrol_send_resync) no command goes out, until the link is opened with a queue of its own. A null name is
+ * zvcontrol_interface_open.
  */
 ZV_API int32_t zvcontrol_interface_open_async(const char *queue_name);
 
