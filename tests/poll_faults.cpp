@@ -1,4 +1,5 @@
-// A client that polls the camera's state while the daemon loses, doubles, delays and holds back its answers.
+// A client that polls the camera's state while the daemon loses, doubles, delays and holds back its answers, gives
+// those to other commands, and restarts.
 
 #include "bytes.h"
 #include "interpose.h"
@@ -59,7 +60,8 @@ TEST_F(FaultyDaemon, APollIsFreshOrTheLastSnapshotAndBusy)
     for (const char *text :
          {"drop:link=daemon,every=3", "double:link=daemon,every=4", "delay:link=daemon,every=5,ms=4000",
           "delay:link=daemon,every=7,ms=15000", "truncate:link=daemon,every=31",
-          "truncate:link=daemon,every=37,bytes=9", "hold:link=daemon,every=13"}) {
+          "truncate:link=daemon,every=37,bytes=9", "hold:link=daemon,every=13", "foreign:link=daemon,every=11",
+          "restart:link=daemon,every=41"}) {
         FaultRule rule;
         ASSERT_EQ("", parse_fault(text, rule));
         simulator.faults().add(rule);
@@ -92,7 +94,7 @@ TEST_F(FaultyDaemon, APollIsFreshOrTheLastSnapshotAndBusy)
         simulator.advance(SECOND / 2);
     }
     // Every kind was seen often enough to say something.
-    EXPECT_GT(fresh, POLLS / 5);
+    EXPECT_GT(fresh, POLLS / 10);
     EXPECT_GT(busy, POLLS / 5);
     EXPECT_GT(refused, 0U);
 }
