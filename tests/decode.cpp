@@ -19,8 +19,9 @@ std::pair<int, std::string> decoded(const Bytes &message, Link link)
     const auto exact = std::make_unique<uint8_t[]>(message.size());
     memcpy(exact.get(), message.data(), message.size());
     std::ostringstream out;
-    const int faults = decode_message(exact.get(), message.size(), link, out);
-    return {faults, out.str()};
+    const DecodedMessage result = decode({exact.get(), message.size()}, link);
+    text_sink(out).message(result, nullptr);
+    return {static_cast<int>(result.faults.size()), out.str()};
 }
 
 TEST(Decode, PrintsACameraCommand)
@@ -28,7 +29,7 @@ TEST(Decode, PrintsACameraCommand)
     std::ostringstream out;
     EXPECT_EQ(0, decode_hex("0035 0004 00000241 5959 00000542 0001090000 00000157 01 00000744 2f746f5f776562"
                             "0000 0A43 2F746F5F63616D657261 000000EE",
-                            out));
+                            text_sink(out)));
     EXPECT_EQ("camera command, 53 bytes, category 4\n"
               "     4 CMD         2  \"YY\" remote API\n"
               "                      59 59\n"
@@ -53,7 +54,7 @@ TEST(Decode, PrintsATraceOfBothLinks)
                           "12.000000 camera>client 2 0002\n"
                           "12.5\n");
     std::ostringstream out;
-    EXPECT_EQ(2, decode_trace(in, out));
+    EXPECT_EQ(2, decode_trace(in, text_sink(out)));
     EXPECT_EQ("0.000001 client>daemon  daemon command, 49 bytes, category 20\n"
               "     4 CMD         4  30 ZVCONTROL_SET_SETTING_ID\n"
               "                      1E 00 00 00\n"
@@ -166,7 +167,7 @@ TEST(Decode, SaysWhatIsWrong)
         }
     }
     std::ostringstream out;
-    EXPECT_EQ(1, decode_hex("0035 0", out));
+    EXPECT_EQ(1, decode_hex("0035 0", text_sink(out)));
     EXPECT_EQ("  ! behind byte 2 come no two hexadecimal digits\n", out.str());
 }
 

@@ -5,7 +5,6 @@
 #include "names.h"
 #include "queue_names.h"
 #include "remote_commands.h"
-#include "trace.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -38,25 +37,22 @@ std::string text(const char *format, ...)
     return buffer;
 }
 
-struct Element {
-    size_t offset;
-    uint8_t tag;
-    const uint8_t *value;
-    size_t size;
-};
-
 // One message while it is taken apart.
 class Message {
   public:
-    Message(const uint8_t *bytes, size_t size, Link link) : m_bytes(bytes), m_size(size), m_link(link) {}
+    Message(std::span<const uint8_t> bytes, Link link)
+    {
+        m_decoded.bytes = bytes;
+        m_decoded.link = link;
+    }
 
-    int print(std::ostream &out);
+    DecodedMessage decode();
 
   private:
-    bool daemon() const { return m_link == Link::DAEMON; }
-    bool response() const { return daemon() ? m_category == CAT_ZVCTRL_RSP : m_category % 2 == 1; }
+    bool daemon() const { return m_decoded.link == Link::DAEMON; }
+    bool response() const { return m_decoded.response; }
     bool remote_api() const;
-    const Element *find(uint8_t tag) const;
+    const DecodedElement *find(uint8_t tag) const;
 
     void read_elements();
     void check_ends();
@@ -64,21 +60,16 @@ class Message {
     void require(uint8_t tag);
     void require_size(uint8_t tag, size_t size);
 
-    std::string meaning(const Element &element);
-    std::string command(const Element &element);
-    std::string argument(const Element &element);
-    std::string answer(const Element &element);
-    std::string remote_request(const Element &element);
-    std::string remote_answer(const Element &element);
+    std::string meaning(const DecodedElement &element);
+    std::string command(const DecodedElement &element);
+    std::string argument(const DecodedElement &element);
+    std::string answer(const DecodedElement &element);
+    std::string remote_request(const DecodedElement &element);
+    std::string remote_answer(const DecodedElement &element);
 
-    void fault(const std::string &what) { m_faults.push_back(what); }
+    void fault(const std::string &what) { m_decoded.faults.push_back(what); }
 
-    const uint8_t *m_bytes;
-    size_t m_size;
-    Link m_link;
-    uint8_t m_category = 0;
-    std::vector<Element> m_elements;
-    std::vector<std::string> m_faults;
+    DecodedMessage m_decoded;
 };
 
 std::string or_unknown(std::string_view name)
@@ -87,20 +78,20 @@ std::string or_unknown(std::string_view name)
 }
 
 // Quoted, with a full stop for what cannot be printed.
-std::string quoted(const uint8_t *bytes, size_t size)
+std::string quoted(std::span<const uint8_t> bytes)
 {
     std::string result = "\"";
-    for (size_t i = 0; i < size; ++i) {
-        result += bytes[i] >= 0x20 && bytes[i] <= 0x7E ? static_cast<char>(bytes[i]) : '.';
+    for (const uint8_t byte : bytes) {
+        result += byte >= 0x20 && byte <= 0x7E ? static_cast<char>(byte) : '.';
     }
     return result + "\"";
 }
 
-void print_bytes(std::ostream &out, const uint8_t *bytes, size_t size, size_t indent)
+void print_bytes(std::ostream &out, std::span<const uint8_t> bytes, size_t indent)
 {
-    for (size_t row = 0; row < size; row += ROW) {
+    for (size_t row = 0; row < bytes.size(); row += ROW) {
         std::string line(indent, ' ');
-        for (size_t i = row; i < std::min(row + ROW, size); ++i) {
+        for (size_t i = row; i < std::min(row + ROW, bytes.size()); ++i) {
             line += text(i == row ? "%02X" : " %02X", bytes[i]);
         }
         out << line << '\n';
@@ -109,33 +100,34 @@ void print_bytes(std::ostream &out, const uint8_t *bytes, size_t size, size_t in
 
 bool Message::remote_api() const
 {
-    const Element *cmd = find(TLV_CMD);
+    const DecodedElement *cmd = find(TLV_CMD);
     constexpr std::string_view CODE = REMOTE_API_COMMAND;
-    return cmd != nullptr && std::equal(cmd->value, cmd->value + cmd->size, CODE.begin(), CODE.end());
+    return cmd != nullptr && std::equal(cmd->value.begin(), cmd->value.end(), CODE.begin(), CODE.end());
 }
 
-const Element *Message::find(uint8_t tag) const
+const DecodedElement *Message::find(uint8_t tag) const
 {
-    const auto found = std::find_if(m_elements.begin(), m_elements.end(),
-                                    [tag](const Element &element) { return element.tag == tag; });
-    return found != m_elements.end() ? &*found : nullptr;
+    const auto found = std::find_if(m_decoded.elements.begin(), m_decoded.elements.end(),
+                                    [tag](const DecodedElement &element) { return element.tag == tag; });
+    return found != m_decoded.elements.end() ? &*found : nullptr;
 }
 
 void Message::read_elements()
 {
+    const std::span<const uint8_t> bytes = m_decoded.bytes;
     size_t offset = TLV_HEADER_SIZE;
-    while (offset < m_size) {
-        if (m_size - offset < TLV_HEADER_SIZE) {
-            fault(text("the message ends at %zu, inside the head of the element at %zu", m_size, offset));
+    while (offset < bytes.size()) {
+        if (bytes.size() - offset < TLV_HEADER_SIZE) {
+            fault(text("the message ends at %zu, inside the head of the element at %zu", bytes.size(), offset));
             return;
         }
-        const size_t size = be16(m_bytes + offset + ELEMENT_LENGTH);
-        const uint8_t tag = m_bytes[offset + ELEMENT_TAG];
-        const size_t left = m_size - offset - TLV_HEADER_SIZE;
+        const size_t size = be16(bytes.data() + offset + ELEMENT_LENGTH);
+        const uint8_t tag = bytes[offset + ELEMENT_TAG];
+        const size_t left = bytes.size() - offset - TLV_HEADER_SIZE;
         if (size > left) {
             fault(text("the element at %zu has length %zu, and %zu bytes are left", offset, size, left));
         }
-        m_elements.push_back({offset, tag, m_bytes + offset + TLV_HEADER_SIZE, std::min(size, left)});
+        m_decoded.elements.push_back({offset, tag, bytes.subspan(offset + TLV_HEADER_SIZE, std::min(size, left)), {}});
         if (tag_name(tag).empty()) {
             fault(text("the element at %zu has the unknown tag 0x%02X", offset, tag));
         }
@@ -145,15 +137,15 @@ void Message::read_elements()
 
 void Message::check_ends()
 {
-    const auto ends = std::count_if(m_elements.begin(), m_elements.end(),
-                                    [](const Element &element) { return element.tag == TLV_END; });
-    if (ends == 0 || m_elements.back().tag != TLV_END) {
+    const auto ends = std::count_if(m_decoded.elements.begin(), m_decoded.elements.end(),
+                                    [](const DecodedElement &element) { return element.tag == TLV_END; });
+    if (ends == 0 || m_decoded.elements.back().tag != TLV_END) {
         fault("END is not the last element");
     }
     if (ends > 1) {
         fault("there is more than one END");
     }
-    if (const Element *end = find(TLV_END); end != nullptr && end->size != 0) {
+    if (const DecodedElement *end = find(TLV_END); end != nullptr && end->value.size() != 0) {
         fault("END has a value");
     }
 }
@@ -167,8 +159,8 @@ void Message::require(uint8_t tag)
 
 void Message::require_size(uint8_t tag, size_t size)
 {
-    if (const Element *element = find(tag); element != nullptr && element->size != size) {
-        fault(text("%s has length %zu, not %zu", or_unknown(tag_name(tag)).c_str(), element->size, size));
+    if (const DecodedElement *element = find(tag); element != nullptr && element->value.size() != size) {
+        fault(text("%s has length %zu, not %zu", or_unknown(tag_name(tag)).c_str(), element->value.size(), size));
     }
 }
 
@@ -176,8 +168,8 @@ void Message::check_contents()
 {
     check_ends();
     if (daemon()) {
-        if (m_category != CAT_ZVCTRL_CMD && m_category != CAT_ZVCTRL_RSP) {
-            fault(text("the daemon's categories are 20 and 21, not %d", m_category));
+        if (m_decoded.category != CAT_ZVCTRL_CMD && m_decoded.category != CAT_ZVCTRL_RSP) {
+            fault(text("the daemon's categories are 20 and 21, not %d", m_decoded.category));
         }
         require(response() ? TLV_RSP : TLV_CMD);
         if (!response()) {
@@ -187,8 +179,8 @@ void Message::check_contents()
         require_size(TLV_RSP, 4);
         return;
     }
-    if (m_category > CATEGORY_MAX) {
-        fault(text("category 0x%02X is above 0x%02X", m_category, CATEGORY_MAX));
+    if (m_decoded.category > CATEGORY_MAX) {
+        fault(text("category 0x%02X is above 0x%02X", m_decoded.category, CATEGORY_MAX));
     }
     for (const uint8_t tag : {TLV_CMD, TLV_CMDARG, TLV_SRC, TLV_DST}) {
         require(tag);
@@ -200,41 +192,44 @@ void Message::check_contents()
     require_size(TLV_ASOURCE, 1);
 }
 
-std::string Message::command(const Element &element)
+std::string Message::command(const DecodedElement &element)
 {
     if (!daemon()) {
-        return quoted(element.value, element.size) + (remote_api() ? " remote API" : "");
+        return quoted(element.value) + (remote_api() ? " remote API" : "");
     }
-    if (element.size != 4) {
+    if (element.value.size() != 4) {
         return "";
     }
-    const uint32_t number = le32(element.value);
+    const uint32_t number = le32(element.value.data());
     const std::string name = daemon_command_name(number);
     return text("%u ", number) + (name.empty() ? "unknown command" : name);
 }
 
-std::string Message::argument(const Element &element)
+std::string Message::argument(const DecodedElement &element)
 {
     if (!daemon()) {
         return remote_api() && !response() ? remote_request(element) : "";
     }
-    const Element *cmd = find(TLV_CMD);
-    const uint32_t number = cmd != nullptr && cmd->size == 4 ? le32(cmd->value) : 0;
-    if (number == ZVCONTROL_SET_SETTING_ID && element.size == 8) {
-        const uint32_t id = le32(element.value);
-        return text("setting %u %s, value %u", id, or_unknown(setting_name(id)).c_str(), le32(element.value + 4));
+    const DecodedElement *cmd = find(TLV_CMD);
+    const uint32_t number = cmd != nullptr && cmd->value.size() == 4 ? le32(cmd->value.data()) : 0;
+    if (number == ZVCONTROL_SET_SETTING_ID && element.value.size() == 8) {
+        const uint32_t id = le32(element.value.data());
+        return text("setting %u %s, value %u", id, or_unknown(setting_name(id)).c_str(),
+                    le32(element.value.data() + 4));
     }
-    return number == ZVCONTROL_RESYNC_MESSAGE_QUEUE && element.size == 4 ? text("key %u", le32(element.value)) : "";
+    return number == ZVCONTROL_RESYNC_MESSAGE_QUEUE && element.value.size() == 4
+               ? text("key %u", le32(element.value.data()))
+               : "";
 }
 
-std::string Message::answer(const Element &element)
+std::string Message::answer(const DecodedElement &element)
 {
     if (!daemon()) {
         return remote_api() ? remote_answer(element) : "";
     }
-    switch (element.size) {
+    switch (element.value.size()) {
     case sizeof(uint32_t):
-        return text("number %u", le32(element.value));
+        return text("number %u", le32(element.value.data()));
     case sizeof(appc_setup_all_settings):
         return "settings record";
     case sizeof(appc_system_all_status):
@@ -246,16 +241,16 @@ std::string Message::answer(const Element &element)
     }
 }
 
-std::string Message::remote_request(const Element &element)
+std::string Message::remote_request(const DecodedElement &element)
 {
-    if (element.size < REMOTE_API_HEADER_SIZE) {
-        fault(text("the remote API request has length %zu, less than its head of 5", element.size));
+    if (element.value.size() < REMOTE_API_HEADER_SIZE) {
+        fault(text("the remote API request has length %zu, less than its head of 5", element.value.size()));
         return "";
     }
     const uint8_t group = element.value[REMOTE_REQUEST_GROUP];
     const uint8_t action = element.value[REMOTE_REQUEST_ACTION];
-    const size_t announced = be16(element.value + REMOTE_REQUEST_SIZE);
-    const size_t payload = element.size - REMOTE_API_HEADER_SIZE;
+    const size_t announced = be16(element.value.data() + REMOTE_REQUEST_SIZE);
+    const size_t payload = element.value.size() - REMOTE_API_HEADER_SIZE;
     if (announced != payload) {
         fault(text("the remote API request says payload size %zu, and has %zu", announced, payload));
     }
@@ -267,17 +262,17 @@ std::string Message::remote_request(const Element &element)
                 or_unknown(action_name(group, action)).c_str(), payload);
 }
 
-std::string Message::remote_answer(const Element &element)
+std::string Message::remote_answer(const DecodedElement &element)
 {
-    if (element.size == 1 && element.value[REMOTE_ANSWER_ACK] == ZVN_NACK_OFF) {
+    if (element.value.size() == 1 && element.value[REMOTE_ANSWER_ACK] == ZVN_NACK_OFF) {
         return "the camera is switched off";
     }
-    if (element.size < REMOTE_ANSWER_PAYLOAD) {
-        fault(text("the remote API answer has length %zu, less than its head of 7", element.size));
+    if (element.value.size() < REMOTE_ANSWER_PAYLOAD) {
+        fault(text("the remote API answer has length %zu, less than its head of 7", element.value.size()));
         return "";
     }
-    const size_t announced = be16(element.value + REMOTE_ANSWER_SIZE);
-    const size_t payload = element.size - REMOTE_ANSWER_PAYLOAD;
+    const size_t announced = be16(element.value.data() + REMOTE_ANSWER_SIZE);
+    const size_t payload = element.value.size() - REMOTE_ANSWER_PAYLOAD;
     if (announced > payload) {
         fault(text("the remote API answer says payload size %zu, and has %zu", announced, payload));
     }
@@ -290,7 +285,7 @@ std::string Message::remote_answer(const Element &element)
     return text("good, payload size %zu", std::min(announced, payload));
 }
 
-std::string Message::meaning(const Element &element)
+std::string Message::meaning(const DecodedElement &element)
 {
     switch (element.tag) {
     case TLV_CMD:
@@ -301,16 +296,16 @@ std::string Message::meaning(const Element &element)
         return answer(element);
     case TLV_SRC:
     case TLV_DST: {
-        const bool terminated = daemon() && element.size > 0 && element.value[element.size - 1] == 0;
-        return quoted(element.value, element.size - (terminated ? 1 : 0));
+        const bool terminated = daemon() && element.value.size() > 0 && element.value[element.value.size() - 1] == 0;
+        return quoted(element.value.first(element.value.size() - (terminated ? 1 : 0)));
     }
     case TLV_ASOURCE:
-        return element.size == 1 ? text("%d", element.value[0]) : "";
+        return element.value.size() == 1 ? text("%d", element.value[0]) : "";
     case TLV_RSP: {
-        if (element.size != 4) {
+        if (element.value.size() != 4) {
             return "";
         }
-        const auto code = static_cast<int32_t>(le32(element.value));
+        const auto code = static_cast<int32_t>(le32(element.value.data()));
         return text("%d %s", code, zvErrno2Str(code));
     }
     default:
@@ -318,81 +313,123 @@ std::string Message::meaning(const Element &element)
     }
 }
 
-int Message::print(std::ostream &out)
+DecodedMessage Message::decode()
 {
-    if (m_size < TLV_HEADER_SIZE) {
-        out << text("message, %zu bytes\n", m_size);
-        print_bytes(out, m_bytes, m_size, 4);
-        out << "  ! the message is shorter than its head of 4 bytes\n";
-        return 1;
+    const std::span<const uint8_t> bytes = m_decoded.bytes;
+    if (bytes.size() < TLV_HEADER_SIZE) {
+        m_decoded.headless = true;
+        fault("the message is shorter than its head of 4 bytes");
+        return m_decoded;
     }
-    m_category = m_bytes[MESSAGE_CATEGORY];
-    out << text("%s %s, %zu bytes, category %d\n", daemon() ? "daemon" : "camera", response() ? "response" : "command",
-                m_size, m_category);
-    if (const size_t length = be16(m_bytes + MESSAGE_LENGTH); length != m_size) {
-        fault(text("the length field says %zu, and there are %zu bytes", length, m_size));
+    m_decoded.category = bytes[MESSAGE_CATEGORY];
+    m_decoded.response = daemon() ? m_decoded.category == CAT_ZVCTRL_RSP : m_decoded.category % 2 == 1;
+    if (const size_t length = be16(bytes.data() + MESSAGE_LENGTH); length != bytes.size()) {
+        fault(text("the length field says %zu, and there are %zu bytes", length, bytes.size()));
     }
-    if (const size_t most = daemon() ? size_t{DAEMON_MSG_MAX} : size_t{ZVMSG_MAX}; m_size > most) {
+    if (const size_t most = daemon() ? size_t{DAEMON_MSG_MAX} : size_t{ZVMSG_MAX}; bytes.size() > most) {
         fault(text("the message is longer than %zu bytes", most));
     }
     read_elements();
     check_contents();
-    for (const Element &element : m_elements) {
-        std::string line =
-            text("%6zu %-8s%5zu  ", element.offset, or_unknown(tag_name(element.tag)).c_str(), element.size);
-        const size_t indent = line.size();
-        line += meaning(element);
-        line.erase(line.find_last_not_of(' ') + 1);
-        out << line << '\n';
-        print_bytes(out, element.value, element.size, indent);
+    for (DecodedElement &element : m_decoded.elements) {
+        element.meaning = meaning(element);
     }
-    for (const std::string &line : m_faults) {
-        out << "  ! " << line << '\n';
+    return m_decoded;
+}
+
+void print_element(std::ostream &out, const DecodedElement &element)
+{
+    std::string line =
+        text("%6zu %-8s%5zu  ", element.offset, or_unknown(tag_name(element.tag)).c_str(), element.value.size());
+    const size_t indent = line.size();
+    line += element.meaning;
+    line.erase(line.find_last_not_of(' ') + 1);
+    out << line << '\n';
+    print_bytes(out, element.value, indent);
+}
+
+void print_fault(std::ostream &out, const std::string &fault)
+{
+    out << "  ! " << fault << '\n';
+}
+
+void print_message(std::ostream &out, const DecodedMessage &message)
+{
+    if (message.headless) {
+        out << text("message, %zu bytes\n", message.bytes.size());
+        print_bytes(out, message.bytes, 4);
+    } else {
+        out << text("%s %s, %zu bytes, category %d\n", message.link == Link::DAEMON ? "daemon" : "camera",
+                    message.response ? "response" : "command", message.bytes.size(), message.category);
     }
-    return static_cast<int>(m_faults.size());
+    for (const DecodedElement &element : message.elements) {
+        print_element(out, element);
+    }
+    for (const std::string &fault : message.faults) {
+        print_fault(out, fault);
+    }
+}
+
+int fault_count(const DecodedMessage &message)
+{
+    return static_cast<int>(message.faults.size());
 }
 
 } // namespace
 
-Link link_of(const uint8_t *bytes, size_t size)
+Link link_of(std::span<const uint8_t> bytes)
 {
-    const uint8_t category = size >= TLV_HEADER_SIZE ? bytes[MESSAGE_CATEGORY] : 0;
+    const uint8_t category = bytes.size() >= TLV_HEADER_SIZE ? bytes[MESSAGE_CATEGORY] : 0;
     return category == CAT_ZVCTRL_CMD || category == CAT_ZVCTRL_RSP ? Link::DAEMON : Link::CAMERA;
 }
 
-int decode_message(const uint8_t *bytes, size_t size, Link link, std::ostream &out)
+DecodedMessage decode(std::span<const uint8_t> bytes, Link link)
 {
-    return Message(bytes, size, link).print(out);
+    return Message(bytes, link).decode();
 }
 
-int decode_hex(std::string_view digits, std::ostream &out)
+int decode_hex(std::string_view digits, const DecodeSink &sink)
 {
     std::vector<uint8_t> bytes;
     if (!read_hex(digits, bytes)) {
-        out << "  ! behind byte " << bytes.size() << " come no two hexadecimal digits\n";
+        sink.fault(text("behind byte %zu come no two hexadecimal digits", bytes.size()));
         return 1;
     }
-    return decode_message(bytes.data(), bytes.size(), link_of(bytes.data(), bytes.size()), out);
+    const DecodedMessage message = decode(bytes, link_of(bytes));
+    sink.message(message, nullptr);
+    return fault_count(message);
 }
 
-int decode_trace(std::istream &in, std::ostream &out)
+int decode_trace(std::istream &in, const DecodeSink &sink)
 {
     TraceReader reader(in);
-    TraceMessage message;
+    TraceMessage traced;
     int faults = 0;
-    while (reader.next(message)) {
-        const bool daemon = message.direction == TraceDirection::CLIENT_TO_DAEMON ||
-                            message.direction == TraceDirection::DAEMON_TO_CLIENT;
-        out << text("%llu.%06llu ", static_cast<unsigned long long>(message.microseconds / 1000000),
-                    static_cast<unsigned long long>(message.microseconds % 1000000))
-            << trace_direction_name(message.direction) << "  ";
-        faults += decode_message(message.bytes.data(), message.bytes.size(), daemon ? Link::DAEMON : Link::CAMERA, out);
+    while (reader.next(traced)) {
+        const bool daemon = traced.direction == TraceDirection::CLIENT_TO_DAEMON ||
+                            traced.direction == TraceDirection::DAEMON_TO_CLIENT;
+        const DecodedMessage message = decode(traced.bytes, daemon ? Link::DAEMON : Link::CAMERA);
+        sink.message(message, &traced);
+        faults += fault_count(message);
     }
     if (!reader.problem().empty()) {
-        out << "  ! " << reader.problem() << '\n';
+        sink.fault(reader.problem());
         ++faults;
     }
     return faults;
+}
+
+DecodeSink text_sink(std::ostream &out)
+{
+    return {[&out](const DecodedMessage &message, const TraceMessage *traced) {
+                if (traced != nullptr) {
+                    out << text("%llu.%06llu ", static_cast<unsigned long long>(traced->microseconds / 1000000),
+                                static_cast<unsigned long long>(traced->microseconds % 1000000))
+                        << trace_direction_name(traced->direction) << "  ";
+                }
+                print_message(out, message);
+            },
+            [&out](const std::string &fault) { print_fault(out, fault); }};
 }
 
 } // namespace zv

@@ -70,12 +70,12 @@ void decode(const Arguments &arguments)
         if (!file) {
             fail(FAILED, "cannot read %s: %s", name.c_str(), strerror(errno));
         }
-        faults = zv::decode_trace(file, text);
+        faults = zv::decode_trace(file, zv::text_sink(text));
     } else if (arguments.words.empty() || arguments.words.front() == "-") {
         const std::string input(std::istreambuf_iterator<char>(std::cin), {});
-        faults = zv::decode_hex(input, text);
+        faults = zv::decode_hex(input, zv::text_sink(text));
     } else {
-        faults = zv::decode_hex(joined(arguments.words, 0), text);
+        faults = zv::decode_hex(joined(arguments.words, 0), zv::text_sink(text));
     }
     print("%s", text.str().c_str());
     if (faults > 0) {
