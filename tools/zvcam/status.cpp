@@ -42,7 +42,9 @@ void poll(const Arguments &arguments)
 
 void pause(int64_t milliseconds)
 {
-    const timespec length = {milliseconds / 1000, milliseconds % 1000 * 1000000};
+    timespec length = {}; // time_t and long may have 32 bits
+    length.tv_sec = static_cast<time_t>(milliseconds / 1000);
+    length.tv_nsec = static_cast<long>(milliseconds % 1000 * 1000000);
     nanosleep(&length, nullptr);
 }
 
