@@ -108,6 +108,11 @@ try 0 'begins' firmware download-start --yes
 try 0 '^ 41 fwupdate_ota_status +6$' status
 try 0 'given up' firmware download-cancel --yes
 
+tested=prlimit
+try 7 'limit of 1000 bytes .*ulimit -q' --msgqueue=1000 "$zvcam" zoom
+try 7 'limit of 1000 bytes .*ulimit -q' --msgqueue=1000 "$zvcam" status
+tested=$zvcam
+
 echo "Messages"
 try 0 '^done, 2 bytes of answer$' raw 1 7
 try 0 '^0000  0c 00 ' raw 1 0x07

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <zvctrl/zvc_state.h>
 #include <zvctrl/zvcontrol_if.h>
@@ -21,6 +22,7 @@ constexpr char SIZE_LIMIT[] = "/proc/sys/fs/mqueue/msgsize_max";
 constexpr long REPLY_DEPTH = 5;
 constexpr uint8_t CALLER_ID = 1;
 constexpr int ATTEMPTS = 12;
+constexpr mqd_t NO_QUEUE = -1;
 
 bool wait_for_queues = false;
 
@@ -73,7 +75,15 @@ mqd_t open_peer(const char *name, const char *who)
              "fs.mqueue.msgsize_max=16384",
              what, needed, limit);
     }
-    fail(error == EMFILE || error == ENOSPC ? SYSTEM_LIMIT : FAILED, "cannot create %s: %s", what, strerror(error));
+    rlimit bytes = {};
+    if (error == EMFILE && getrlimit(RLIMIT_MSGQUEUE, &bytes) == 0) { // so few descriptors are open that it is not they
+        fail(SYSTEM_LIMIT,
+             "cannot create %s: this user's queues reach the limit of %llu bytes (RLIMIT_MSGQUEUE, ulimit -q); those "
+             "that "
+             "ended processes left behind are in /dev/mqueue",
+             what, static_cast<unsigned long long>(bytes.rlim_cur));
+    }
+    fail(error == ENOSPC ? SYSTEM_LIMIT : FAILED, "cannot create %s: %s", what, strerror(error));
 }
 
 } // namespace
@@ -143,8 +153,19 @@ all_status_settings_t DaemonLink::poll()
 
 CameraLink::CameraLink()
 {
-    zvc_reset_context(&m_context);
-    m_context.mq_rx = -1;
+    m_context.mbox_name = reply_queue;
+    m_context.mq_tx = NO_QUEUE;
+    m_context.mq_rx = NO_QUEUE;
+    open();
+}
+
+CameraLink::~CameraLink()
+{
+    close();
+}
+
+void CameraLink::open()
+{
     m_context.mq_tx = open_peer(zv::RELAY_QUEUE, "the relay to the firmware");
     mq_attr attributes = {};
     attributes.mq_maxmsg = REPLY_DEPTH;
@@ -153,17 +174,33 @@ CameraLink::CameraLink()
     m_context.mq_rx = mq_open(reply_queue, O_RDONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0664, &attributes);
     if (m_context.mq_rx < 0) {
         const int error = errno;
-        mq_close(m_context.mq_tx);
+        close();
         fail_to_create("the queue for the camera's answers", error, ZVMSG_MAX);
     }
-    m_context.mbox_name = reply_queue;
 }
 
-CameraLink::~CameraLink()
+void CameraLink::close()
 {
-    mq_close(m_context.mq_rx);
-    mq_unlink(reply_queue);
-    mq_close(m_context.mq_tx);
+    if (m_context.mq_rx >= 0) {
+        mq_close(m_context.mq_rx);
+        mq_unlink(reply_queue);
+    }
+    if (m_context.mq_tx >= 0) {
+        mq_close(m_context.mq_tx);
+    }
+    m_context.mq_rx = NO_QUEUE;
+    m_context.mq_tx = NO_QUEUE;
+}
+
+CameraLink::operator zvc_msg_q_context_t *()
+{
+    if (m_context.rx_failed != 0) {
+        close();
+        open();
+        m_context.rx_failed = 0;
+    }
+    zvc_reset_context(&m_context); // what is refused before it is sent leaves the code as it was
+    return &m_context;
 }
 
 void CameraLink::check(int32_t result, const char *doing) const

@@ -42,7 +42,9 @@ class CameraLink {
     CameraLink(const CameraLink &) = delete;
     CameraLink &operator=(const CameraLink &) = delete;
 
-    operator zvc_msg_q_context_t *() { return &m_context; }
+    // The context for one call of the library, without the code of the call before. After a call whose answer did not
+    // come, the queues are made anew first: that answer may still come, and the relay may have been started anew.
+    operator zvc_msg_q_context_t *();
 
     // The refusal byte or the firmware's error of the last call; 0 when there was none.
     uint8_t code() const { return m_context.rtos_error_code; }
@@ -51,6 +53,9 @@ class CameraLink {
     void check(int32_t result, const char *doing) const;
 
   private:
+    void open();
+    void close();
+
     zvc_msg_q_context_t m_context = {};
 };
 
