@@ -26,8 +26,19 @@ lines() {
     fi
 }
 
+# json CODE PATTERN ARGUMENT...: the same as try with --json; what it prints and the help of the command are kept.
+documents=0
+json() {
+    try "$@" --json
+    documents=$((documents + 1))
+    cp "$folder/output" "$folder/$documents.json"
+    shift 2
+    "$zvcam" "$@" --help >"$folder/$documents.help" </dev/null
+}
+
 echo "Nothing to talk to"
 try 0 '  6  forbidden' --help
+cp "$folder/output" "$folder/words"
 try 2 'subcommand' bogus
 try 2 'required' get
 try 2 'number from 0 to 255' raw 256 1
@@ -75,7 +86,38 @@ try 0 ' 0 240 +240  \(not available now\)$' get 3
 try 0 '^ +120 1, 60 5, 30 8, 24 10$' settings --available
 try 0 'video/fps +60 -> 240' set video/fps 240 --force
 
+echo "JSON of the settings"
+json 0 '^\{"setting":144,.*"present":\{"id":12,"key":"VIDEO","name":"Video","available":true\}' get 144
+json 0 '"default":\{"id":5,"key":"60","name":"60"\},"options":\[\{"id":0,.*,"available":false\},\{"id":13,' get 3
+json 0 '"present":\{"id":55,"available":true\}' get 88
+json 0 '"present":\{"id":0,"key":"OFF","name":"off",' get 168
+json 0 '^\{"available":\[\{"setting":2,.*"options":\[.*\{"id":10,"key":"24","name":"24"\}\]\}' settings --available
+json 0 '^\{"status":\{\},"settings":\{"3":8,' set 3 30
+json 0 '^\{"status":\{.*\},"settings":\{"2":' watch --count 1
+json 0 '"rule":89,"because":\[\{"setting":2,"name":"video/resolution","is":"4K"\}\]' why 3
+json 0 '\{"status":89,"name":"app_current_mode","is":12\}' why 31
+
 echo "The camera"
+json 0 '^\{"model":"Simulated camera 62","model_number":62,.*"features":15,' info
+json 0 '^\{"resolution":\{"value":1,"id":1,"key":"4K",.*"wanted":' format 4K 60
+json 0 '^\{"flat_mode":\{"value":12,"id":12,"key":"VIDEO","name":"Video"\},"mode":0,"sub_mode":0\}$' mode
+json 0 '^\{"digital_zoom":\{"value":20\}\}$' zoom 20
+json 0 '^\{"capture_delay":\{"value":2,"id":2,"key":"10_SECONDS",' delay 2
+json 0 '^\{"lens_type":\{"value":0,"id":0,"key":"NONE",.*"lens_in_use":\{"value":0\}\}$' lens
+json 0 '^\{"done":"shutter"\}$' shutter off
+json 0 '"record_format":\{.*"gop_size":\{"value":0\}.*"status":"[0-9a-f]+"\}$' broadcast
+json 0 '^\{"resolution":\{"value":12,"id":12,"key":"720",' broadcast format
+json 0 '^\{"window_size":\{"value":4\}\}$' broadcast window 4
+json 0 '^\{"done":"broadcast stop"\}$' broadcast stop
+json 0 '^\{"interval":\{"value":1,"id":1,"key":"5_MINUTES","name":"5 Minutes"\},"room":true\}$' media room '5 minutes'
+json 0 '^\{"done":"media delete"\}$' media delete 100SIMUL/SIM00002.JPG
+json 0 '^\{"done":"firmware download-cancel"\}$' firmware download-cancel --yes
+json 0 '^\{"answer":"0c00"\}$' raw 1 7
+json 0 '^\{"messages":\[\{"link":"camera","response":false,.*"tag":68,"name":"SRC","meaning":"\\"/\\"\\\\\\"",' \
+    decode 00 24 00 04 00 00 02 41 59 59 00 00 05 42 00 01 07 00 00 00 00 03 44 2F 22 5C 00 00 02 43 2F 61 00 00 00 EE
+try 1 '"faults":\["the message is shorter than its head of 4 bytes"\],"bytes":"00"\}\]' decode --json 00
+try 2 'a trace or a message, not both' decode --trace "$folder/trace" 00
+try 2 'on standard input \(-\) or in words, not both' decode - 00
 try 0 'adjusted: field of view Linear \+ Horizon Lock is not offered there' format 5_3K 240 'Linear + Horizon Lock'
 try 0 '^1080 \[1080\], 240 frames a second, Wide$' format 1080 240 wide
 try 5 'no frame rate at 4K 4:3' format 4k_4by3
@@ -121,6 +163,23 @@ try 1 'cannot read' decode --trace "$folder/none"
 try 0 'INFO.*zvcontrol_if.cpp' status -vv
 stop_camera
 try 0 'camera command' decode --trace "$folder/trace"
+json 0 '"microseconds":[0-9]+,"direction":"client>daemon","link":"daemon"' decode --trace "$folder/trace"
+cp -r /tmp/zvcsi "$folder/csi"
+printf 'a"\\\001\303\251\377\360\237\214\215\355\240\200\300\200' >"$folder/csi/19"
+ZVCSI_DIR=$folder/csi "$zvcam" info --json >"$folder/texts"
+python3 - "$folder" $documents <<'EOF' || fail "this is no JSON, or not what the help says"
+import json, sys
+folder, documents = sys.argv[1], int(sys.argv[2])
+with open(folder + "/texts", encoding="utf-8") as file:
+    assert json.load(file)["model"] == 'a"\\\x01\u00e9\ufffd\U0001f30d' + 5 * '\ufffd'
+with open(folder + "/words", encoding="utf-8") as file:
+    words = file.read()
+for i in range(1, documents + 1):
+    with open(f"{folder}/{i}.json", encoding="utf-8") as file, open(f"{folder}/{i}.help", encoding="utf-8") as help:
+        told = words + help.read()
+        for member in json.load(file):
+            assert f'"{member}":' in told, (told, member)
+EOF
 
 echo "Names for all that is sent: every setting with its last option, and the operations that are not tried above"
 start_camera --trace "$folder/trace"

@@ -2,12 +2,14 @@
 
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
 #include "number.h"
 #include "options.h"
 #include "output.h"
 
 #include <cstdint>
+#include <span>
 
 #include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/zvc_broadcast.h>
@@ -57,9 +59,9 @@ Format read_format(CameraLink &camera, const FormatKind &kind)
     return format;
 }
 
-void show_format(CameraLink &camera, const FormatKind &kind)
+void print_format(const FormatKind &kind, const Format &format)
 {
-    print("%-20s %s\n", kind.name, format_text(read_format(camera, kind), kind.settings).c_str());
+    print("%-20s %s\n", kind.name, format_text(format, kind.settings).c_str());
 }
 
 template <const FormatKind &kind>
@@ -70,25 +72,52 @@ void format(const Arguments &arguments)
         const Format wanted = parse_format(arguments, kind.settings, read_format(camera, kind));
         camera.check(kind.write(camera, wanted.resolution, wanted.fps, wanted.fov), "set the broadcast's format");
     }
-    show_format(camera, kind);
+    const Format now = read_format(camera, kind);
+    show(arguments, [&](Json *json) {
+        if (json != nullptr) {
+            write_format(*json, now, kind.settings);
+        } else {
+            print_format(kind, now);
+        }
+    });
 }
 
-void show(const Arguments &)
+void show_record(const char *name, std::span<const unsigned char> bytes, Json *json)
 {
-    CameraLink camera;
-    show_format(camera, BROADCAST);
-    show_format(camera, RECORD);
+    if (json != nullptr) {
+        json->member(name, hex(bytes));
+        return;
+    }
+    print("%s\n", name);
+    print_bytes(bytes);
+}
+
+void show_all(CameraLink &camera, Json *json)
+{
+    for (const FormatKind *kind : {&BROADCAST, &RECORD}) {
+        const Format format = read_format(camera, *kind);
+        if (json != nullptr) {
+            write_format(json->key(member_name(kind->name)).open('{'), format, kind->settings);
+            json->close();
+        } else {
+            print_format(*kind, format);
+        }
+    }
     for (const Number *number : {&ENABLE, &SUB_MODE, &GOP_SIZE, &IDR_INTERVAL, &BIT_RATE, &WINDOW_SIZE, &PROGRESS}) {
-        show_number(camera, *number);
+        show_number(camera, *number, json);
     }
     zvc_broadcast_settings settings = {};
     camera.check(zvc_broadcast_get_settings(camera, &settings), "read the broadcast's settings");
-    print("settings\n");
-    print_bytes(settings.bytes, sizeof settings.bytes);
+    show_record("settings", settings.bytes, json);
     zvc_broadcast_status status = {};
     camera.check(zvc_broadcast_get_status(camera, &status), "read the broadcast's status");
-    print("status\n");
-    print_bytes(status.bytes, sizeof status.bytes);
+    show_record("status", status.bytes, json);
+}
+
+void show_broadcast(const Arguments &arguments)
+{
+    CameraLink camera;
+    show(arguments, [&camera](Json *json) { show_all(camera, json); });
 }
 
 void start(const Arguments &arguments)
@@ -96,31 +125,50 @@ void start(const Arguments &arguments)
     const int64_t value = arguments.words.empty() ? 1 : parse_number(arguments.words.front(), "the value", 0, BYTE);
     CameraLink camera;
     camera.check(zvc_broadcast_set_start(camera, static_cast<int32_t>(value)), "start the broadcast");
-    print("broadcast started\n");
+    show_done(arguments, "broadcast started");
 }
 
-void stop(const Arguments &)
+void stop(const Arguments &arguments)
 {
     CameraLink camera;
     camera.check(zvc_broadcast_set_stop(camera), "stop the broadcast");
-    print("broadcast stopped\n");
+    show_done(arguments, "broadcast stopped");
 }
 
+constexpr char ALL_AS_JSON[] =
+    R"({"format":{"resolution":VALUE,"fps":VALUE,"fov":VALUE},"record_format":{...},"enabled":VALUE,)"
+    R"("default_sub_mode":VALUE,"gop_size":VALUE,"idr_interval":VALUE,"bit_rate":VALUE,"window_size":VALUE,)"
+    R"("progress":VALUE,"settings":HEX,"status":HEX})";
 constexpr char FORMAT[] = "[RESOLUTION] [FPS] [FOV]";
 
 constexpr Command COMMANDS[] = {
-    {"broadcast", "", "the broadcast service; its values are the firmware's own", show},
-    {"broadcast show", "", "all of it", show},
-    {"broadcast format", FORMAT, "the format: options of settings 41, 42 and 43", format<BROADCAST>},
-    {"broadcast record-format", FORMAT, "the format of the recording beside it", format<RECORD>},
-    {"broadcast enable", "[0|1]", "whether broadcasting is possible", show_or_set<ENABLE>},
+    {"broadcast", "", "the broadcast service; its values are the firmware's own", show_broadcast, {}, ALL_AS_JSON},
+    {"broadcast show", "", "all of it", show_broadcast, {}, ALL_AS_JSON},
+    {"broadcast format",
+     FORMAT,
+     "the format: options of settings 41, 42 and 43",
+     format<BROADCAST>,
+     {},
+     FORMAT_AS_JSON},
+    {"broadcast record-format", FORMAT, "the format of the recording beside it", format<RECORD>, {}, FORMAT_AS_JSON},
+    {"broadcast enable", "[0|1]", "whether broadcasting is possible", show_or_set<ENABLE>, {}, R"({"enabled":VALUE})"},
     {"broadcast start", "[VALUE]", "start, with a value for the firmware: 1", start},
     {"broadcast stop", "", "stop", stop},
-    {"broadcast sub-mode", "[SUB_MODE]", "the default sub mode", show_or_set<SUB_MODE>},
-    {"broadcast gop", "[FRAMES]", "the encoder's GOP size", show_or_set<GOP_SIZE>},
-    {"broadcast idr", "[INTERVAL]", "the encoder's IDR interval", show_or_set<IDR_INTERVAL>},
-    {"broadcast bit-rate", "[RATE]", "the encoder's bit rate", show_or_set<BIT_RATE>},
-    {"broadcast window", "[SIZE]", "the window size, 0 to 9", show_or_set<WINDOW_SIZE>},
+    {"broadcast sub-mode",
+     "[SUB_MODE]",
+     "the default sub mode",
+     show_or_set<SUB_MODE>,
+     {},
+     R"({"default_sub_mode":VALUE})"},
+    {"broadcast gop", "[FRAMES]", "the encoder's GOP size", show_or_set<GOP_SIZE>, {}, R"({"gop_size":VALUE})"},
+    {"broadcast idr",
+     "[INTERVAL]",
+     "the encoder's IDR interval",
+     show_or_set<IDR_INTERVAL>,
+     {},
+     R"({"idr_interval":VALUE})"},
+    {"broadcast bit-rate", "[RATE]", "the encoder's bit rate", show_or_set<BIT_RATE>, {}, R"({"bit_rate":VALUE})"},
+    {"broadcast window", "[SIZE]", "the window size, 0 to 9", show_or_set<WINDOW_SIZE>, {}, R"({"window_size":VALUE})"},
 };
 
 } // namespace

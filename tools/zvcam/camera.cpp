@@ -3,6 +3,7 @@
 #include "bytes.h"
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
 #include "number.h"
 #include "options.h"
@@ -58,16 +59,26 @@ constexpr InfoField INFO_FIELDS[] = {
     {"networks required", CAMERA_INFO_REQUIRED_NETWORKS, false},
 };
 
-void info(const Arguments &)
+void show_field(const InfoField &field, const uint8_t *bytes, Json *json)
+{
+    const auto *text = reinterpret_cast<const char *>(bytes);
+    if (json != nullptr) {
+        json->key(member_name(field.name));
+        field.is_number ? json->value(zv::le32(bytes)) : json->value(text);
+    } else {
+        print("%-18s %s\n", field.name, printable(field.is_number ? std::to_string(zv::le32(bytes)) : text).c_str());
+    }
+}
+
+void info(const Arguments &arguments)
 {
     uint8_t camera[CAMERA_INFO_SIZE] = {};
     check(zvcontrol_get_camera_info(camera), "read the camera's identity from the system information service");
-    for (const InfoField &field : INFO_FIELDS) {
-        const uint8_t *bytes = camera + field.offset;
-        const std::string text =
-            field.is_number ? std::to_string(zv::le32(bytes)) : reinterpret_cast<const char *>(bytes);
-        print("%-18s %s\n", field.name, printable(text).c_str());
-    }
+    show(arguments, [&camera](Json *json) {
+        for (const InfoField &field : INFO_FIELDS) {
+            show_field(field, camera + field.offset, json);
+        }
+    });
 }
 
 void shutter(const Arguments &arguments)
@@ -79,7 +90,7 @@ void shutter(const Arguments &arguments)
     const bool on = state == "on";
     CameraLink camera;
     camera.check(zvc_shutter(camera, on ? 1 : 0), on ? "start the capture" : "stop the capture");
-    print("%s\n", on ? "capture started" : "capture stopped");
+    show_done(arguments, on ? "capture started" : "capture stopped");
 }
 
 void mode(const Arguments &arguments)
@@ -96,9 +107,16 @@ void mode(const Arguments &arguments)
     int32_t flat_mode = 0;
     camera.check(zvc_app_get_mode_flat_mode(camera, &pair_mode, &flat_mode), "read the mode");
     camera.check(zvc_app_get_mode_sub_mode(camera, &pair_mode, &sub_mode), "read the sub mode");
-    print("%s: flat mode %d, mode %d, sub mode %d\n",
-          value_text(SETTING_CURRENT_FLAT_MODE, static_cast<uint32_t>(flat_mode)).c_str(), flat_mode, pair_mode,
-          sub_mode);
+    show(arguments, [&](Json *json) {
+        if (json != nullptr) {
+            write_value(json->key("flat_mode"), SETTING_CURRENT_FLAT_MODE, flat_mode);
+            json->member("mode", pair_mode).member("sub_mode", sub_mode);
+        } else {
+            print("%s: flat mode %d, mode %d, sub mode %d\n",
+                  value_text(SETTING_CURRENT_FLAT_MODE, static_cast<uint32_t>(flat_mode)).c_str(), flat_mode, pair_mode,
+                  sub_mode);
+        }
+    });
 }
 
 Format read_format(CameraLink &camera)
@@ -117,48 +135,92 @@ void tell_adjustment(const char *what, uint32_t setting, int32_t wanted, int32_t
     }
 }
 
+void set_format(CameraLink &camera, const Format &wanted)
+{
+    const int32_t result = zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov);
+    if (result == ZV_ERR_INVALID_PARAM && camera.code() == 0) {
+        fail(REFUSED, "the camera offers no frame rate at %s now",
+             value_text(SETTING_VIDEO_RESOLUTION, static_cast<uint32_t>(wanted.resolution)).c_str());
+    }
+    camera.check(result, "set the format");
+}
+
 void format(const Arguments &arguments)
 {
     CameraLink camera;
     Format now = read_format(camera);
+    const Format wanted = parse_format(arguments, VIDEO_SETTINGS, now);
     if (!arguments.words.empty()) {
-        const Format wanted = parse_format(arguments, VIDEO_SETTINGS, now);
-        const int32_t result = zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov);
-        if (result == ZV_ERR_INVALID_PARAM && camera.code() == 0) {
-            fail(REFUSED, "the camera offers no frame rate at %s now",
-                 value_text(SETTING_VIDEO_RESOLUTION, static_cast<uint32_t>(wanted.resolution)).c_str());
-        }
-        camera.check(result, "set the format");
+        set_format(camera, wanted);
         now = read_format(camera);
+    }
+    show(arguments, [&](Json *json) {
+        if (json != nullptr) {
+            write_format(*json, now, VIDEO_SETTINGS);
+            write_format(json->key("wanted").open('{'), wanted, VIDEO_SETTINGS);
+            json->close();
+            return;
+        }
         tell_adjustment("resolution", SETTING_VIDEO_RESOLUTION, wanted.resolution, now.resolution);
         tell_adjustment("frame rate", SETTING_VIDEO_FPS, wanted.fps, now.fps);
         tell_adjustment("field of view", SETTING_VIDEO_FOV, wanted.fov, now.fov);
-    }
-    print("%s\n", format_text(now, VIDEO_SETTINGS).c_str());
+        print("%s\n", format_text(now, VIDEO_SETTINGS).c_str());
+    });
 }
 
-void lens(const Arguments &)
+void lens(const Arguments &arguments)
 {
     CameraLink camera;
-    for (const Number *number : {&LENS_TYPE, &LENS_STATUS, &LENS_MODE, &LENS_IN_USE}) {
-        show_number(camera, *number);
-    }
+    show(arguments, [&camera](Json *json) {
+        for (const Number *number : {&LENS_TYPE, &LENS_STATUS, &LENS_MODE, &LENS_IN_USE}) {
+            show_number(camera, *number, json);
+        }
+    });
 }
 
+constexpr char INFO_AS_JSON[] =
+    R"({"model":TEXT,"model_number":NUMBER,"board":TEXT,"firmware":TEXT,"serial_number":TEXT,"network_name":TEXT,)"
+    R"("network_address":TEXT,"features":NUMBER,"networks_required":TEXT})";
+constexpr char LENS_AS_JSON[] = R"({"lens_type":VALUE,"lens_status":VALUE,"lens_mode":VALUE,"lens_in_use":VALUE})";
+
 constexpr Command COMMANDS[] = {
-    {"info", "", "which camera this is", info},
+    {"info", "", "which camera this is", info, {}, INFO_AS_JSON},
     {"shutter", "on|off", "start or stop a capture in the present mode", shutter},
-    {"mode", "[FLAT_MODE]", "the capture mode: show it, or set it to an option of setting 144", mode},
-    {"format", "[RESOLUTION] [FPS] [FOV]",
-     "the video format: show it, or set the nearest that the camera offers; what is not given is kept", format},
-    {"zoom", "[ZOOM]", "the digital zoom", show_or_set<ZOOM>},
-    {"delay", "[DELAY]", "the capture delay, an option of setting 105", show_or_set<DELAY>},
-    {"lens", "", "the lens", lens},
-    {"lens show", "", "all of it", lens},
-    {"lens type", "[TYPE]", "the lens that is mounted, an option of setting 189", show_or_set<LENS_TYPE>},
-    {"lens status", "[STATUS]", "whether the add-on lens is on, an option of setting 190", show_or_set<LENS_STATUS>},
-    {"lens mode", "[MODE]", "how the lens is chosen", show_or_set<LENS_MODE>},
-    {"lens use", "[LENS]", "the lens in use", show_or_set<LENS_IN_USE>},
+    {"mode",
+     "[FLAT_MODE]",
+     "the capture mode: show it, or set it to an option of setting 144",
+     mode,
+     {},
+     R"({"flat_mode":VALUE,"mode":NUMBER,"sub_mode":NUMBER})"},
+    {"format",
+     "[RESOLUTION] [FPS] [FOV]",
+     "the video format: show it, or set the nearest that the camera offers; what is not given is kept",
+     format,
+     {},
+     R"({"resolution":VALUE,"fps":VALUE,"fov":VALUE,"wanted":{...}}, wanted before the camera adjusted it)"},
+    {"zoom", "[ZOOM]", "the digital zoom", show_or_set<ZOOM>, {}, R"({"digital_zoom":VALUE})"},
+    {"delay",
+     "[DELAY]",
+     "the capture delay, an option of setting 105",
+     show_or_set<DELAY>,
+     {},
+     R"({"capture_delay":VALUE})"},
+    {"lens", "", "the lens", lens, {}, LENS_AS_JSON},
+    {"lens show", "", "all of it", lens, {}, LENS_AS_JSON},
+    {"lens type",
+     "[TYPE]",
+     "the lens that is mounted, an option of setting 189",
+     show_or_set<LENS_TYPE>,
+     {},
+     R"({"lens_type":VALUE})"},
+    {"lens status",
+     "[STATUS]",
+     "whether the add-on lens is on, an option of setting 190",
+     show_or_set<LENS_STATUS>,
+     {},
+     R"({"lens_status":VALUE})"},
+    {"lens mode", "[MODE]", "how the lens is chosen", show_or_set<LENS_MODE>, {}, R"({"lens_mode":VALUE})"},
+    {"lens use", "[LENS]", "the lens in use", show_or_set<LENS_IN_USE>, {}, R"({"lens_in_use":VALUE})"},
 };
 
 } // namespace

@@ -16,12 +16,16 @@ struct Option {
     const char *help = nullptr;
 };
 
-// What follows the command's name.
+// What was said.
 struct Arguments {
+    const char *command = "";                   // its name
     std::vector<std::string> words;             // operands, in order
     std::map<std::string, std::string> options; // those that were given
 
     bool given(const char *option) const { return options.count(option) != 0; }
+
+    // Whether to print JSON. Every command can.
+    bool json() const { return given("--json"); }
 
     // An option's number between the limits, or `otherwise` when it was not given.
     int64_t number(const char *option, int64_t otherwise, int64_t low, int64_t high) const;
@@ -30,12 +34,16 @@ struct Arguments {
 // A number between the limits, decimal or 0x and hexadecimal. Anything else is wrong usage, and `what` names it.
 int64_t parse_number(const std::string &text, const char *what, int64_t low, int64_t high);
 
+// What a command prints with --json that only does something.
+inline constexpr char DONE_AS_JSON[] = R"({"done":COMMAND})";
+
 struct Command {
     const char *name;     // "status"; "media tag" is a command of the group "media", whose row comes before it
     const char *operands; // "NAME [OPTION]"; the last one may take many: "[HEX...]"
     const char *help;
     void (*run)(const Arguments &); // throws Failure
     Option options[4] = {};
+    const char *json = DONE_AS_JSON; // what it prints with --json, for its help
 };
 
 using Commands = std::span<const Command>;
@@ -48,7 +56,6 @@ extern const Commands BROADCAST_COMMANDS;
 extern const Commands FIRMWARE_COMMANDS;
 extern const Commands MESSAGE_COMMANDS;
 
-constexpr Option JSON = {"--json", nullptr, "print the JSON that services serve"};
 constexpr Option YES = {"--yes", nullptr, "do not ask"};
 
 // Asks on the terminal before something that cannot be undone, unless --yes was given. No is the answer of whoever

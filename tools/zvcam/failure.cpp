@@ -50,6 +50,11 @@ void fail(ExitCode code, const char *format, ...)
     throw Failure{code, text};
 }
 
+void answer_no()
+{
+    throw Failure{FAILED, {}};
+}
+
 void check(int32_t result, const char *doing, uint8_t camera_code)
 {
     if (result == ZV_OK) {

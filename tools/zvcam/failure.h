@@ -23,10 +23,13 @@ extern const char EXIT_CODES[];
 
 struct Failure {
     ExitCode code;
-    std::string message;
+    std::string message; // empty when standard output has said it all
 };
 
 [[noreturn]] void fail(ExitCode code, const char *format, ...) __attribute__((format(printf, 2, 3)));
+
+// Ends a command whose output says that the answer is no.
+[[noreturn]] void answer_no();
 
 // Ends the command when `result`, of a call of the library, is not 0. `doing` says what was tried, such as "start the
 // capture"; `camera_code` is the context's rtos_error_code.

@@ -2,8 +2,8 @@
 
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
-#include "output.h"
 
 #include <zvctrl/zvc_fwupdate.h>
 
@@ -15,14 +15,14 @@ void download_start(const Arguments &arguments)
 {
     confirm(arguments, "Tell the camera that a firmware download begins?");
     check(zvc_fwupdate_download_start(nullptr), "store that the download begins");
-    print("the download begins\n");
+    show_done(arguments, "the download begins");
 }
 
 void download_cancel(const Arguments &arguments)
 {
     confirm(arguments, "Tell the camera that the firmware download is given up?");
     check(zvc_fwupdate_download_cancel(nullptr), "store that the download is given up");
-    print("the download is given up\n");
+    show_done(arguments, "the download is given up");
 }
 
 void download_done(const Arguments &arguments)
@@ -30,7 +30,7 @@ void download_done(const Arguments &arguments)
     CameraLink camera;
     confirm(arguments, "Tell the camera that the firmware is there?");
     camera.check(zvc_fwupdate_download_done(camera, arguments.given("--prompt")), "report the download");
-    print("the camera knows that the firmware is there\n");
+    show_done(arguments, "the camera knows that the firmware is there");
 }
 
 void flash(const Arguments &arguments)
@@ -38,7 +38,7 @@ void flash(const Arguments &arguments)
     CameraLink camera;
     confirm(arguments, "Flash the firmware now? The camera must not lose power until it is done.");
     camera.check(zvc_fwupdate_flashing_start(camera), "start flashing");
-    print("the camera flashes its firmware\n");
+    show_done(arguments, "the camera flashes its firmware");
 }
 
 constexpr Option PROMPT = {"--prompt", nullptr, "the camera asks its user first"};

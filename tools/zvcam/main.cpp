@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
 #include "output.h"
 
@@ -25,7 +26,10 @@ constexpr char DESCRIPTION[] = "Look at a camera and command it.\n"
 const Commands ALL_COMMANDS[] = {STATUS_COMMANDS,    SETTINGS_COMMANDS, CAMERA_COMMANDS, MEDIA_COMMANDS,
                                  BROADCAST_COMMANDS, FIRMWARE_COMMANDS, MESSAGE_COMMANDS};
 
+constexpr char OUTPUT_LOST[] = "cannot write standard output";
+
 constexpr Option VERBOSE = {"-v,--verbose", nullptr, "show the library's log on standard error; twice for all of it"};
+constexpr Option JSON = {"--json", nullptr, "print JSON; COMMAND --help says which"};
 constexpr Option WAIT = {"--wait", nullptr, "wait up to 12 seconds for the camera's side to come up"};
 
 struct Chosen {
@@ -67,6 +71,8 @@ void add_command(CLI::App &root, const Command &command, Chosen &chosen)
     CLI::App *app = parent->add_subcommand(name, command.help);
     if (command.run == nullptr) {
         app->require_subcommand(1);
+    } else {
+        app->footer(std::string("With --json, in the words of zvcam --help:\n  ") + command.json);
     }
     for (const std::string &operand : CLI::detail::split(command.operands, ' ')) {
         if (!operand.empty()) {
@@ -85,10 +91,14 @@ void add_command(CLI::App &root, const Command &command, Chosen &chosen)
     });
 }
 
-Arguments arguments_of(const CLI::App &app)
+Arguments arguments_of(const Chosen &chosen, const CLI::Option *json)
 {
     Arguments arguments;
-    for (const CLI::Option *option : app.get_options()) {
+    arguments.command = chosen.command->name;
+    if (json->count() > 0) {
+        arguments.options[json->get_name()] = {};
+    }
+    for (const CLI::Option *option : chosen.words->get_options()) {
         if (option->get_positional()) {
             arguments.words.insert(arguments.words.end(), option->results().begin(), option->results().end());
         } else if (option->count() > 0) {
@@ -107,11 +117,12 @@ void set_up_log(int64_t verbosity)
 int run(int argc, char **argv)
 {
     CLI::App app(DESCRIPTION, "zvcam");
-    app.footer(EXIT_CODES);
+    app.footer(std::string(JSON_WORDS) + "\n" + EXIT_CODES);
     app.require_subcommand(1, 1);
     app.fallthrough();
     app.set_version_flag("--version", ZVCAM_VERSION);
     const CLI::Option *verbose = add_option(app, VERBOSE);
+    const CLI::Option *json = add_option(app, JSON);
     const CLI::Option *wait = add_option(app, WAIT);
 
     Chosen chosen;
@@ -131,9 +142,9 @@ int run(int argc, char **argv)
     set_up_log(verbosity);
     wait_for_peers(wait->count() > 0);
     remove_queues_at_signals();
-    chosen.command->run(arguments_of(*chosen.words));
+    chosen.command->run(arguments_of(chosen, json));
     if (!flush_output()) {
-        fail(FAILED, "cannot write standard output");
+        fail(FAILED, "%s", OUTPUT_LOST);
     }
     return DONE;
 }
@@ -145,8 +156,12 @@ int main(int argc, char **argv)
     try {
         return run(argc, argv);
     } catch (const Failure &failure) {
-        flush_output();
-        fprintf(stderr, "zvcam: %s\n", failure.message.c_str());
+        const bool flushed = flush_output();
+        if (!failure.message.empty()) {
+            fprintf(stderr, "zvcam: %s\n", failure.message.c_str());
+        } else if (!flushed) {
+            fprintf(stderr, "zvcam: %s\n", OUTPUT_LOST);
+        }
         return failure.code;
     } catch (const std::exception &error) {
         fprintf(stderr, "zvcam: %s\n", error.what());

@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
 #include "options.h"
 #include "output.h"
@@ -49,7 +50,7 @@ void remove(const Arguments &arguments)
     if (arguments.words.size() == 1) {
         const std::string &name = arguments.words.front();
         camera.check(zvc_storage_delete_file(camera, name.c_str(), length_of(name)), "delete the file");
-        print("deleted\n");
+        show_done(arguments, "deleted");
         return;
     }
     std::vector<file_list_item_t> list;
@@ -58,14 +59,14 @@ void remove(const Arguments &arguments)
         const size_t count = std::min<size_t>(list.size() - first, FILE_LIST_MAX);
         camera.check(zvc_storage_delete_list(camera, &list[first], static_cast<uint32_t>(count)), "delete the files");
     }
-    print("deleted %zu files\n", list.size());
+    show_done(arguments, "deleted " + std::to_string(list.size()) + " files");
 }
 
-void remove_last(const Arguments &)
+void remove_last(const Arguments &arguments)
 {
     CameraLink camera;
     camera.check(zvc_storage_delete_last(camera), "delete the last file");
-    print("deleted the file that was taken last\n");
+    show_done(arguments, "deleted the file that was taken last");
 }
 
 void remove_all(const Arguments &arguments)
@@ -73,7 +74,7 @@ void remove_all(const Arguments &arguments)
     CameraLink camera;
     confirm(arguments, "Delete all media on the card?");
     camera.check(zvc_storage_delete_all(camera), "delete all media");
-    print("deleted all media\n");
+    show_done(arguments, "deleted all media");
 }
 
 void remove_group(const Arguments &arguments)
@@ -81,7 +82,7 @@ void remove_group(const Arguments &arguments)
     CameraLink camera;
     const std::string &name = arguments.words.front();
     camera.check(zvc_storage_delete_group(camera, name.c_str(), length_of(name)), "delete the group");
-    print("deleted\n");
+    show_done(arguments, "deleted");
 }
 
 void tag(const Arguments &arguments)
@@ -91,20 +92,33 @@ void tag(const Arguments &arguments)
     const auto offset = static_cast<uint32_t>(parse_number(arguments.words[1], "an offset", 0, UINT32_MAX));
     const uint32_t enable = arguments.given("--remove") ? 0 : 1;
     camera.check(zvc_storage_tag_file(camera, name.c_str(), length_of(name), offset, enable), "tag the file");
-    print("%s\n", enable != 0 ? "tagged" : "tag removed");
+    show_done(arguments, enable != 0 ? "tagged" : "tag removed");
 }
 
 void room(const Arguments &arguments)
 {
     CameraLink camera;
     const uint32_t looping = find_value(SETTING_VIDEO_LOOPING, arguments.words.front());
-    const std::string interval = value_text(SETTING_VIDEO_LOOPING, looping);
     const int32_t result = zvc_storage_looping_sd_check(camera, static_cast<uint8_t>(looping));
-    if (result == ZV_ERR && camera.code() == 0) {
+    const bool enough = result != ZV_ERR || camera.code() != 0;
+    if (enough) {
+        camera.check(result, "ask for the room on the card");
+    }
+    const std::string interval = value_text(SETTING_VIDEO_LOOPING, looping);
+    if (!enough && !arguments.json()) {
         fail(FAILED, "the card has no room for looping at %s", interval.c_str());
     }
-    camera.check(result, "ask for the room on the card");
-    print("the card has room for looping at %s\n", interval.c_str());
+    show(arguments, [&](Json *json) {
+        if (json != nullptr) {
+            write_value(json->key("interval"), SETTING_VIDEO_LOOPING, looping);
+            json->member("room", enough);
+        } else {
+            print("the card has room for looping at %s\n", interval.c_str());
+        }
+    });
+    if (!enough) {
+        answer_no();
+    }
 }
 
 constexpr Command COMMANDS[] = {
@@ -114,7 +128,12 @@ constexpr Command COMMANDS[] = {
     {"media delete-all", "", "delete everything", remove_all, {YES}},
     {"media delete-group", "NAME", "delete the group that a file belongs to", remove_group},
     {"media tag", "NAME OFFSET", "tag a moment in a file", tag, {{"--remove", nullptr, "remove the tag instead"}}},
-    {"media room", "INTERVAL", "whether the card has room for a looping interval, an option of setting 6", room},
+    {"media room",
+     "INTERVAL",
+     "whether the card has room for a looping interval, an option of setting 6",
+     room,
+     {},
+     R"({"interval":VALUE,"room":BOOL})"},
 };
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
 #include "output.h"
 
@@ -13,6 +14,8 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
+#include <names.h>
+#include <span>
 #include <sstream>
 #include <string>
 #include <trace.h>
@@ -56,40 +59,120 @@ void raw(const Arguments &arguments)
                         : zvc_send_remote_api_payload_response(camera, group, action, payload.data(),
                                                                static_cast<int32_t>(payload.size()), &answer, &size);
     camera.check(result, "send the command");
-    print("done, %u byte%s of answer\n", size, size == 1 ? "" : "s");
-    print_bytes(answer, size);
+    const std::span<const uint8_t> bytes(answer, size);
+    show(arguments, [bytes](Json *json) {
+        if (json != nullptr) {
+            json->member("answer", hex(bytes));
+            return;
+        }
+        print("done, %zu byte%s of answer\n", bytes.size(), bytes.size() == 1 ? "" : "s");
+        print_bytes(bytes);
+    });
 }
 
-void decode(const Arguments &arguments)
+void write_faults(Json &json, const std::vector<std::string> &faults)
 {
-    std::ostringstream text;
-    int faults = 0;
+    json.key("faults").open('[');
+    for (const std::string &fault : faults) {
+        json.value(fault);
+    }
+    json.close();
+}
+
+void write_element(Json &json, const zv::DecodedElement &element)
+{
+    json.open('{').member("offset", element.offset).member("tag", element.tag);
+    json.member("name", zv::tag_name(element.tag)).member("meaning", element.meaning);
+    json.member("value", hex(element.value)).close();
+}
+
+void write_message(Json &json, const zv::DecodedMessage &message, const zv::TraceMessage *traced)
+{
+    json.open('{');
+    if (traced != nullptr) {
+        json.member("microseconds", traced->microseconds);
+        json.member("direction", zv::trace_direction_name(traced->direction));
+    }
+    json.member("link", message.link == zv::Link::DAEMON ? "daemon" : "camera");
+    if (!message.headless) {
+        json.member("response", message.response).member("category", message.category);
+    }
+    json.key("elements").open('[');
+    for (const zv::DecodedElement &element : message.elements) {
+        write_element(json, element);
+    }
+    json.close();
+    write_faults(json, message.faults);
+    json.member("bytes", hex(message.bytes)).close();
+}
+
+// Decodes what the arguments name. Returns the number of faults.
+int decode_input(const Arguments &arguments, const zv::DecodeSink &sink)
+{
     if (arguments.given("--trace")) {
         const std::string &name = arguments.options.at("--trace");
         std::ifstream file(name);
         if (!file) {
             fail(FAILED, "cannot read %s: %s", name.c_str(), strerror(errno));
         }
-        faults = zv::decode_trace(file, zv::text_sink(text));
-    } else if (arguments.words.empty() || arguments.words.front() == "-") {
-        const std::string input(std::istreambuf_iterator<char>(std::cin), {});
-        faults = zv::decode_hex(input, zv::text_sink(text));
-    } else {
-        faults = zv::decode_hex(joined(arguments.words, 0), zv::text_sink(text));
+        return zv::decode_trace(file, sink);
     }
-    print("%s", text.str().c_str());
+    if (arguments.words.empty() || arguments.words.front() == "-") {
+        const std::string input(std::istreambuf_iterator<char>(std::cin), {});
+        return zv::decode_hex(input, sink);
+    }
+    return zv::decode_hex(joined(arguments.words, 0), sink);
+}
+
+void decode(const Arguments &arguments)
+{
+    if (arguments.given("--trace") && !arguments.words.empty()) {
+        fail(WRONG_USAGE, "a trace or a message, not both");
+    }
+    if (arguments.words.size() > 1 && arguments.words.front() == "-") {
+        fail(WRONG_USAGE, "a message on standard input (-) or in words, not both");
+    }
+    int faults = 0;
+    show(arguments, [&](Json *json) {
+        if (json == nullptr) {
+            std::ostringstream text;
+            faults = decode_input(arguments, zv::text_sink(text));
+            print("%s", text.str().c_str());
+            return;
+        }
+        std::vector<std::string> others;
+        json->key("messages").open('[');
+        faults = decode_input(arguments, {[json](const zv::DecodedMessage &message, const zv::TraceMessage *traced) {
+                                              write_message(*json, message, traced);
+                                          },
+                                          [&others](const std::string &fault) { others.push_back(fault); }});
+        json->close();
+        write_faults(*json, others);
+    });
     if (faults > 0) {
-        fail(FAILED, "%d fault%s, marked with !", faults, faults == 1 ? "" : "s");
+        fail(FAILED, "%d fault%s%s", faults, faults == 1 ? "" : "s", arguments.json() ? "" : ", marked with !");
     }
 }
 
+constexpr char MESSAGES_AS_JSON[] =
+    R"({"messages":[{"microseconds":NUMBER,"direction":TEXT,"link":TEXT,"response":BOOL,"category":NUMBER,)"
+    R"("elements":[{"offset":NUMBER,"tag":NUMBER,"name":TEXT,"meaning":TEXT,"value":HEX},...],"faults":[TEXT,...],)"
+    R"("bytes":HEX},...],"faults":[TEXT,...]})"
+    "\n  microseconds and direction in a trace alone; faults at the end are of what is no message";
+
 constexpr Command COMMANDS[] = {
-    {"raw", "GROUP ACTION [HEX...]", "send a command of the remote API as it is, and show the answer", raw},
+    {"raw",
+     "GROUP ACTION [HEX...]",
+     "send a command of the remote API as it is, and show the answer",
+     raw,
+     {},
+     R"({"answer":HEX})"},
     {"decode",
      "[HEX...]",
      "explain a message, given in hexadecimal or on standard input",
      decode,
-     {{"--trace", "FILE", "explain the messages of a trace"}}},
+     {{"--trace", "FILE", "explain the messages of a trace"}},
+     MESSAGES_AS_JSON},
 };
 
 } // namespace

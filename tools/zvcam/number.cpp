@@ -8,10 +8,14 @@
 
 namespace zvcam {
 
-void show_number(CameraLink &camera, const Number &number)
+void show_number(CameraLink &camera, const Number &number, Json *json)
 {
     int64_t value = 0;
     camera.check(number.read(camera, value), (std::string("read the ") + number.name).c_str());
+    if (json != nullptr) {
+        write_value(json->key(member_name(number.name)), number.setting, value);
+        return;
+    }
     const bool named = number.setting != 0 && value >= 0;
     print("%-20s %s\n", number.name,
           named ? value_text(number.setting, static_cast<uint32_t>(value)).c_str() : std::to_string(value).c_str());
@@ -39,6 +43,13 @@ std::string format_text(const Format &format, const FormatSettings &settings)
     return value_text(settings.resolution, static_cast<uint32_t>(format.resolution)) + ", " +
            value_text(settings.fps, static_cast<uint32_t>(format.fps)) + " frames a second, " +
            value_text(settings.fov, static_cast<uint32_t>(format.fov));
+}
+
+void write_format(Json &json, const Format &format, const FormatSettings &settings)
+{
+    write_value(json.key("resolution"), settings.resolution, format.resolution);
+    write_value(json.key("fps"), settings.fps, format.fps);
+    write_value(json.key("fov"), settings.fov, format.fov);
 }
 
 } // namespace zvcam

@@ -2,7 +2,9 @@
 #pragma once
 
 #include "command.h"
+#include "json.h"
 #include "links.h"
+#include "options.h"
 
 #include <cstdint>
 #include <string>
@@ -40,7 +42,8 @@ int32_t write_with(zvc_msg_q_context_t *context, int64_t number)
     return call(Write);
 }
 
-void show_number(CameraLink &camera, const Number &number);
+// In words, or as a member of `json` where that is not null.
+void show_number(CameraLink &camera, const Number &number, Json *json);
 void set_number(CameraLink &camera, const Number &number, const std::string &text);
 
 // The command of one number: sets it to the operand, if there is one, and shows it.
@@ -51,7 +54,7 @@ void show_or_set(const Arguments &arguments)
     if (!arguments.words.empty()) {
         set_number(camera, number, arguments.words.front());
     }
-    show_number(camera, number);
+    show(arguments, [&camera](Json *json) { show_number(camera, number, json); });
 }
 
 // A format: resolution, frame rate and field of view, each the firmware's number of an option of a setting.
@@ -71,5 +74,9 @@ struct FormatSettings {
 Format parse_format(const Arguments &arguments, const FormatSettings &settings, const Format &present);
 
 std::string format_text(const Format &format, const FormatSettings &settings);
+
+// The members of a format, each a value, and how a command's help says so.
+void write_format(Json &json, const Format &format, const FormatSettings &settings);
+inline constexpr char FORMAT_AS_JSON[] = R"({"resolution":VALUE,"fps":VALUE,"fov":VALUE})";
 
 } // namespace zvcam

@@ -67,6 +67,16 @@ const option_t *option_with_id(uint32_t setting, uint32_t id)
     return nullptr;
 }
 
+const option_t *option_with_value(uint32_t setting, uint32_t value)
+{
+    for (const option_t *option : options_of(setting)) {
+        if (option->value == value) {
+            return option;
+        }
+    }
+    return nullptr;
+}
+
 std::string listed(const std::vector<const option_t *> &options)
 {
     std::string text;
@@ -86,6 +96,37 @@ std::vector<const option_t *> options_with(uint32_t setting, const char *option_
         }
     }
     return found;
+}
+
+// A scheduled capture, camera_schedule.h. `text` is "07:30" or "off".
+uint32_t parse_schedule(const std::string &text, uint32_t present)
+{
+    if (same(text, "off")) {
+        return 0;
+    }
+    const size_t colon = std::min(text.find(':'), text.size());
+    uint32_t hour = 0;
+    uint32_t minute = 0;
+    if (!to_number(text.substr(0, colon), hour) || !to_number(text.substr(std::min(colon + 1, text.size())), minute) ||
+        hour > 23 || minute > 59) {
+        fail(WRONG_USAGE, "a scheduled capture is a time of day such as 07:30, or off, not \"%s\"", text.c_str());
+    }
+    camera_schedule_t schedule = camera_schedule_unpack(present);
+    schedule.enabled = 1;
+    schedule.minute = static_cast<uint8_t>(minute);
+    schedule.hour = static_cast<uint8_t>(hour);
+    return camera_schedule_pack(schedule);
+}
+
+std::string schedule_text(uint32_t number)
+{
+    const camera_schedule_t schedule = camera_schedule_unpack(number);
+    if (schedule.enabled == 0) {
+        return "off";
+    }
+    char text[16];
+    snprintf(text, sizeof text, "%02u:%02u", schedule.hour, schedule.minute);
+    return text;
 }
 
 } // namespace
@@ -138,6 +179,11 @@ const std::vector<option_t *> &options_of(uint32_t setting)
     const auto &options = getCameraOptions(camera_model());
     const auto found = options.find(setting);
     return found == options.end() ? NONE : found->second;
+}
+
+uint32_t parse_option(uint32_t setting, const std::string &text, uint32_t present)
+{
+    return setting == SETTING_SCHEDULED_CAPTURE ? parse_schedule(text, present) : find_option(setting, text);
 }
 
 uint32_t find_option(uint32_t setting, const std::string &text)
@@ -200,42 +246,33 @@ uint32_t find_value(uint32_t setting, const std::string &text)
 
 std::string value_text(uint32_t setting, uint32_t value)
 {
-    for (const option_t *option : options_of(setting)) {
-        if (option->value == value) {
-            return option_text(setting, option->id);
+    const option_t *option = option_with_value(setting, value);
+    return option != nullptr ? option_text(setting, option->id) : std::to_string(value);
+}
+
+void write_option(Json &json, uint32_t setting, uint32_t id)
+{
+    json.member("id", id);
+    const option_t *option = option_with_id(setting, id);
+    if (option != nullptr) {
+        json.member("key", option->key);
+    }
+    if (setting == SETTING_SCHEDULED_CAPTURE) {
+        json.member("name", schedule_text(id));
+    } else if (option != nullptr) {
+        json.member("name", option->name);
+    }
+}
+
+void write_value(Json &json, uint32_t setting, int64_t value)
+{
+    json.open('{').member("value", value);
+    if (value >= 0) {
+        if (const option_t *option = option_with_value(setting, static_cast<uint32_t>(value)); option != nullptr) {
+            write_option(json, setting, option->id);
         }
     }
-    return std::to_string(value);
-}
-
-uint32_t parse_schedule(const std::string &text, uint32_t present)
-{
-    if (same(text, "off")) {
-        return 0;
-    }
-    const size_t colon = std::min(text.find(':'), text.size());
-    uint32_t hour = 0;
-    uint32_t minute = 0;
-    if (!to_number(text.substr(0, colon), hour) || !to_number(text.substr(std::min(colon + 1, text.size())), minute) ||
-        hour > 23 || minute > 59) {
-        fail(WRONG_USAGE, "a scheduled capture is a time of day such as 07:30, or off, not \"%s\"", text.c_str());
-    }
-    camera_schedule_t schedule = camera_schedule_unpack(present);
-    schedule.enabled = 1;
-    schedule.minute = static_cast<uint8_t>(minute);
-    schedule.hour = static_cast<uint8_t>(hour);
-    return camera_schedule_pack(schedule);
-}
-
-std::string schedule_text(uint32_t number)
-{
-    const camera_schedule_t schedule = camera_schedule_unpack(number);
-    if (schedule.enabled == 0) {
-        return "off";
-    }
-    char text[16];
-    snprintf(text, sizeof text, "%02u:%02u", schedule.hour, schedule.minute);
-    return text;
+    json.close();
 }
 
 } // namespace zvcam

@@ -1,6 +1,8 @@
 // Settings and options as a person names them. A name may fit several; then the message lists them.
 #pragma once
 
+#include "json.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -20,6 +22,10 @@ uint32_t find_setting(const std::string &text);
 // In menu order. Empty for a camera without a catalogue, whose options are the firmware's values.
 const std::vector<option_t *> &options_of(uint32_t setting);
 
+// The option that a person names: for the scheduled capture a time of day or off, which keeps the clock format of
+// `present`; for the others as find_option says.
+uint32_t parse_option(uint32_t setting, const std::string &text, uint32_t present);
+
 // The option with this id, key or name, or an id that the setting takes without listing it; other texts are wrong
 // usage. Keys go before names.
 uint32_t find_option(uint32_t setting, const std::string &text);
@@ -37,9 +43,10 @@ uint32_t find_value(uint32_t setting, const std::string &text);
 // The firmware's value as an option.
 std::string value_text(uint32_t setting, uint32_t value);
 
-// A scheduled capture, camera_schedule.h. `text` is "07:30" or "off"; `present` is the number as it is now, whose clock
-// format is kept.
-uint32_t parse_schedule(const std::string &text, uint32_t present);
-std::string schedule_text(uint32_t number);
+// The members of an option: "id", and "key" and "name" where the setting lists it.
+void write_option(Json &json, uint32_t setting, uint32_t id);
+
+// The object of a firmware's value: "value", and the members of the option where `setting` lists one for it.
+void write_value(Json &json, uint32_t setting, int64_t value);
 
 } // namespace zvcam

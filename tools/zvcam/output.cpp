@@ -57,10 +57,10 @@ std::string printable(std::string_view text)
     return result;
 }
 
-void print_bytes(const unsigned char *bytes, size_t count)
+void print_bytes(std::span<const unsigned char> bytes)
 {
-    for (size_t line = 0; line < count; line += BYTES_PER_LINE) {
-        const size_t end = std::min(line + BYTES_PER_LINE, count);
+    for (size_t line = 0; line < bytes.size(); line += BYTES_PER_LINE) {
+        const size_t end = std::min(line + BYTES_PER_LINE, bytes.size());
         print("%04zx ", line);
         for (size_t i = line; i < line + BYTES_PER_LINE; ++i) {
             if (i < end) {
@@ -75,6 +75,17 @@ void print_bytes(const unsigned char *bytes, size_t count)
         }
         print("\n");
     }
+}
+
+std::string hex(std::span<const unsigned char> bytes)
+{
+    std::string digits;
+    for (const unsigned char byte : bytes) {
+        char text[4];
+        snprintf(text, sizeof text, "%02x", byte);
+        digits += text;
+    }
+    return digits;
 }
 
 } // namespace zvcam

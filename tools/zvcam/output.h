@@ -2,7 +2,7 @@
 // real one for itself.
 #pragma once
 
-#include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -20,6 +20,9 @@ bool flush_output();
 std::string printable(std::string_view text);
 
 // Prints bytes as lines of 16: offset, hexadecimal, characters.
-void print_bytes(const unsigned char *bytes, size_t count);
+void print_bytes(std::span<const unsigned char> bytes);
+
+// Two digits for each byte, such as "0c00".
+std::string hex(std::span<const unsigned char> bytes);
 
 } // namespace zvcam

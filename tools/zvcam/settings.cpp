@@ -4,6 +4,7 @@
 
 #include "command.h"
 #include "failure.h"
+#include "json.h"
 #include "links.h"
 #include "options.h"
 #include "output.h"
@@ -17,7 +18,6 @@
 #include <string>
 #include <vector>
 #include <zvctrl/camera_interface.h>
-#include <zvctrl/camera_setting_ids.h>
 
 namespace zvcam {
 
@@ -25,6 +25,7 @@ namespace {
 
 constexpr size_t LINE_WIDTH = 100;
 constexpr char INDENT[] = "      ";
+constexpr char NOT_AVAILABLE[] = "  (not available now)";
 
 // How long a changed setting may take to show.
 constexpr int LOOKS = 10;
@@ -38,6 +39,11 @@ zv::Availability availability_in(const State &state)
 uint32_t option_now(const State &state, uint32_t setting)
 {
     return zv::read_state(state.all, camera_model()).settings.at(setting);
+}
+
+uint32_t number_of(const Member &member)
+{
+    return static_cast<uint32_t>(strtoul(member.value.c_str(), nullptr, 10));
 }
 
 void print_setting(uint32_t setting, uint32_t option)
@@ -88,22 +94,128 @@ void print_removals(const std::vector<zv::Removal> &removals)
     }
 }
 
+void write_condition(Json &json, const zv::MetCondition &met)
+{
+    const uint32_t id = met.condition->id;
+    json.open('{');
+    if (met.condition->type == FILTER_INFO_STATUS) {
+        json.member("status", id).member("name", status_name(id));
+        json.member("is", strtoul(met.current.c_str(), nullptr, 10));
+    } else {
+        json.member("setting", id).member("name", setting_name(id)).member("is", met.current);
+    }
+    json.close();
+}
+
+void write_removals(Json &json, const std::vector<zv::Removal> &removals)
+{
+    json.key("rules").open('[');
+    for (const zv::Removal &removal : removals) {
+        json.open('{').member("rule", removal.rule).key("because").open('[');
+        for (const zv::MetCondition &met : removal.conditions) {
+            write_condition(json, met);
+        }
+        json.close().close();
+    }
+    json.close();
+}
+
+// The rules that forbid the option now; none for an option that no rule knows, unless the whole setting is forbidden.
+std::vector<zv::Removal> removals_of(const zv::Availability &availability, uint32_t setting, uint32_t option)
+{
+    const std::vector<zv::Removal> removals = availability.why(setting, option);
+    return removals.empty() ? availability.why(setting) : removals;
+}
+
+bool is_available(const zv::Availability &availability, uint32_t setting, uint32_t option)
+{
+    return removals_of(availability, setting, option).empty();
+}
+
+// Whether there is anything to set it to. A setting that lists no options takes what it is given.
+bool has_choice(const zv::Availability &availability, uint32_t setting)
+{
+    return options_of(setting).empty() || !availability.options(setting).empty();
+}
+
+// The members of a setting, whose present option is `now`.
+void write_setting(Json &json, const zv::Availability &availability, uint32_t setting, uint32_t now)
+{
+    json.member("setting", setting).member("name", setting_name(setting));
+    json.member("available", has_choice(availability, setting));
+    write_option(json.key("present").open('{'), setting, now);
+    json.member("available", is_available(availability, setting, now)).close();
+}
+
+void write_default(Json &json, uint32_t setting)
+{
+    if (uint32_t id = 0; default_option(setting, id)) {
+        write_option(json.key("default").open('{'), setting, id);
+        json.close();
+    }
+}
+
+// Whether "settings --available" lists it: no rule takes it away as a whole.
+bool is_listed(const zv::Availability &availability, uint32_t setting)
+{
+    return availability.offers(setting) || options_of(setting).empty();
+}
+
+void write_available(Json &json, const zv::Availability &availability, uint32_t setting, uint32_t now)
+{
+    json.open('{');
+    write_setting(json, availability, setting, now);
+    write_default(json, setting);
+    json.key("options").open('[');
+    for (const option_t *option : availability.options(setting)) {
+        write_option(json.open('{'), setting, option->id);
+        json.close();
+    }
+    json.close().close();
+}
+
+void print_available(const zv::Availability &availability, uint32_t setting, uint32_t now)
+{
+    print_setting(setting, now);
+    print_choices(availability.options(setting));
+}
+
+void show_available(const Arguments &arguments, const State &state)
+{
+    const zv::Availability availability = availability_in(state);
+    show(arguments, [&](Json *json) {
+        if (json != nullptr) {
+            json->key("available").open('[');
+        }
+        for (const Member &member : settings_members(state)) {
+            const uint32_t now = number_of(member);
+            if (!is_listed(availability, member.id)) {
+                continue;
+            }
+            if (json != nullptr) {
+                write_available(*json, availability, member.id, now);
+            } else {
+                print_available(availability, member.id, now);
+            }
+        }
+        if (json != nullptr) {
+            json->close();
+        }
+    });
+}
+
 void settings(const Arguments &arguments)
 {
     const State state(DaemonLink().poll());
-    if (arguments.given("--json")) {
+    if (arguments.given("--available")) {
+        show_available(arguments, state);
+    } else if (arguments.json()) {
         print("{%s}\n", settings_document(state).c_str());
-        return;
-    }
-    const bool available = arguments.given("--available");
-    const zv::Availability availability = availability_in(state);
-    for (const Member &member : settings_members(state)) {
-        const auto option = static_cast<uint32_t>(strtoul(member.value.c_str(), nullptr, 10));
-        if (!available || availability.offers(member.id) || options_of(member.id).empty()) {
-            const auto &all = options_of(member.id);
-            print_setting(member.id, option);
-            print_choices(available ? availability.options(member.id)
-                                    : std::vector<const option_t *>(all.begin(), all.end()));
+    } else {
+        for (const Member &member : settings_members(state)) {
+            const auto &options = options_of(member.id);
+            print_setting(member.id, number_of(member));
+            print_choices({options.begin(), options.end()});
         }
     }
 }
@@ -114,35 +226,31 @@ void get(const Arguments &arguments)
     const uint32_t setting = find_setting(arguments.words.at(0));
     const zv::Availability availability = availability_in(state);
     const uint32_t now = option_now(state, setting);
-    print_setting(setting, now);
-    for (const option_t *option : options_of(setting)) {
-        print("%s%c %7u %-34s %s%s\n", INDENT, option->id == now ? '*' : ' ', option->id, option->key, option->name,
-              availability.offers(setting, option->id) ? "" : "  (not available now)");
-    }
+    show(arguments, [&](Json *json) {
+        if (json == nullptr) {
+            print_setting(setting, now);
+            for (const option_t *option : options_of(setting)) {
+                print("%s%c %7u %-34s %s%s\n", INDENT, option->id == now ? '*' : ' ', option->id, option->key,
+                      option->name, availability.offers(setting, option->id) ? "" : NOT_AVAILABLE);
+            }
+            return;
+        }
+        write_setting(*json, availability, setting, now);
+        write_default(*json, setting);
+        json->key("options").open('[');
+        for (const option_t *option : options_of(setting)) {
+            write_option(json->open('{'), setting, option->id);
+            json->member("available", availability.offers(setting, option->id)).close();
+        }
+        json->close();
+    });
 }
 
-// The rules that forbid the option now; none for an option that no rule knows, unless the whole setting is forbidden.
-std::vector<zv::Removal> removals_of(const zv::Availability &availability, uint32_t setting, uint32_t option)
+void print_why(const zv::Availability &availability, uint32_t setting)
 {
-    const std::vector<zv::Removal> removals = availability.why(setting, option);
-    return removals.empty() ? availability.why(setting) : removals;
-}
-
-void why(const Arguments &arguments)
-{
-    const State state(DaemonLink().poll());
-    const uint32_t setting = find_setting(arguments.words.at(0));
-    const zv::Availability availability = availability_in(state);
-    if (arguments.words.size() > 1) {
-        const uint32_t option = find_option(setting, arguments.words[1]);
-        const auto removals = removals_of(availability, setting, option);
-        print("%u %s: %s is %savailable\n", setting, setting_name(setting).c_str(),
-              option_text(setting, option).c_str(), removals.empty() ? "" : "not ");
-        print_removals(removals);
-        return;
-    }
     const auto whole = availability.why(setting);
-    print("%u %s is %savailable\n", setting, setting_name(setting).c_str(), whole.empty() ? "" : "not ");
+    const std::string name = setting_name(setting);
+    print("%u %s is %savailable\n", setting, name.c_str(), whole.empty() ? "" : "not ");
     print_removals(whole);
     for (const option_t *option : options_of(setting)) {
         if (whole.empty() && !availability.offers(setting, option->id)) {
@@ -150,6 +258,58 @@ void why(const Arguments &arguments)
             print_removals(availability.why(setting, option->id));
         }
     }
+}
+
+void write_why(Json &json, const zv::Availability &availability, uint32_t setting, uint32_t now)
+{
+    write_setting(json, availability, setting, now);
+    write_removals(json, availability.why(setting));
+    json.key("options").open('[');
+    for (const option_t *option : options_of(setting)) {
+        write_option(json.open('{'), setting, option->id);
+        json.member("available", availability.offers(setting, option->id));
+        write_removals(json, availability.why(setting, option->id));
+        json.close();
+    }
+    json.close();
+}
+
+void show_why(const Arguments &arguments, const zv::Availability &availability, uint32_t setting, uint32_t now)
+{
+    show(arguments, [&](Json *json) {
+        if (json != nullptr) {
+            write_why(*json, availability, setting, now);
+        } else {
+            print_why(availability, setting);
+        }
+    });
+}
+
+void show_why_option(const Arguments &arguments, const zv::Availability &availability, uint32_t setting, uint32_t now)
+{
+    const uint32_t option = find_option(setting, arguments.words[1]);
+    const auto removals = removals_of(availability, setting, option);
+    show(arguments, [&](Json *json) {
+        if (json == nullptr) {
+            print("%u %s: %s is %savailable\n", setting, setting_name(setting).c_str(),
+                  option_text(setting, option).c_str(), removals.empty() ? "" : "not ");
+            print_removals(removals);
+            return;
+        }
+        write_setting(*json, availability, setting, now);
+        write_option(json->key("option").open('{'), setting, option);
+        json->member("available", removals.empty());
+        write_removals(*json, removals);
+        json->close();
+    });
+}
+
+void why(const Arguments &arguments)
+{
+    const State state(DaemonLink().poll());
+    const uint32_t setting = find_setting(arguments.words.at(0));
+    const auto show_answer = arguments.words.size() > 1 ? show_why_option : show_why;
+    show_answer(arguments, availability_in(state), setting, option_now(state, setting));
 }
 
 void forbid(uint32_t setting, uint32_t option, const std::vector<zv::Removal> &removals)
@@ -179,9 +339,7 @@ void set(const Arguments &arguments)
     DaemonLink daemon;
     const State before(daemon.poll());
     const uint32_t setting = find_setting(arguments.words.at(0));
-    const std::string &text = arguments.words.at(1);
-    const uint32_t option = setting == SETTING_SCHEDULED_CAPTURE ? parse_schedule(text, option_now(before, setting))
-                                                                 : find_option(setting, text);
+    const uint32_t option = parse_option(setting, arguments.words.at(1), option_now(before, setting));
     if (!arguments.given("--force")) {
         const auto removals = removals_of(availability_in(before), setting, option);
         if (!removals.empty()) {
@@ -199,8 +357,8 @@ void set(const Arguments &arguments)
                  "change the setting");
     const State after = state_with(daemon, setting, option);
     changes.look(after);
-    if (changes.any() || arguments.given("--json")) {
-        changes.show(arguments.given("--json"));
+    if (changes.any() || arguments.json()) {
+        changes.show(arguments.json());
     } else {
         print("nothing changed\n");
     }
@@ -214,14 +372,28 @@ constexpr Command COMMANDS[] = {
      "",
      "the settings by number, name and option, with default and choices",
      settings,
-     {JSON, {"--available", nullptr, "only what the camera's rules allow now"}}},
-    {"get", "SETTING", "one setting and its options", get},
+     {{"--available", nullptr, "only what the camera's rules allow now"}},
+     R"({"settings":{ID:OPTION_ID,...}}
+  --available: {"available":[{SETTING,"default":{OPTION},"options":[{OPTION},...]},...]})"},
+    {"get",
+     "SETTING",
+     "one setting and its options",
+     get,
+     {},
+     R"({SETTING,"default":{OPTION},"options":[{OPTION,"available":BOOL},...]})"},
     {"set",
      "SETTING OPTION",
      "change a setting, and show what changed with it; the scheduled capture (168) takes a time of day or off",
      set,
-     {{"--force", nullptr, "send it even where the rules forbid it"}, JSON}},
-    {"why", "SETTING [OPTION]", "whether a setting or an option is available now, and which rules take it away", why},
+     {{"--force", nullptr, "send it even where the rules forbid it"}},
+     STATE_AS_JSON},
+    {"why",
+     "SETTING [OPTION]",
+     "whether a setting or an option is available now, and which rules take it away",
+     why,
+     {},
+     R"({SETTING,"rules":RULES,"options":[{OPTION,"available":BOOL,"rules":RULES},...]}
+  with an option: {SETTING,"option":{OPTION,"available":BOOL,"rules":RULES}})"},
 };
 
 } // namespace
@@ -231,7 +403,7 @@ constinit const Commands SETTINGS_COMMANDS = COMMANDS;
 void print_settings(const State &state)
 {
     for (const Member &member : settings_members(state)) {
-        print_setting(member.id, static_cast<uint32_t>(strtoul(member.value.c_str(), nullptr, 10)));
+        print_setting(member.id, number_of(member));
     }
 }
 

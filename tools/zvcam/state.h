@@ -27,6 +27,9 @@ struct Member {
     std::string value;
 };
 
+// Status and settings as services serve them, or what changed in them, for a command's help.
+inline constexpr char STATE_AS_JSON[] = R"({"status":{ID:VALUE,...},"settings":{ID:OPTION_ID,...}})";
+
 // What services serve, without braces around it.
 std::string status_document(const State &state);
 std::string settings_document(const State &state);

@@ -20,7 +20,7 @@ constexpr int64_t LONGEST_INTERVAL = 3600000;
 void status(const Arguments &arguments)
 {
     const State state(DaemonLink().poll());
-    if (arguments.given("--json")) {
+    if (arguments.json()) {
         print("{%s}\n", status_document(state).c_str());
     } else {
         print_status(state);
@@ -30,7 +30,7 @@ void status(const Arguments &arguments)
 void poll(const Arguments &arguments)
 {
     const State state(DaemonLink().poll());
-    if (arguments.given("--json")) {
+    if (arguments.json()) {
         print("{%s,%s}\n", status_document(state).c_str(), settings_document(state).c_str());
     } else {
         print("Status\n");
@@ -50,7 +50,7 @@ void pause(int64_t milliseconds)
 
 void watch(const Arguments &arguments)
 {
-    const bool json = arguments.given("--json");
+    const bool json = arguments.json();
     const int64_t count = arguments.number("--count", INT64_MAX, 1, INT64_MAX);
     const int64_t interval = arguments.number("--interval", POLL_MILLISECONDS, 1, LONGEST_INTERVAL);
     DaemonLink daemon;
@@ -75,13 +75,14 @@ void watch(const Arguments &arguments)
 }
 
 constexpr Command COMMANDS[] = {
-    {"status", "", "the camera's status, by number and name", status, {JSON}},
-    {"poll", "", "status and settings of one moment, in one document", poll, {JSON}},
+    {"status", "", "the camera's status, by number and name", status, {}, R"({"status":{ID:VALUE,...}})"},
+    {"poll", "", "status and settings of one moment, in one document", poll, {}, STATE_AS_JSON},
     {"watch",
      "",
      "status and settings once, then what changes, until interrupted",
      watch,
-     {{"--count", "N", "end after N looks"}, {"--interval", "MILLISECONDS", "between two looks; 500"}, JSON}},
+     {{"--count", "N", "end after N looks"}, {"--interval", "MILLISECONDS", "between two looks; 500"}},
+     STATE_AS_JSON},
 };
 
 } // namespace
