@@ -75,16 +75,33 @@ try 2 'several options of setting 2: 100 5_3K, 107 5_3K_8BY7_V2' set 2 5.3k
 try 2 'no option "99"; it has 0 240, 13 200' set 3 99
 try 0 '^setting 118 vellix_ev +0.0 -> -2.0$' set vellix_ev -2.0
 try 0 '88 setup/lcd_brightness .*-> 55' set lcd_brightness 55
+try 0 '^168 scheduled_capture: 07:30 is available$' why 168 7:30
 try 0 '168 scheduled_capture +off -> 07:30' set 168 7:30
+try 2 'a time of day such as 07:30' why 168 4000
 try 0 '168 scheduled_capture +07:30 -> off' set scheduled_capture off
 try 2 'a time of day such as 07:30' set 168 24:00
 try 6 'rule 89, because setting 2 video/resolution is 4K' set video/fps 240
-try 0 'rule 89, because setting 2 video/resolution is 4K' why video/fps 240
+try 1 'rule 89, because setting 2 video/resolution is 4K' why video/fps 240
 try 0 '^  50 is not available$' why video/fps
 try 0 '^3 video/fps: 24 is available$' why 3 24
 try 0 ' 0 240 +240  \(not available now\)$' get 3
 try 0 '^ +120 1, 60 5, 30 8, 24 10$' settings --available
 try 0 'video/fps +60 -> 240' set video/fps 240 --force
+try 0 '^  3 video/fps +240  \(not available now\)' settings --available
+lines 1 'not available now'
+try 0 '^  240, the present option, is not available$' why 3
+lines 1 'present option'
+try 1 '^3 video/fps: 240, the present option, is not available$' why 3 240
+try 0 '^Time Lapse Video' mode 13
+try 0 'video/aspect_ratio +16:9 -> 4:3' set video/aspect_ratio 4:3 --force
+try 1 '^2 video/resolution is not available: no option is left$' why 2
+lines 10 '^  .* is not available$'
+json 1 '^\{"setting":2,"name":"video/resolution","available":false,.*"rules":\[\],"options":' why 2
+try 0 '^ +no option is left$' settings --available
+lines 1 'no option'
+try 0 'video/aspect_ratio +4:3 -> 16:9' set video/aspect_ratio 16:9 --force
+try 0 '^Video' mode video
+try 1 '^31 multi_shot/exposure_time is not available$' why 31
 
 echo "JSON of the settings"
 json 0 '^\{"setting":144,.*"present":\{"id":12,"key":"VIDEO","name":"Video","available":true\}' get 144
@@ -95,7 +112,9 @@ json 0 '^\{"available":\[\{"setting":2,.*"options":\[.*\{"id":10,"key":"24","nam
 json 0 '^\{"status":\{\},"settings":\{"3":8,' set 3 30
 json 0 '^\{"status":\{.*\},"settings":\{"2":' watch --count 1
 json 0 '"rule":89,"because":\[\{"setting":2,"name":"video/resolution","is":"4K"\}\]' why 3
-json 0 '\{"status":89,"name":"app_current_mode","is":12\}' why 31
+json 1 '^\{"setting":31,.*,"available":false,.*\{"status":89,"name":"app_current_mode","is":12\}' why 31
+json 1 '"option":\{"id":13,"key":"200","name":"200","available":false,"rules":\[\{"rule":0,' why 3 200
+json 0 '"present":\{"id":0,.*"option":\{"id":[0-9]+,"name":"23:59","available":true,"rules":\[\]\}\}$' why 168 23:59
 
 echo "The camera"
 json 0 '^\{"model":"Simulated camera 62","model_number":62,.*"features":15,' info

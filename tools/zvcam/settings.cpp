@@ -46,10 +46,10 @@ uint32_t number_of(const Member &member)
     return static_cast<uint32_t>(strtoul(member.value.c_str(), nullptr, 10));
 }
 
-void print_setting(uint32_t setting, uint32_t option)
+void print_setting(uint32_t setting, uint32_t option, const char *mark = "")
 {
     print("%3u %-34s ", setting, setting_name(setting).c_str());
-    const std::string now = option_text(setting, option);
+    const std::string now = option_text(setting, option) + mark;
     if (uint32_t id = 0; default_option(setting, id)) {
         print("%-28s default %s\n", now.c_str(), option_text(setting, id).c_str());
     } else {
@@ -176,8 +176,12 @@ void write_available(Json &json, const zv::Availability &availability, uint32_t 
 
 void print_available(const zv::Availability &availability, uint32_t setting, uint32_t now)
 {
-    print_setting(setting, now);
-    print_choices(availability.options(setting));
+    print_setting(setting, now, is_available(availability, setting, now) ? "" : NOT_AVAILABLE);
+    if (has_choice(availability, setting)) {
+        print_choices(availability.options(setting));
+    } else {
+        print("%sno option is left\n", INDENT);
+    }
 }
 
 void show_available(const Arguments &arguments, const State &state)
@@ -246,15 +250,26 @@ void get(const Arguments &arguments)
     });
 }
 
-void print_why(const zv::Availability &availability, uint32_t setting)
+// "240, the present option,"
+std::string option_or_present(uint32_t setting, uint32_t option, uint32_t now)
+{
+    return option_text(setting, option) + (option == now ? ", the present option," : "");
+}
+
+void print_why(const zv::Availability &availability, uint32_t setting, uint32_t now)
 {
     const auto whole = availability.why(setting);
     const std::string name = setting_name(setting);
-    print("%u %s is %savailable\n", setting, name.c_str(), whole.empty() ? "" : "not ");
+    const bool left = has_choice(availability, setting);
+    if (whole.empty() && !left) {
+        print("%u %s is not available: no option is left\n", setting, name.c_str());
+    } else {
+        print("%u %s is %savailable\n", setting, name.c_str(), left ? "" : "not ");
+    }
     print_removals(whole);
     for (const option_t *option : options_of(setting)) {
         if (whole.empty() && !availability.offers(setting, option->id)) {
-            print("  %s is not available\n", option_text(setting, option->id).c_str());
+            print("  %s is not available\n", option_or_present(setting, option->id, now).c_str());
             print_removals(availability.why(setting, option->id));
         }
     }
@@ -280,19 +295,24 @@ void show_why(const Arguments &arguments, const zv::Availability &availability, 
         if (json != nullptr) {
             write_why(*json, availability, setting, now);
         } else {
-            print_why(availability, setting);
+            print_why(availability, setting, now);
         }
     });
+    if (!has_choice(availability, setting)) {
+        answer_no();
+    }
 }
 
 void show_why_option(const Arguments &arguments, const zv::Availability &availability, uint32_t setting, uint32_t now)
 {
-    const uint32_t option = find_option(setting, arguments.words[1]);
+    const uint32_t option = parse_option(setting, arguments.words[1], now);
     const auto removals = removals_of(availability, setting, option);
     show(arguments, [&](Json *json) {
         if (json == nullptr) {
             print("%u %s: %s is %savailable\n", setting, setting_name(setting).c_str(),
-                  option_text(setting, option).c_str(), removals.empty() ? "" : "not ");
+                  removals.empty() ? option_text(setting, option).c_str()
+                                   : option_or_present(setting, option, now).c_str(),
+                  removals.empty() ? "" : "not ");
             print_removals(removals);
             return;
         }
@@ -302,6 +322,9 @@ void show_why_option(const Arguments &arguments, const zv::Availability &availab
         write_removals(*json, removals);
         json->close();
     });
+    if (!removals.empty()) {
+        answer_no();
+    }
 }
 
 void why(const Arguments &arguments)
@@ -389,7 +412,7 @@ constexpr Command COMMANDS[] = {
      STATE_AS_JSON},
     {"why",
      "SETTING [OPTION]",
-     "whether a setting or an option is available now, and which rules take it away",
+     "whether a setting or an option is available now, and which rules take it away; exit code 1 when it is not",
      why,
      {},
      R"({SETTING,"rules":RULES,"options":[{OPTION,"available":BOOL,"rules":RULES},...]}
