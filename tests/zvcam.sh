@@ -36,6 +36,19 @@ json() {
     "$zvcam" "$@" --help >"$folder/$documents.help" </dev/null
 }
 
+# await FILE PATTERN: the file gets a line with PATTERN within 40 seconds, room for a lost answer and a resynchronisation.
+await() {
+    tries=800
+    until grep -qE -e "$2" "$1"; do
+        tries=$((tries - 1))
+        if [ $tries -eq 0 ]; then
+            fail "no line with \"$2\" comes"
+            return
+        fi
+        sleep 0.05
+    done
+}
+
 echo "Nothing to talk to"
 try 0 '  6  forbidden' --help
 cp "$folder/output" "$folder/words"
@@ -238,6 +251,25 @@ done
 kill -TERM $zoom $watch
 wait $zoom
 [ $? -eq 143 ] || fail "an interrupted command does not say so"
+wait $watch || fail "an interrupted watch is a failure"
+stop_camera
+
+echo "A camera that is started anew under a watch"
+start_camera
+: >"$folder/anew"
+: >"$folder/lost"
+"$zvcam" watch --interval 100 >"$folder/anew" 2>"$folder/lost" & watch=$!
+await "$folder/anew" '^setting   3 video/fps +60$'
+stop_camera
+await "$folder/lost" 'no answer'
+start_camera
+try 0 'video/fps +60 -> 30' set video/fps 30
+await "$folder/anew" '^setting   3 video/fps +60 -> 30$'
+: >"$folder/lost"
+try 0 'video/fps +30 -> 24' set video/fps 24
+await "$folder/anew" '^setting   3 video/fps +30 -> 24$'
+[ -s "$folder/lost" ] && fail "the watch loses answers of the new camera"
+kill -TERM $watch
 wait $watch || fail "an interrupted watch is a failure"
 stop_camera
 
