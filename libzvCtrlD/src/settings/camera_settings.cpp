@@ -8,44 +8,67 @@
 #include "json_writer.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdio>
-#include <mutex>
+#include <map>
+#include <new>
 #include <string_view>
+#include <vector>
 
 namespace {
 
 using zv::is_sable_knoll;
 
-// A map that callers are given: empty at first, filled by the first call with a sable_knoll model and then the same for
-// good. It is never destroyed, so that a caller may still read it while the process ends.
-template <class Map>
+using ModeGroups = std::map<uint32_t, const char *>;
+
+ModeGroups make_mode_groups()
+{
+    return {{zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_VIDEO, "VIDEO"},
+            {zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_PHOTO, "PHOTO"},
+            {zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_TIME_LAPSE, "TIME LAPSE"}};
+}
+
+// A working copy is empty at first; the first call with a model that has options fills it for good. What is looked up
+// in constant tables needs to know no more of it than that.
 class WorkingCopy {
   public:
-    const Map &fill(uint32_t model, Map (*make)())
+    // Whether the copy is filled, with this call or before it.
+    bool fill(uint32_t model)
     {
-        std::call_once(m_created, [this] { m_map = new Map; });
-        if (is_sable_knoll(model)) {
-            std::call_once(m_filled, [this, make] { *m_map = make(); });
+        if (m_filled.load(std::memory_order_relaxed)) {
+            return true;
         }
-        return *m_map;
+        if (is_sable_knoll(model)) {
+            m_filled.store(true, std::memory_order_relaxed);
+            return true;
+        }
+        return false;
     }
 
   private:
-    std::once_flag m_created;
-    std::once_flag m_filled;
-    Map *m_map = nullptr;
+    std::atomic<bool> m_filled = false;
 };
 
-using ModeGroups = std::map<uint32_t, const char *>;
+WorkingCopy cameraOptionIds;
+WorkingCopy cameraOptionValues; // and the default options, which the same calls fill
+WorkingCopy cameraUIModeGroups;
+WorkingCopy cameraOptions;
+WorkingCopy cameraFilters;
 
-WorkingCopy<zv::OptionValues> cameraOptionIds;
-WorkingCopy<zv::OptionLists> cameraOptions;
-WorkingCopy<zv::FilterRules> cameraFilters;
-WorkingCopy<ModeGroups> cameraUIModeGroups;
-
-// The values by id and the default options are looked up in constant tables, and no caller sees a copy of them: the
-// flag says only whether a model that has options was named yet.
-std::atomic<bool> option_values_filled = false;
+// What callers are given of a copy: one object, which is made when a filled copy is asked for. When that runs out of
+// memory, nothing is left, and the next call tries again. The object is never destroyed, so that a caller may still
+// read it while the process ends.
+template <auto MAKE>
+const auto &made_by(bool filled)
+{
+    using Object = decltype(MAKE());
+    alignas(Object) static std::byte room[sizeof(Object)];
+    static Object &object = *new (room) Object;
+    if (filled) {
+        [[maybe_unused]] static const bool made = (object = MAKE(), true);
+    }
+    return object;
+}
 
 enum class BypassSet { EMPTY, DEFAULT, SABLE_KNOLL };
 std::atomic<BypassSet> cameraBypassPresetEditStart = BypassSet::EMPTY;
@@ -76,13 +99,6 @@ bool is_shortcut(uint32_t setting)
     return zv::info_of(setting).read.way == zv::Read::SHORTCUT;
 }
 
-ModeGroups make_mode_groups()
-{
-    return {{zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_VIDEO, "VIDEO"},
-            {zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_PHOTO, "PHOTO"},
-            {zv::PUBLISHED_PRESET_GROUP + zv::PRESETS_TIME_LAPSE, "TIME LAPSE"}};
-}
-
 uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)
 {
     for (const TwinOptions &options : TWIN_OPTIONS) {
@@ -91,19 +107,6 @@ uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)
         }
     }
     return id;
-}
-
-// Sets the flag where the model has options; whether it is set.
-bool fill_option_values(uint32_t model)
-{
-    if (option_values_filled.load(std::memory_order_relaxed)) {
-        return true;
-    }
-    if (is_sable_knoll(model)) {
-        option_values_filled.store(true, std::memory_order_relaxed);
-        return true;
-    }
-    return false;
 }
 
 // The ways of reading that are not a plain look-up.
@@ -132,7 +135,7 @@ bool fill_option_values(uint32_t model)
 
 inline uint32_t option_id_by_value(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
 {
-    const bool filled = fill_option_values(model);
+    const bool filled = cameraOptionValues.fill(model);
     if (filled && setting < zv::VALUE_ROWS.size()) {
         const zv::ValueRow &row = zv::VALUE_ROWS[setting];
         if (row.reading == zv::Reading::TABLE) {
@@ -167,22 +170,22 @@ const char *getOpenZelvarVersion(uint32_t model)
 
 const ModeGroups &getUIModeGroups(uint32_t model)
 {
-    return cameraUIModeGroups.fill(model, make_mode_groups);
+    return made_by<make_mode_groups>(cameraUIModeGroups.fill(model));
 }
 
-const zv::OptionLists &getCameraOptions(uint32_t model)
+const std::map<uint32_t, std::vector<option_t *>> &getCameraOptions(uint32_t model)
 {
-    return cameraOptions.fill(model, zv::make_option_lists);
+    return made_by<zv::make_option_catalogue>(cameraOptions.fill(model)).lists;
 }
 
-const zv::FilterRules &getCameraFilters(uint32_t model)
+const std::map<uint32_t, std::vector<filter_info_t *>> &getCameraFilters(uint32_t model)
 {
-    return cameraFilters.fill(model, zv::make_filter_rules);
+    return made_by<zv::make_rule_catalogue>(cameraFilters.fill(model)).rules;
 }
 
 const zv::OptionValues &getOptionIds(uint32_t model)
 {
-    return cameraOptionIds.fill(model, zv::make_option_values);
+    return made_by<zv::make_option_values>(cameraOptionIds.fill(model));
 }
 
 bool bypassPresetEditStart(uint32_t setting, uint32_t model)
@@ -221,9 +224,7 @@ bool optionIdExists(uint32_t model, uint32_t setting, uint32_t id)
     if (skipOptionCheck(setting, id)) {
         return true;
     }
-    const zv::OptionValues &settings = getOptionIds(model);
-    const auto options = settings.find(setting);
-    return options != settings.end() && options->second.contains(id);
+    return cameraOptionIds.fill(model) && zv::find_option(setting, id) != nullptr;
 }
 
 uint32_t getOptionIdByValue(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
@@ -233,18 +234,14 @@ uint32_t getOptionIdByValue(uint32_t model, uint32_t setting, uint32_t value, ui
 
 uint32_t getOptionValueById(uint32_t model, uint32_t setting, uint32_t id)
 {
-    const zv::OptionValues &settings = getOptionIds(model);
+    const bool filled = cameraOptionIds.fill(model);
     for (const TwinOptions &twin : TWIN_OPTIONS) {
         if (is_shortcut(setting) && id == twin.id_in_modes) {
             return twin.value;
         }
     }
-    if (const auto options = settings.find(setting); options != settings.end()) {
-        if (const auto option = options->second.find(id); option != options->second.end()) {
-            return option->second;
-        }
-    }
-    return id;
+    const zv::Option *option = filled ? zv::find_option(setting, id) : nullptr;
+    return option != nullptr ? option->value : id;
 }
 
 int32_t camera_settings_serialize_to_json(std::stringstream &stream, const appc_setup_all_settings *settings,

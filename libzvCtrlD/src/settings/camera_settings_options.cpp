@@ -28,28 +28,29 @@ constexpr bool has_sound_options(const Setting &setting)
 static_assert(std::all_of(std::begin(SETTINGS), std::end(SETTINGS), has_sound_options),
               "keys and ids are unique in a list, and the default is one of them");
 
-// A setting's place in OPTIONS.
+// A setting's place in OPTIONS, by setting id. A number without options has none.
 struct OptionRange {
-    uint8_t setting;
     uint16_t first;
     uint16_t count;
 };
 
 constexpr auto OPTION_RANGES = [] {
-    std::array<OptionRange, setting_count(true)> ranges = {};
-    auto next = ranges.begin();
+    std::array<OptionRange, SETTINGS_END_ROW> ranges = {};
     uint16_t first = 0;
     for (const Setting &setting : SETTINGS) {
-        if (const auto count = static_cast<uint16_t>(setting.options.size()); count != 0) {
-            *next++ = {static_cast<uint8_t>(setting.id), first, count};
-            first = static_cast<uint16_t>(first + count);
-        }
+        const auto count = static_cast<uint16_t>(setting.options.size());
+        ranges[setting.id] = {first, count};
+        first = static_cast<uint16_t>(first + count);
     }
     return ranges;
 }();
 
-std::span<const Option> options_of(const OptionRange &range)
+std::span<const Option> options_of(uint32_t setting)
 {
+    if (setting >= OPTION_RANGES.size()) {
+        return {};
+    }
+    const OptionRange &range = OPTION_RANGES[setting];
     return std::span(OPTIONS).subspan(range.first, range.count);
 }
 
@@ -129,26 +130,37 @@ uint32_t bit_rate_id(uint32_t value)
     return known ? value : DEFAULT_BIT_RATE;
 }
 
-OptionLists make_option_lists()
+const Option *find_option(uint32_t setting, uint32_t id)
 {
-    OptionLists lists;
-    for (const OptionRange &range : OPTION_RANGES) {
-        std::vector<option_t *> &list = lists[range.setting];
-        list.reserve(range.count);
-        for (const Option &option : options_of(range)) {
-            list.push_back(new option_t(option.key, option.name, option.value, option.id));
+    const std::span<const Option> options = options_of(setting);
+    const auto option = std::ranges::find(options, id, &Option::id);
+    return option != options.end() ? &*option : nullptr;
+}
+
+OptionCatalogue make_option_catalogue()
+{
+    OptionCatalogue catalogue;
+    catalogue.options.reserve(OPTION_COUNT);
+    for (uint32_t setting = 0; setting < OPTION_RANGES.size(); ++setting) {
+        const std::span<const Option> options = options_of(setting);
+        if (options.empty()) {
+            continue;
+        }
+        std::vector<option_t *> &list = catalogue.lists[setting];
+        list.reserve(options.size());
+        for (const Option &option : options) {
+            list.push_back(&catalogue.options.emplace_back(option.key, option.name, option.value, option.id));
         }
     }
-    return lists;
+    return catalogue;
 }
 
 OptionValues make_option_values()
 {
     OptionValues values;
-    for (const OptionRange &range : OPTION_RANGES) {
-        std::map<uint32_t, uint32_t> &by_id = values[range.setting];
-        for (const Option &option : options_of(range)) {
-            by_id.emplace(option.id, option.value);
+    for (uint32_t setting = 0; setting < OPTION_RANGES.size(); ++setting) {
+        for (const Option &option : options_of(setting)) {
+            values[setting].emplace(option.id, option.value);
         }
     }
     return values;

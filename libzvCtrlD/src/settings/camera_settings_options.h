@@ -90,9 +90,17 @@ constexpr bool is_good_unlisted(Unlisted unlisted, uint32_t value)
     return unlisted == AS_ITSELF || (unlisted == PERCENTAGE_AS_ITSELF && value >= 10 && value <= 100);
 }
 
-using OptionLists = std::map<uint32_t, std::vector<option_t *>>;
+// The option of a setting that has the id; null for a setting or an id that is none.
+const Option *find_option(uint32_t setting, uint32_t id);
+
+// The lists point into `options`, which stay where they are when the catalogue moves.
+struct OptionCatalogue {
+    std::vector<option_t> options;
+    std::map<uint32_t, std::vector<option_t *>> lists;
+};
+OptionCatalogue make_option_catalogue();
+
 using OptionValues = std::map<uint32_t, std::map<uint32_t, uint32_t>>;
-OptionLists make_option_lists();
 OptionValues make_option_values();
 
 } // namespace zv

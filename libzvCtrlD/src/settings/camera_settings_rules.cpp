@@ -100,29 +100,33 @@ constexpr auto NUMBERS = [] {
     return texts;
 }();
 
-filter_info_t *make_element(const RuleElement &element)
+filter_info_t make_element(const RuleElement &element)
 {
-    auto *info = new filter_info_t{static_cast<FilterInfoType>(element.type), element.id, element.include, {}};
-    info->values.reserve(element.value_count);
+    filter_info_t info = {static_cast<FilterInfoType>(element.type), element.id, element.include, {}};
+    info.values.reserve(element.value_count);
     for (size_t i = element.first_value; i < size_t{element.first_value} + element.value_count; ++i) {
         const uint16_t value = RULES.values[i];
-        info->values.push_back(element.type == FILTER_INFO_STATUS ? NUMBERS[value].text : OPTIONS[value].key);
+        info.values.push_back(element.type == FILTER_INFO_STATUS ? NUMBERS[value].text : OPTIONS[value].key);
     }
     return info;
 }
 
 } // namespace
 
-FilterRules make_filter_rules()
+RuleCatalogue make_rule_catalogue()
 {
-    FilterRules rules;
+    RuleCatalogue catalogue;
+    catalogue.elements.reserve(COUNTS.elements);
     for (uint32_t number = 0; number < RULE_COUNT; ++number) {
-        std::vector<filter_info_t *> &rule = rules[number];
-        for (size_t i = RULES.first_elements[number]; i < RULES.first_elements[number + 1]; ++i) {
-            rule.push_back(make_element(RULES.elements[i]));
+        const size_t first = RULES.first_elements[number];
+        const size_t end = RULES.first_elements[number + 1];
+        std::vector<filter_info_t *> &rule = catalogue.rules[number];
+        rule.reserve(end - first);
+        for (size_t i = first; i < end; ++i) {
+            rule.push_back(&catalogue.elements.emplace_back(make_element(RULES.elements[i])));
         }
     }
-    return rules;
+    return catalogue;
 }
 
 } // namespace zv

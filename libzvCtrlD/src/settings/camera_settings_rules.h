@@ -8,7 +8,11 @@
 
 namespace zv {
 
-using FilterRules = std::map<uint32_t, std::vector<filter_info_t *>>;
-FilterRules make_filter_rules();
+// The rules point into `elements`, which stay where they are when the catalogue moves.
+struct RuleCatalogue {
+    std::vector<filter_info_t> elements;
+    std::map<uint32_t, std::vector<filter_info_t *>> rules;
+};
+RuleCatalogue make_rule_catalogue();
 
 } // namespace zv
