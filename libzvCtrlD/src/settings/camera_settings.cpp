@@ -1,5 +1,6 @@
 #include "camera_settings.h"
 
+#include "append_whole.h"
 #include "camera_settings_options.h"
 #include "camera_settings_rules.h"
 #include "camera_settings_tables.h"
@@ -263,8 +264,7 @@ int32_t camera_settings_serialize_to_json(std::stringstream &stream, const appc_
     }
     json.drop_comma();
     json.literal("}");
-    stream.write(json.begin(), json.size());
-    return 0;
+    return zv::append_document(stream, json.text(), ZV_OK);
 }
 
 int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stream,
@@ -291,8 +291,7 @@ int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stre
         }
     }
     json.drop_comma();
-    stream.write(json.begin(), json.size());
-    return changes;
+    return zv::append_document(stream, json.text(), changes);
 }
 
 void update_camera_settings(const all_status_settings_t *record, uint32_t model, std::vector<uint32_t> &values)

@@ -1,5 +1,6 @@
 #include "camera_status.h"
 
+#include "append_whole.h"
 #include "bytes.h"
 #include "camera_status_fields.h"
 #include "csi.h"
@@ -13,6 +14,8 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <new>
+#include <span>
 #include <string_view>
 #include <variant>
 
@@ -289,6 +292,14 @@ void write_member(JsonWriter &json, const StatusField &row, const uint8_t *statu
     write_status_value(json, read_status_value(row.output, status, {row.offset, row.size}));
 }
 
+// What the cache is to hold once it has gone out: a part of the document, for which the entry already has room.
+struct CacheUpdate {
+    uint16_t index;
+    uint16_t start;
+    uint16_t size;
+};
+static_assert(DOCUMENT_SIZE <= UINT16_MAX);
+
 // The low 32 bits of a number, which counts as INT64_MAX at most; 0 for a text.
 uint32_t low_bits(const StatusValue &value)
 {
@@ -301,7 +312,7 @@ uint32_t low_bits(const StatusValue &value)
 
 } // namespace
 
-void write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields)
+int32_t write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields)
 {
     char buffer[DOCUMENT_SIZE];
     JsonWriter json(buffer);
@@ -314,14 +325,15 @@ void write_status(std::stringstream &stream, const uint8_t *status, const Status
     }
     json.drop_comma();
     json.literal("}");
-    stream.write(json.begin(), json.size());
+    return append_document(stream, json.text(), ZV_OK);
 }
 
 int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
                              const StatusTable &fields, const PushTable &pushes)
-{
+try {
     char buffer[DOCUMENT_SIZE];
     JsonWriter json(buffer);
+    CacheUpdate updates[STATUS_COUNT];
     int32_t count = 0;
     for (size_t i = 0; i < fields.size(); ++i) {
         if (!takes_part_in_changes(fields[i], pushes[i])) {
@@ -339,15 +351,23 @@ int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, s
             json.truncate(start);
             continue;
         }
-        ++count;
-        ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%s]", static_cast<int>(i), count,
-               cached.c_str(), std::string(fresh).c_str());
-        cached = fresh;
+        cached.reserve(fresh.size());
+        updates[count++] = {static_cast<uint16_t>(i), static_cast<uint16_t>(start),
+                            static_cast<uint16_t>(fresh.size())};
+        ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%.*s]", static_cast<int>(i), count,
+               cached.c_str(), static_cast<int>(fresh.size()), fresh.data());
         json.comma();
     }
     json.drop_comma();
-    stream.write(json.begin(), json.size());
+    if (const int32_t result = append_whole(stream, json.text()); result != ZV_OK) {
+        return result == ZV_ERR_OUTOFMEM ? result : 0; // no member was written
+    }
+    for (const CacheUpdate &update : std::span(updates, static_cast<size_t>(count))) {
+        cache[update.index] = json.text().substr(update.start, update.size);
+    }
     return count;
+} catch (const std::bad_alloc &) {
+    return ZV_ERR_OUTOFMEM;
 }
 
 void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, const StatusTable &fields,
@@ -365,8 +385,7 @@ void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, 
 int32_t camera_status_serialize_status_to_json(std::stringstream &stream, const appc_system_all_status *status,
                                                [[maybe_unused]] uint32_t model)
 {
-    zv::write_status(stream, status->bytes, zv::status_fields);
-    return 0;
+    return zv::write_status(stream, status->bytes, zv::status_fields);
 }
 
 int32_t camera_status_serialize_status_changes_to_json(std::stringstream &stream, const appc_system_all_status *status,
@@ -383,8 +402,10 @@ void update_camera_status(const appc_system_all_status *status, [[maybe_unused]]
 }
 
 int32_t camera_status_init_bossCache([[maybe_unused]] uint32_t model, std::vector<std::string> &cache)
-{
+try {
     cache.resize(cache.size() + zv::STATUS_COUNT);
     ZV_LOG(ZV_LOG_DEBUG, "init status max index = %d", static_cast<int>(zv::STATUS_COUNT));
-    return 0;
+    return ZV_OK;
+} catch (const std::bad_alloc &) {
+    return ZV_ERR_OUTOFMEM;
 }

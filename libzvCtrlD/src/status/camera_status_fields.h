@@ -80,7 +80,7 @@ std::string_view status_text(const uint8_t *status, const Place &place);
 void write_status_value(JsonWriter &json, const StatusValue &value);
 
 // The public functions of the same purpose, over any table. A row with an offset outside the record is left out.
-void write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields);
+int32_t write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields);
 int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
                              const StatusTable &fields, const PushTable &pushes);
 void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, const StatusTable &fields,
