@@ -1,6 +1,7 @@
 #include "http_utils.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +9,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <ios>
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -103,7 +106,11 @@ void http_output_success_header(std::stringstream &stream)
 
 void http_output_content_length(std::stringstream &stream, uint32_t length)
 {
-    write(stream, "Content-Length: " + std::to_string(length) + "\r\n\r\n");
+    char digits[sizeof "4294967295"];
+    const char *end = std::to_chars(std::begin(digits), std::end(digits), length).ptr;
+    write(stream, "Content-Length: ");
+    write(stream, {digits, end});
+    write(stream, "\r\n\r\n");
 }
 
 void http_output_empty_json(std::stringstream &stream)
@@ -119,19 +126,25 @@ void http_print_error_response_ex(std::stringstream &stream, const char *path_in
 {
     std::string body;
     if (status != STATUS_NO_CONTENT) {
-        const std::string message = or_else(error_message, " ");
-        ss_printf(body,
-                  "{\n"
-                  "\"version\": \"6.00\",\n"
-                  "\"path_info\": \"%s\",\n"
-                  "\"query_string\": \"%s\",\n"
-                  "\"error_code\":%d,\n"
-                  "\"error_msg\": \"%s\",\n"
-                  "\"function\": \"%s\",\n"
-                  "\"line\": %d\n"
-                  "}\n",
-                  or_else(path_info, ""), or_else(query_string, ""), error_code,
-                  message.substr(0, message.find("\r\n")).c_str(), or_else(function, " "), line);
+        const std::string_view message = or_else(error_message, " ");
+        const int32_t result = ss_printf(body,
+                                         "{\n"
+                                         "\"version\": \"6.00\",\n"
+                                         "\"path_info\": \"%s\",\n"
+                                         "\"query_string\": \"%s\",\n"
+                                         "\"error_code\":%d,\n"
+                                         "\"error_msg\": \"%.*s\",\n"
+                                         "\"function\": \"%s\",\n"
+                                         "\"line\": %d\n"
+                                         "}\n",
+                                         or_else(path_info, ""), or_else(query_string, ""), error_code,
+                                         static_cast<int>(std::min(message.find("\r\n"), message.size())),
+                                         message.data(), or_else(function, " "), line);
+        if (result != 0) {
+            ZV_LOG(ZV_LOG_ERROR, "cannot make the response to an error, status %d", status);
+            stream.setstate(std::ios::badbit);
+            return;
+        }
     }
     write_head(stream, status);
     http_output_content_length(stream, static_cast<uint32_t>(body.size()));
@@ -145,7 +158,12 @@ int32_t parseParam(const char *query, const char *key, std::string &value)
         return 0;
     }
     const char *start = found + strlen(key);
-    value.assign(start, strcspn(start, "&"));
+    try {
+        value.assign(start, strcspn(start, "&"));
+    } catch (const std::exception &) {
+        ZV_LOG(ZV_LOG_ERROR, "no memory for the value of %s", key);
+        return 0;
+    }
     return 1;
 }
 
