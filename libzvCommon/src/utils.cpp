@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -24,6 +25,7 @@ struct Store {
 constexpr Store CARD{"/tmp/fuse_d/MISC", "/tmp/fuse_d/MISC/", "/tmp/fuse_d/MISC/card"};
 constexpr Store SECOND_CARD{"/tmp/fuse_i/MISC", "/tmp/fuse_i/MISC/", "/tmp/fuse_i/MISC/card"};
 constexpr mode_t STORE_FOLDER_MODE = 0777;
+constexpr mode_t ID_FILE_MODE = 0666;
 constexpr int CARD_ID_LENGTH = 30; // the longest that is read
 constexpr char NO_CARD_ID[] = "0";
 constexpr int RANDOM_ATTEMPTS = 10;
@@ -36,12 +38,23 @@ void clear_card_id(char *id)
     memcpy(id, NO_CARD_ID, sizeof NO_CARD_ID);
 }
 
-// Reads the first line of the file into `id`. False when it is not an id.
-bool read_card_id(FILE *file, char *id)
+// Neither follows a link nor waits for the other end of a FIFO. Negative on failure.
+int open_id_file(const Store &store, int flags)
 {
-    if (fgets(id, CARD_ID_LENGTH + 1, file) == nullptr) {
-        return false;
-    }
+    return open(store.file, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, ID_FILE_MODE);
+}
+
+bool is_regular(int file)
+{
+    struct stat state = {};
+    return fstat(file, &state) == 0 && S_ISREG(state.st_mode);
+}
+
+// Reads the first line of the file into `id`. False when it is not an id.
+bool read_card_id(int file, char *id)
+{
+    const ssize_t length = is_regular(file) ? read(file, id, CARD_ID_LENGTH) : 0;
+    id[length > 0 ? length : 0] = '\0';
     id[strcspn(id, "\n")] = '\0';
     return id[0] != '\0' && validateCardID(id, CARD_ID_LENGTH) == 1;
 }
@@ -57,18 +70,18 @@ int64_t draw_number()
     return number;
 }
 
-// Writes a new id to the file. False after logging, and `id` then is "0".
-bool write_card_id(FILE *file, char *id)
+// Writes a new id to the file and closes it. False after logging, and `id` then is "0".
+bool write_card_id(int file, char *id)
 {
     const int64_t number = draw_number();
     if (number == 0) {
         ZV_LOG(ZV_LOG_ERROR, "Failed to get random number");
-        fclose(file);
+        close(file);
         return false;
     }
     snprintf(id, ZV_CARD_ID_SIZE, "%lld", static_cast<long long>(number * number - 1));
-    const bool written = fputs(id, file) != EOF;
-    if (fclose(file) != 0 || !written) {
+    const bool written = write(file, id, strlen(id)) == static_cast<ssize_t>(strlen(id));
+    if (close(file) != 0 || !written) {
         ZV_LOG(ZV_LOG_ERROR, "Failed to get write card_id to file");
         clear_card_id(id);
         return false;
@@ -95,12 +108,12 @@ bool open_folder(const Store &store, bool &existed)
 // Reads the id that the store has. When it has none, `id` is "0" and no file is left.
 bool read_stored_id(const Store &store, char *id)
 {
-    FILE *file = fopen(store.file, "r");
-    if (file == nullptr) {
+    const int file = open_id_file(store, O_RDONLY);
+    if (file < 0) {
         return false;
     }
     const bool found = read_card_id(file, id);
-    fclose(file);
+    close(file);
     if (!found) {
         clear_card_id(id);
         remove(store.file);
@@ -111,9 +124,12 @@ bool read_stored_id(const Store &store, char *id)
 // Gives the store a new id. False after logging, and `id` then is "0".
 bool make_id(const Store &store, char *id)
 {
-    FILE *file = fopen(store.file, "w");
-    if (file == nullptr) {
+    const int file = open_id_file(store, O_WRONLY | O_CREAT);
+    if (file < 0 || !is_regular(file) || ftruncate(file, 0) != 0) {
         ZV_LOG(ZV_LOG_ERROR, "Failed to create file  %s", store.file);
+        if (file >= 0) {
+            close(file);
+        }
         return false;
     }
     if (!write_card_id(file, id)) {
