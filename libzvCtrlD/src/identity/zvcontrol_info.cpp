@@ -13,10 +13,16 @@ namespace {
 constexpr int32_t INFO_TEXT_SIZE = 64; // of a field of 65 bytes, whose last one stays zero
 constexpr int32_t INFO_SSID_SIZE = 33;
 
+// A getter may leave more in its buffer than its text, also when it fails; the field is for the text alone.
 template <int32_t (*GET)(char *, int32_t), int32_t SIZE = INFO_TEXT_SIZE>
 int32_t read_text(uint8_t *field)
 {
-    return GET(reinterpret_cast<char *>(field), SIZE);
+    char text[SIZE] = {};
+    const int32_t result = GET(text, SIZE);
+    if (result == ZV_OK) {
+        memcpy(field, text, strnlen(text, SIZE));
+    }
+    return result;
 }
 
 int32_t read_default_credentials(uint8_t *field)
@@ -31,7 +37,9 @@ int32_t read_features(uint8_t *field)
 {
     uint32_t features = 0;
     const int32_t result = zvc_state_get_common_camera_features(&features);
-    zv::put_le32(field, features);
+    if (result == ZV_OK) {
+        zv::put_le32(field, features);
+    }
     return result;
 }
 
