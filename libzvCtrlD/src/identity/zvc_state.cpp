@@ -6,29 +6,50 @@
 #include "log_at.h"
 
 #include <algorithm>
+#include <array>
+#include <atomic>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <sys/stat.h>
 
 namespace {
 
 using namespace zv;
 
+constexpr char CONFIGURATION[] = "/tmp/fuse_b/conf.json";
 constexpr char MODEL_NUMBER_COMMAND[] =
     R"(grep "CSI_MODEL_NUMBER" /tmp/fuse_b/conf.json | cut -d ":" -f 2 | cut -d "\"" -f 2 | cut -d "," -f 1)";
 
-// A fact that was read. The value is complete before it counts as known.
+// A fact that was read. The first thread that has it stores it; it is complete before it counts as known.
 template <class Value>
-struct Kept {
-    Value value;
-    bool known;
+class Kept {
+  public:
+    // Null while it is not known.
+    const Value *get() const { return m_state.load(std::memory_order_acquire) == State::KNOWN ? &m_value : nullptr; }
+
+    void keep(const Value &value)
+    {
+        auto state = State::EMPTY;
+        if (m_state.compare_exchange_strong(state, State::STORING, std::memory_order_relaxed)) {
+            m_value = value;
+            m_state.store(State::KNOWN, std::memory_order_release);
+        }
+    }
+
+  private:
+    enum class State : uint8_t { EMPTY, STORING, KNOWN };
+
+    Value m_value = {};
+    std::atomic<State> m_state = State::EMPTY;
 };
-using KeptText = Kept<char[ZVC_STATE_TEXT_SIZE]>;
+using Text = std::array<char, ZVC_STATE_TEXT_SIZE>;
+using KeptText = Kept<Text>;
 
 struct {
-    uint8_t model_number; // 0 while it is not known
+    std::atomic<uint8_t> model_number = 0; // 0 while it is not known
     KeptText model_name;
     KeptText board_type;
     KeptText firmware_version;
@@ -36,7 +57,6 @@ struct {
     KeptText ap_mac;
     Kept<uint32_t> common_camera_features;
     Kept<uint32_t> update_required;
-    KeptText required_networks;
 } zvc_state_data;
 
 int32_t check_buffer(const char *buffer, int32_t size, const SourceLocation &where)
@@ -60,8 +80,9 @@ void copy_text(char *dest, size_t size, const char *text)
 
 void keep_text(KeptText &kept, const char *text)
 {
-    copy_text(kept.value, sizeof kept.value, text);
-    kept.known = true;
+    Text value = {};
+    copy_text(value.data(), value.size(), text);
+    kept.keep(value);
 }
 
 // Reads a text whose last byte in the service is its terminator.
@@ -86,10 +107,10 @@ int32_t get_csi_str(uint8_t key, char *buffer, int32_t size, const SourceLocatio
 int32_t get_kept_csi_str(uint8_t key, KeptText &kept, char *buffer, int32_t size,
                          const SourceLocation &where = SourceLocation::current())
 {
-    if (kept.known) {
+    if (const Text *text = kept.get()) {
         const int32_t result = check_buffer(buffer, size, where);
         if (result == ZV_OK) {
-            copy_text(buffer, static_cast<size_t>(size), kept.value);
+            copy_text(buffer, static_cast<size_t>(size), text->data());
         }
         return result;
     }
@@ -128,20 +149,37 @@ uint8_t parse_model_number(const char *text)
     return number;
 }
 
-// Reads the model number from the camera's configuration file, and keeps it.
+// Whether there is something else than a file: the command would wait for the other end of a FIFO.
+bool is_no_file(const char *path)
+{
+    struct stat state = {};
+    return stat(path, &state) == 0 && !S_ISREG(state.st_mode);
+}
+
+void keep_model_number(uint8_t number)
+{
+    if (number != 0) {
+        zvc_state_data.model_number.store(number, std::memory_order_relaxed);
+    }
+}
+
+// Reads the model number from the camera's configuration file.
 uint8_t load_model_number(const SourceLocation &where)
 {
     ZV_LOG_AT(where, ZV_LOG_WARN, "csi model_number lookup failed\n");
-    FILE *pipe = popen(MODEL_NUMBER_COMMAND, "r");
-    if (pipe == nullptr) {
-        ZV_LOG_AT(where, ZV_LOG_ERROR, "failed to read model_number from config, cannot determine model_number\n");
-        return 0;
+    uint8_t number = 0;
+    if (!is_no_file(CONFIGURATION)) {
+        FILE *pipe = popen(MODEL_NUMBER_COMMAND, "r");
+        if (pipe == nullptr) {
+            ZV_LOG_AT(where, ZV_LOG_ERROR, "failed to read model_number from config, cannot determine model_number\n");
+            return 0;
+        }
+        char line[64] = {};
+        number = fgets(line, sizeof line, pipe) != nullptr ? parse_model_number(line) : uint8_t{0};
+        pclose(pipe);
     }
-    char line[64] = {};
-    const uint8_t number = fgets(line, sizeof line, pipe) != nullptr ? parse_model_number(line) : uint8_t{0};
     ZV_LOG_AT(where, ZV_LOG_WARN, "loaded model_number from config: %d\n", number);
-    zvc_state_data.model_number = number;
-    pclose(pipe);
+    keep_model_number(number);
     return number;
 }
 
@@ -149,15 +187,17 @@ uint8_t load_model_number(const SourceLocation &where)
 
 uint8_t zvc_state_get_model_number()
 {
-    if (zvc_state_data.model_number == 0) {
+    uint8_t number = zvc_state_data.model_number.load(std::memory_order_relaxed);
+    if (number == 0) {
         ZV_LOG(ZV_LOG_INFO, "csi_get CSI_MODEL_NUMBER\n");
-        get_csi_byte(CSI_MODEL_NUMBER, zvc_state_data.model_number);
+        get_csi_byte(CSI_MODEL_NUMBER, number);
+        keep_model_number(number);
     }
-    if (zvc_state_data.model_number == 0) {
+    if (number == 0) {
         return load_model_number(SourceLocation::current());
     }
-    ZV_LOG(ZV_LOG_INFO, "model_number, %d\n", zvc_state_data.model_number);
-    return zvc_state_data.model_number;
+    ZV_LOG(ZV_LOG_INFO, "model_number, %d\n", number);
+    return number;
 }
 
 int32_t zvc_state_get_model_name(char *buffer, int32_t size)
@@ -165,8 +205,8 @@ int32_t zvc_state_get_model_name(char *buffer, int32_t size)
     if (const int32_t result = check_buffer(buffer, size, SourceLocation::current()); result != ZV_OK) {
         return result;
     }
-    if (zvc_state_data.model_name.known) {
-        copy_text(buffer, static_cast<size_t>(size), zvc_state_data.model_name.value);
+    if (const Text *text = zvc_state_data.model_name.get()) {
+        copy_text(buffer, static_cast<size_t>(size), text->data());
         return ZV_OK;
     }
     ZV_LOG(ZV_LOG_INFO, "csi_get CSI_MODEL_NAME\n");
@@ -227,8 +267,8 @@ int32_t zvc_state_get_common_camera_features(uint32_t *features)
         ZV_LOG(ZV_LOG_ERROR, "null features\n");
         return ZV_ERR_INVALID_PARAM;
     }
-    if (zvc_state_data.common_camera_features.known) {
-        *features = zvc_state_data.common_camera_features.value;
+    if (const uint32_t *kept = zvc_state_data.common_camera_features.get()) {
+        *features = *kept;
         return ZV_OK;
     }
     uint8_t value[sizeof *features] = {};
@@ -236,7 +276,7 @@ int32_t zvc_state_get_common_camera_features(uint32_t *features)
     const int32_t result = csi_get(CSI_COMMON_CAMERA_FEATURES, sizeof value, &length, value);
     *features = le32(value);
     if (result == 0 && length >= sizeof value) {
-        zvc_state_data.common_camera_features = {*features, true};
+        zvc_state_data.common_camera_features.keep(*features);
     }
     return result;
 }
@@ -247,7 +287,9 @@ int32_t zvc_state_get_update_required(uint32_t *required)
         ZV_LOG(ZV_LOG_ERROR, "null update_required\n");
         return ZV_ERR_INVALID_PARAM;
     }
-    if (!zvc_state_data.update_required.known) {
+    if (const uint32_t *kept = zvc_state_data.update_required.get()) {
+        *required = *kept;
+    } else {
         ZV_LOG(ZV_LOG_INFO, "csi_get CSI_FW_FORCE_UPDATE\n");
         uint8_t value[sizeof *required] = {};
         uint32_t length = 0;
@@ -258,9 +300,9 @@ int32_t zvc_state_get_update_required(uint32_t *required)
             ZV_LOG(ZV_LOG_ERROR, "csi_get invalid len, %d\n", 0);
             return ZV_ERR;
         }
-        zvc_state_data.update_required = {le32(value), true};
+        *required = le32(value);
+        zvc_state_data.update_required.keep(*required);
     }
-    *required = zvc_state_data.update_required.value;
     ZV_LOG(ZV_LOG_INFO, "update_required, %d\n", static_cast<int>(*required));
     return ZV_OK;
 }
@@ -286,9 +328,6 @@ int32_t zvc_state_get_required_networks(char *buffer, int32_t size)
     if (const int32_t result = check_buffer(buffer, size, SourceLocation::current()); result != ZV_OK) {
         return result;
     }
-    if (!zvc_state_data.required_networks.known) {
-        keep_text(zvc_state_data.required_networks, "[]");
-    }
-    copy_text(buffer, static_cast<size_t>(size), zvc_state_data.required_networks.value);
+    copy_text(buffer, static_cast<size_t>(size), "[]");
     return ZV_OK;
 }
