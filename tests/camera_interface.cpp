@@ -264,6 +264,10 @@ TEST_F(SettingWrites, OrientationFollowsTheCameraWhenLocked)
                                : std::vector<std::string>{},
                   log_messages());
     }
+    g_logLevel = ZV_LOG_DEBUG;
+    camera.expect(7, 9, {1});
+    EXPECT_EQ(0, set(112, 1));
+    EXPECT_THAT(log_lines(), testing::Contains(testing::StartsWith("DEBUG Set orientation[1] @")));
 }
 
 TEST_F(SettingWrites, FovChoosesTheResolutionInEasyVideo)
@@ -293,9 +297,11 @@ TEST_F(SettingWrites, FovChoosesTheResolutionInEasyVideo)
     camera.expect(2, 96, {4});
     EXPECT_EQ(0, set(121, 0x104));
     setting(SETTINGS_SETUP_CURRENT_FLAT_MODE) = 12;
-    setting(SETTINGS_SETUP_CAMERA_UX_MODE) = 1;
-    camera.expect(2, 96, {4});
-    EXPECT_EQ(0, set(121, 4));
+    for (const uint8_t not_easy : {uint8_t{1}, uint8_t{2}}) {
+        setting(SETTINGS_SETUP_CAMERA_UX_MODE) = not_easy;
+        camera.expect(2, 96, {4});
+        EXPECT_EQ(0, set(121, 4));
+    }
 }
 
 TEST_F(SettingWrites, ScheduledCaptureSendsFormatAndTime)

@@ -329,14 +329,18 @@ TEST_F(CameraSettingsDeathTest, ADefaultModelLeavesTheCopiesFree)
 {
     in_fresh_process([] {
         const auto &options = getCameraOptions(0);
-        EXPECT_TRUE(options.empty());
-        EXPECT_TRUE(getCameraFilters(0).empty());
-        EXPECT_TRUE(getUIModeGroups(0).empty());
-        EXPECT_TRUE(getOptionIds(0).empty());
-        EXPECT_TRUE(optionIdExists(0, 88, 50));
-        EXPECT_FALSE(optionIdExists(0, 2, 1));
-        EXPECT_EQ(7U, getOptionValueById(0, 2, 7));
-        EXPECT_EQ(13U, getOptionValueById(0, 131, 109));
+        for (const uint32_t model : {0U, 51U, 57U, 61U, 63U, 58U + 256U}) {
+            SCOPED_TRACE(model);
+            EXPECT_TRUE(getCameraOptions(model).empty());
+            EXPECT_TRUE(getCameraFilters(model).empty());
+            EXPECT_TRUE(getUIModeGroups(model).empty());
+            EXPECT_TRUE(getOptionIds(model).empty());
+            EXPECT_TRUE(optionIdExists(model, 88, 50));
+            EXPECT_FALSE(optionIdExists(model, 2, 1));
+            EXPECT_EQ(100U, getOptionValueById(model, 2, 100));
+            EXPECT_EQ(13U, getOptionValueById(model, 131, 109));
+            EXPECT_EQ(6U, getOptionValueById(model, 131, 111));
+        }
         EXPECT_EQ(24U, getOptionIdByValue(0, 2, 24, 12));
         EXPECT_EQ(109U, getOptionIdByValue(51, 130, 13, 15));
         EXPECT_THAT(log_messages(), ElementsAre("Could not find option value:24 for setting:2 for camera:0",
@@ -354,8 +358,8 @@ TEST_F(CameraSettingsDeathTest, EachCopyIsFilledByItsOwnCalls)
         EXPECT_TRUE(optionIdExists(SABLE, 91, 1)); // skipped: fills nothing
         EXPECT_TRUE(getOptionIds(0).empty());
         EXPECT_TRUE(optionIdExists(SABLE, 2, 100));
-        EXPECT_EQ(SABLE_SETTING_COUNT, getOptionIds(0).size());
         EXPECT_EQ(24U, getOptionValueById(0, 2, 100));
+        EXPECT_EQ(SABLE_SETTING_COUNT, getOptionIds(0).size());
 
         EXPECT_EQ(24U, getOptionIdByValue(0, 2, 24, 12)) << "another copy";
         EXPECT_EQ(100U, getOptionIdByValue(62, 2, 24, 12));
@@ -379,6 +383,7 @@ std::vector<uint32_t> bypassing(uint32_t model)
 TEST_F(CameraSettingsDeathTest, TheFirstModelFixesTheBypassSet)
 {
     in_fresh_process([] {
+        EXPECT_FALSE(bypassPresetEditStart(83, 62)) << "the first answer of all";
         const auto sable = ElementsAre(47, 54, 59, 62, 64, 84, 85, 86, 87, 88, 91, 103, 112, 134, 154, 158, 159, 161,
                                        169, 175, 178, 182, 183, 189, 190);
         EXPECT_THAT(bypassing(62), sable);

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <span>
 
 using namespace test;
 using testing::ElementsAre;
@@ -98,9 +99,10 @@ TEST_F(SettingsValues, ReplacedAndSignedValues)
         int32_t value;
     };
     const Case cases[] = {
-        {2, 42, 13, 17},  {2, 42, 255, 255},   {112, 14, 0, 0},    {112, 14, 1, 255},  {112, 14, 4, 255},
-        {112, 14, 5, 5},  {112, 14, 255, -1},  {149, 228, 3, 2},   {149, 228, 1, 1},   {164, 231, 7, 1},
-        {164, 231, 6, 6}, {164, 231, 255, -1}, {163, 33, 255, -1}, {87, 10, 200, 200}, {176, 42, 24, 107},
+        {2, 42, 13, 17},    {2, 42, 255, 255},   {112, 14, 0, 0},    {112, 14, 1, 255},  {112, 14, 4, 255},
+        {112, 14, 5, 5},    {112, 14, 255, -1},  {149, 228, 3, 2},   {149, 228, 1, 1},   {164, 231, 7, 1},
+        {164, 231, 6, 6},   {164, 231, 255, -1}, {163, 33, 255, -1}, {87, 10, 200, 200}, {176, 42, 24, 107},
+        {165, 83, 255, -1}, {183, 37, 255, -1},
     };
     for (const Case &c : cases) {
         settings.bytes[c.offset] = c.byte;
@@ -306,6 +308,17 @@ TEST_F(SettingsDocuments, EachRecordIsReadForItsOwnFlatMode)
     current.bytes[MODE] = 16;
     current.bytes[SETTINGS + 116] = 6;
     EXPECT_EQ(std::pair(3, std::string("\"114\":0,\"129\":111,\"144\":16")), changes());
+
+    // Modes without shortcuts, which read the record's first byte: 44 is not 12, where that value has another id.
+    g_logLevel = ZV_LOG_DEBUG;
+    previous.bytes[MODE] = 11;
+    current.bytes[MODE] = 44;
+    current.bytes[SETTINGS] = 6;
+    EXPECT_THAT(changes().second, testing::HasSubstr("\"129\":6,"));
+    const std::vector<std::string> messages = log_messages();
+    EXPECT_THAT(std::span(messages).last(2),
+                ElementsAre("get_field_value: Flat mode[11] doesn't support onscreen_control",
+                            "get_field_value: Flat mode[44] doesn't support onscreen_control"));
 }
 
 TEST_F(SettingsDocuments, VectorHoldsTheOptionIds)

@@ -167,6 +167,7 @@ TEST_F(Status, TurnsFirmwareValuesIntoPublishedOnes)
         {96, {{19, "\xff\xff\xff\xff"}}, "999"},
         {97, {{19, {"\13\0\0\0", 4}}, {7, {"\1\0\12\0", 4}}}, "655361"},
         {97, {{19, {"\14\0\0\0", 4}}, {11, {"\2\0\12\0", 4}}}, "655362"},
+        {97, {{19, {"\16\0\0\0", 4}}, {7, {"\3\0\12\0", 4}}}, "655363"},
         {97, {{19, {"\6\0\0\0", 4}}}, "0"},
         {97, {{19, {"\0\0\0\1", 4}}}, "0"},
         {90, {{0, "\x1b"}, {39, "\5"}}, "5"},
@@ -185,6 +186,7 @@ TEST_F(Status, RemembersTheLastGoodValues)
     EXPECT_EQ("55", value(70, record({{198, "\x37"}})));
     EXPECT_EQ("55", value(70, record({{198, "\xff"}})));
     EXPECT_EQ("60", value(70, record({{198, "\x3c"}})));
+    EXPECT_EQ("0", value(70, record({{198, {"\0", 1}}})));
     EXPECT_EQ("4294967289", value(90, record({{0, "\x10"}, {48, "\xf9"}})));
     for (const char *unsupported : {"\x0b", "\x16", "\x17", "\x1c", "\x20", "\xff"}) {
         EXPECT_EQ("4294967289", value(90, record({{0, unsupported}})));
@@ -194,8 +196,8 @@ TEST_F(Status, RemembersTheLastGoodValues)
 TEST_F(Status, LogsARunOfUnsupportedValuesOnce)
 {
     const auto good = record();
-    const auto bad = record({{0, "\x17"}, {19, {"\6\0\0\0", 4}}});
-    const auto vellix = testing::MatchesRegex("Flat mode 23, doesn't support vellix, using video_vellix_default "
+    const auto bad = record({{0, "\xf7"}, {19, {"\6\0\0\0", 4}}});
+    const auto vellix = testing::MatchesRegex("Flat mode -9, doesn't support vellix, using video_vellix_default "
                                               "value. @ libzvCtrlD/src/camera_status:[0-9]+\n");
     const auto preset =
         testing::MatchesRegex("Preset group 0x1006 isn't supported @ libzvCtrlD/src/camera_status:[0-9]+\n");
@@ -244,6 +246,7 @@ TEST_F(Status, ReportsChangesOfText)
     EXPECT_THAT(log_messages(), testing::IsSupersetOf({"index=8 change count = 1, old=[\"8\":0]  new=[\"8\":1]",
                                                        "index=34 change count = 2, old=[\"34\":1200]  "
                                                        "new=[\"34\":1199]"}));
+    EXPECT_THAT(log_lines(), testing::Contains(testing::StartsWith("INFO index=8 change count = 1")));
     g_logLevel = ZV_LOG_ERROR;
     EXPECT_EQ((Changes{"", 0}), changes(second, cache));
 
@@ -289,9 +292,17 @@ TEST_F(Status, GivesValuesAsNumbers)
     EXPECT_EQ(1002U, values[96]);
     EXPECT_EQ(37, std::ranges::count(values, 4711U));
 
-    std::vector<uint32_t> few(3, 4711);
+    const std::string half(7, '\0'); // of what a signed number holds
+    const auto large = record({{122, half + '\x80'}, {148, half + '\x80'}});
+    update_camera_status(&large, MODEL, values);
+    EXPECT_EQ(4294967295U, values[54]);
+    EXPECT_EQ(4294967295U, values[117]);
+
+    std::vector<uint32_t> few(4, 4711);
+    few.pop_back();
     update_camera_status(&status, MODEL, few);
     EXPECT_THAT(few, ElementsAre(4711, 130, testing::Ne(4711U)));
+    EXPECT_EQ(4711U, few.data()[3]) << "past the end";
 }
 
 TEST_F(Status, PassesOverRowsThatAreInvalidOrNotPushed)
@@ -338,7 +349,8 @@ TEST_F(Status, PassesOverRowsThatAreInvalidOrNotPushed)
 TEST_F(Status, OutputsOneMemberUnderTheCallersId)
 {
     // On the heap, so that a sanitizer sees a read past it.
-    const auto status = std::make_unique<appc_system_all_status>(record({{254, "\x80"}, {251, "\xff"}, {390, "text"}}));
+    const auto status = std::make_unique<appc_system_all_status>(record(
+        {{254, "\x80"}, {251, "\xff"}, {300, {"longer than the name of any network: 46 bytes\0", 47}}, {390, "text"}}));
     struct Case {
         status_output_t *output;
         status_field_t field;
@@ -353,6 +365,7 @@ TEST_F(Status, OutputsOneMemberUnderTheCallersId)
         {status_field_output_int, {1, "", 387, 8, nullptr}, "\"1\":0"},
         {status_field_output_int, {1, "", INT32_MIN, 1, nullptr}, "\"1\":0"},
         {status_field_output_string, {300, "", 390, 0, nullptr}, "\"300\":text"},
+        {status_field_output_string, {7, "", 300, 0, nullptr}, "\"7\":longer than the name of any network: 46 bytes"},
         {status_field_output_string, {300, "", 394, 0, nullptr}, "\"300\":"},
         {status_field_output_string, {300, "", INT32_MIN, 0, nullptr}, "\"300\":"},
         {status_field_output_battery_level, {1, "", 0, 0, nullptr}, "\"1\":0"},
@@ -371,6 +384,7 @@ TEST_F(Status, OutputsOneMemberUnderTheCallersId)
     EXPECT_THAT(log_messages(), ElementsAre("Unknown field size:2 was given", "Invalid field offset:391 was given",
                                             "Invalid field offset:387 was given",
                                             "Invalid field offset:-2147483648 was given", "invalid field id, 1\n"));
+    EXPECT_THAT(log_lines().back(), testing::StartsWith("WARN "));
 
     reset();
     std::stringstream stream;

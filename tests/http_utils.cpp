@@ -68,6 +68,7 @@ TEST(HttpUtils, FindsParameters)
     const Case cases[] = {
         {"a=1&b=2", "a=", 1, "1"},     {"a=1&b=2", "b=", 1, "2"},     {"b=2&a=", "a=", 1, ""},
         {"uid=4&id=5", "id=", 1, "4"}, {"a=%20+&b", "a=", 1, "%20+"}, {"a=1&b=2", "c=", 0, "kept"},
+        {"a=1;b=2", "a=", 1, "1;b=2"},
     };
     for (const Case &c : cases) {
         std::string value = "kept";
