@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <set>
+#include <thread>
 
 using namespace test;
 using testing::ElementsAre;
@@ -366,6 +367,26 @@ TEST_F(CameraSettingsDeathTest, EachCopyIsFilledByItsOwnCalls)
         EXPECT_EQ(100U, getOptionIdByValue(0, 2, 24, 12));
         EXPECT_TRUE(getCameraOptions(0).empty());
         EXPECT_TRUE(getCameraFilters(0).empty());
+    });
+}
+
+// A race shows under the thread sanitizer.
+TEST_F(CameraSettingsDeathTest, SeveralThreadsMayBeTheFirst)
+{
+    in_fresh_process([] {
+        const auto work = [](uint32_t model) {
+            getOptionValueById(model, 2, 100);
+            optionIdExists(model, 2, 100);
+            EXPECT_EQ(24U, getOptionValueById(SABLE, 2, 100));
+            EXPECT_TRUE(optionIdExists(SABLE, 2, 100));
+            EXPECT_EQ(100U, getOptionIdByValue(SABLE, 2, 24, 12));
+            EXPECT_EQ(SABLE_SETTING_COUNT, getOptionIds(SABLE).size());
+            EXPECT_EQ(SABLE_SETTING_COUNT, getCameraOptions(SABLE).size());
+            EXPECT_EQ(RULE_COUNT, getCameraFilters(SABLE).size());
+        };
+        std::thread other(work, 51);
+        work(SABLE);
+        other.join();
     });
 }
 

@@ -140,6 +140,31 @@ TEST_F(CardId, HealsAfterEveryFailure)
     EXPECT_STREQ("8", id);
 }
 
+TEST_F(CardId, IsKeptInARegularFileOnly)
+{
+    mkdir(FOLDER.c_str(), 0777);
+    ASSERT_EQ(0, mkfifo(CARD.c_str(), 0666)); // nobody at its other end, who would be waited for
+    draws = {5};
+    EXPECT_EQ(0, getCardIDStr(id));
+    EXPECT_STREQ("24", id);
+    EXPECT_EQ("24", content());
+    EXPECT_TRUE(log_messages().empty());
+
+    for (const char *behind : {"", "12345"}) { // nothing, or an id, which is not this card's
+        const std::string target = FUSE + "target";
+        unlink(CARD.c_str());
+        if (*behind != '\0') {
+            std::ofstream(target) << behind;
+        }
+        ASSERT_EQ(0, symlink(target.c_str(), CARD.c_str()));
+        EXPECT_EQ(-1, getCardIDStr(id));
+        EXPECT_STREQ("0", id);
+        EXPECT_EQ("Failed to create file  " + CARD, log_messages().back());
+        EXPECT_EQ(behind, content(target));
+        EXPECT_EQ(*behind != '\0', access(target.c_str(), F_OK) == 0);
+    }
+}
+
 TEST(Text, CardIdIsDigits)
 {
     EXPECT_EQ(0, validateCardID("12a", 3));

@@ -2,13 +2,18 @@
 
 #include "csi_double.h"
 #include "interpose.h"
+#include "zvcontrol_info.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <thread>
 
 using namespace test;
 using testing::ElementsAre;
@@ -122,6 +127,12 @@ TEST_F(State, FindsTheModelNumberInEitherPlace)
     EXPECT_EQ(0, zvc_state_get_model_number());
     setrlimit(RLIMIT_NOFILE, &limit);
     EXPECT_EQ("failed to read model_number from config, cannot determine model_number\n", log_messages().back());
+    // The shell command would wait for whoever writes into it.
+    fs::remove(configuration);
+    ASSERT_EQ(0, mkfifo(configuration, 0600));
+    EXPECT_EQ(0, zvc_state_get_model_number());
+    EXPECT_EQ("loaded model_number from config: 0\n", log_messages().back());
+    fs::remove(configuration);
     configure("0x3a7");
     EXPECT_EQ(58, zvc_state_get_model_number());
     csi().gets.clear();
@@ -177,6 +188,72 @@ TEST_F(State, ReadsNumbers)
         EXPECT_EQ(-3, getter(nullptr));
     }
     EXPECT_EQ(-3, zvc_state_get_ap_has_default_credentials(nullptr));
+}
+
+// In processes of their own, where nothing is kept yet.
+using StateDeathTest = State;
+
+TEST_F(StateDeathTest, InformationHoldsTextsAlone)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto run = [] {
+        const auto read_info = [](int32_t result) {
+            std::string info(CAMERA_INFO_SIZE, '#');
+            EXPECT_EQ(result, zvcontrol_get_camera_info(reinterpret_cast<uint8_t *>(info.data())));
+            return info;
+        };
+        const std::string text("text\0and more\0", 14);
+        csi().values = {{0, text},    {1, text},  {14, text},   {19, text},
+                        {20, "\x3a"}, {21, text}, {89, "1234"}, {90, text}};
+        csi().get_results[21] = -5;
+        std::string expected(CAMERA_INFO_SIZE, '\0');
+        const auto put = [&](size_t offset, const char *bytes) { expected.replace(offset, strlen(bytes), bytes); };
+        put(CAMERA_INFO_MODEL_NUMBER, "\x3a");
+        put(CAMERA_INFO_MODEL_NAME, "text");
+        EXPECT_EQ(expected, read_info(-3)) << "what the service wrote and took back";
+
+        csi().get_results.clear();
+        for (const size_t offset : {CAMERA_INFO_FIRMWARE_VERSION, CAMERA_INFO_SERIAL_NUMBER, CAMERA_INFO_BOARD_TYPE,
+                                    CAMERA_INFO_AP_MAC, CAMERA_INFO_AP_SSID}) {
+            put(offset, "text");
+        }
+        csi().get_results[89] = -7;
+        EXPECT_EQ(expected, read_info(-7));
+        csi().get_results.clear();
+        put(CAMERA_INFO_COMMON_CAMERA_FEATURES, "1234");
+        put(CAMERA_INFO_REQUIRED_NETWORKS, "[]");
+        put(CAMERA_INFO_VALID, "\1");
+        EXPECT_EQ(expected, read_info(0));
+        EXPECT_EQ(expected, read_info(0));
+        std::exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
+}
+
+// A race shows under the thread sanitizer.
+TEST_F(StateDeathTest, SeveralThreadsMayBeTheFirst)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto run = [] {
+        csi().values = {{0, terminated("serial")}, {19, terminated("name")}, {20, "\x3a"}, {89, "1234"}, {136, "5678"}};
+        const auto work = [] {
+            uint32_t number = 0;
+            for (int i = 0; i < 3; ++i) {
+                EXPECT_EQ(58, zvc_state_get_model_number());
+                EXPECT_EQ(Read(0, "serial"), read(zvc_state_get_serial_number, 64));
+                EXPECT_EQ(Read(0, "name"), read(zvc_state_get_model_name, 64));
+                EXPECT_EQ(0, zvc_state_get_common_camera_features(&number));
+                EXPECT_EQ(0x34333231U, number);
+                EXPECT_EQ(0, zvc_state_get_update_required(&number));
+                EXPECT_EQ(0x38373635U, number);
+            }
+        };
+        std::thread other(work);
+        work();
+        other.join();
+        std::exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(run(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(State, NeedsNoNetworks)

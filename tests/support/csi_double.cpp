@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <mutex>
 
 namespace test {
 
@@ -19,17 +20,16 @@ using test::csi;
 
 int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *buffer)
 {
+    static std::mutex one_at_a_time;
+    const std::lock_guard guard(one_at_a_time);
     csi().gets.push_back({key, size});
-    if (const auto failure = csi().get_results.find(key); failure != csi().get_results.end()) {
-        return failure->second;
-    }
     const auto value = csi().values.find(key);
-    if (value == csi().values.end()) {
-        return -1;
+    if (value != csi().values.end()) {
+        *length = static_cast<uint32_t>(value->second.size());
+        memcpy(buffer, value->second.data(), std::min<size_t>(size, value->second.size()));
     }
-    *length = static_cast<uint32_t>(value->second.size());
-    memcpy(buffer, value->second.data(), std::min<size_t>(size, value->second.size()));
-    return 0;
+    const auto failure = csi().get_results.find(key);
+    return failure != csi().get_results.end() ? failure->second : value != csi().values.end() ? 0 : -1;
 }
 
 int32_t csi_set(uint8_t key, const uint8_t *value, uint32_t length)

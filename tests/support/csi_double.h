@@ -15,7 +15,7 @@ struct CsiCall {
 
 struct Csi {
     std::map<uint32_t, std::string> values;  // a text's value holds its terminating zero byte
-    std::map<uint32_t, int32_t> get_results; // a result other than 0 for a key
+    std::map<uint32_t, int32_t> get_results; // a result other than 0 for a key, whose value is written all the same
     int32_t set_result = 0;
     std::vector<CsiCall> gets;
     std::vector<std::pair<uint8_t, std::string>> sets;
