@@ -292,13 +292,12 @@ void write_member(JsonWriter &json, const StatusField &row, const uint8_t *statu
     write_status_value(json, read_status_value(row.output, status, {row.offset, row.size}));
 }
 
-// What the cache is to hold once it has gone out: a part of the document, for which the entry already has room.
+// What an entry of the cache is to hold once it has gone out. The entry already has room for it.
 struct CacheUpdate {
-    uint16_t index;
-    uint16_t start;
-    uint16_t size;
+    std::string *cached;
+    const char *fresh; // in the document
+    size_t size;
 };
-static_assert(DOCUMENT_SIZE <= UINT16_MAX);
 
 // The low 32 bits of a number, which counts as INT64_MAX at most; 0 for a text.
 uint32_t low_bits(const StatusValue &value)
@@ -352,8 +351,7 @@ try {
             continue;
         }
         cached.reserve(fresh.size());
-        updates[count++] = {static_cast<uint16_t>(i), static_cast<uint16_t>(start),
-                            static_cast<uint16_t>(fresh.size())};
+        updates[count++] = {&cached, fresh.data(), fresh.size()};
         ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%.*s]", static_cast<int>(i), count,
                cached.c_str(), static_cast<int>(fresh.size()), fresh.data());
         json.comma();
@@ -363,7 +361,7 @@ try {
         return result == ZV_ERR_OUTOFMEM ? result : 0; // no member was written
     }
     for (const CacheUpdate &update : std::span(updates, static_cast<size_t>(count))) {
-        cache[update.index] = json.text().substr(update.start, update.size);
+        update.cached->assign(update.fresh, update.size);
     }
     return count;
 } catch (const std::bad_alloc &) {
