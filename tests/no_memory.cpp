@@ -115,14 +115,14 @@ TEST_F(NoMemory, DocumentsAreWrittenWholeOrNotAtAll)
     };
     for (const auto &write : writers) {
         const std::vector<std::string> unseen(119);
-        cache = unseen;
+        cache = std::vector<std::string>(119);
         std::stringstream whole;
         const int32_t good = write(whole);
         for (const auto thrown : {std::ios::goodbit, std::ios::badbit}) {
             std::stringstream stream;
             int32_t result = 0;
             const auto prepare = [&] {
-                cache = unseen;
+                cache = std::vector<std::string>(119); // without the room that texts had
                 stream = std::stringstream("before|", std::ios::in | std::ios::out | std::ios::ate);
                 stream.exceptions(thrown);
                 stream.get();

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <deque>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -143,14 +144,21 @@ TEST_F(CardId, HealsAfterEveryFailure)
 TEST_F(CardId, IsKeptInARegularFileOnly)
 {
     mkdir(FOLDER.c_str(), 0777);
-    ASSERT_EQ(0, mkfifo(CARD.c_str(), 0666)); // nobody at its other end, who would be waited for
-    draws = {5};
-    EXPECT_EQ(0, getCardIDStr(id));
-    EXPECT_STREQ("24", id);
-    EXPECT_EQ("24", content());
+    for (const bool has_other_end : {false, true}) {
+        unlink(CARD.c_str());
+        ASSERT_EQ(0, mkfifo(CARD.c_str(), 0666));
+        const int other_end = has_other_end ? open(CARD.c_str(), O_RDWR) : -1;
+        EXPECT_EQ(has_other_end ? 4 : -1, ::write(other_end, "123\n", 4));
+        draws = {5};
+        EXPECT_EQ(0, getCardIDStr(id));
+        ASSERT_STREQ("24", id);
+        EXPECT_EQ("24", content());
+        close(other_end);
+    }
     EXPECT_TRUE(log_messages().empty());
 
     for (const char *behind : {"", "12345"}) { // nothing, or an id, which is not this card's
+        reset();
         const std::string target = FUSE + "target";
         unlink(CARD.c_str());
         if (*behind != '\0') {
@@ -159,7 +167,7 @@ TEST_F(CardId, IsKeptInARegularFileOnly)
         ASSERT_EQ(0, symlink(target.c_str(), CARD.c_str()));
         EXPECT_EQ(-1, getCardIDStr(id));
         EXPECT_STREQ("0", id);
-        EXPECT_EQ("Failed to create file  " + CARD, log_messages().back());
+        EXPECT_THAT(log_messages(), ElementsAre("Failed to create file  " + CARD));
         EXPECT_EQ(behind, content(target));
         EXPECT_EQ(*behind != '\0', access(target.c_str(), F_OK) == 0);
     }
