@@ -350,7 +350,7 @@ TEST_F(Status, OutputsOneMemberUnderTheCallersId)
 {
     // On the heap, so that a sanitizer sees a read past it.
     const auto status = std::make_unique<appc_system_all_status>(record(
-        {{254, "\x80"}, {251, "\xff"}, {300, {"longer than the name of any network: 46 bytes\0", 47}}, {390, "text"}}));
+        {{254, "\x80"}, {251, "\xff"}, {300, {"longer than the name of any network: 45 bytes\0", 46}}, {390, "text"}}));
     struct Case {
         status_output_t *output;
         status_field_t field;
@@ -365,7 +365,7 @@ TEST_F(Status, OutputsOneMemberUnderTheCallersId)
         {status_field_output_int, {1, "", 387, 8, nullptr}, "\"1\":0"},
         {status_field_output_int, {1, "", INT32_MIN, 1, nullptr}, "\"1\":0"},
         {status_field_output_string, {300, "", 390, 0, nullptr}, "\"300\":text"},
-        {status_field_output_string, {7, "", 300, 0, nullptr}, "\"7\":longer than the name of any network: 46 bytes"},
+        {status_field_output_string, {7, "", 300, 0, nullptr}, "\"7\":longer than the name of any network: 45 bytes"},
         {status_field_output_string, {300, "", 394, 0, nullptr}, "\"300\":"},
         {status_field_output_string, {300, "", INT32_MIN, 0, nullptr}, "\"300\":"},
         {status_field_output_battery_level, {1, "", 0, 0, nullptr}, "\"1\":0"},

@@ -3,10 +3,10 @@
 #include "camera_settings.h"
 #include "camera_status.h"
 #include "csi_double.h"
+#include "failing_new.h"
 #include "http_utils.h"
 #include "interpose.h"
 
-#include <cstdlib>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,11 +19,6 @@ namespace {
 
 constexpr uint32_t SABLE = 58;
 
-// Of the program's own operator new, at its end.
-constexpr int64_t NEVER = -1;
-int64_t until_failure = NEVER; // allocations that succeed before one fails
-int64_t in_use = 0;
-
 class NoMemory : public testing::Test {
   protected:
     void SetUp() override
@@ -32,7 +27,7 @@ class NoMemory : public testing::Test {
         csi() = {};
         csi().gets.reserve(100000);
         const std::string network = "a network's name of 32 characters";
-        for (const size_t offset : {297, 330}) {
+        for (const size_t offset : {size_t{297}, size_t{330}}) {
             std::copy_n(network.begin(), 32, record.bytes + offset);
         }
     }
@@ -45,10 +40,10 @@ class NoMemory : public testing::Test {
     {
         for (int64_t failures = 0;; ++failures) {
             prepare();
-            until_failure = failures;
+            allocations().until_failure = failures;
             call();
-            const bool failed = until_failure == NEVER;
-            until_failure = NEVER;
+            const bool failed = allocations().until_failure == NEVER;
+            allocations().until_failure = NEVER;
             if (!failed) {
                 return failures;
             }
@@ -61,12 +56,12 @@ class NoMemory : public testing::Test {
 
 TEST_F(NoMemory, LookUpsNeedNone)
 {
-    until_failure = 0;
+    allocations().until_failure = 0;
     const bool exists = optionIdExists(SABLE, 2, 100);
     const uint32_t values[] = {getOptionValueById(SABLE, 2, 100), getOptionIdByValue(SABLE, 2, 24, 12),
                                getOptionValueById(0, 131, 111)};
-    EXPECT_EQ(0, until_failure);
-    until_failure = NEVER;
+    EXPECT_EQ(0, allocations().until_failure);
+    allocations().until_failure = NEVER;
     EXPECT_TRUE(exists);
     EXPECT_THAT(values, ElementsAre(24, 100, 6));
 }
@@ -74,7 +69,7 @@ TEST_F(NoMemory, LookUpsNeedNone)
 TEST_F(NoMemory, MapsAreMadeByTheNextCall)
 {
     const auto expect_made = [](auto get, size_t entries) {
-        const int64_t before = in_use;
+        const int64_t before = allocations().in_use;
         const int64_t failures = fail_in_turn(
             [=] {
                 try {
@@ -82,7 +77,7 @@ TEST_F(NoMemory, MapsAreMadeByTheNextCall)
                 } catch (const std::bad_alloc &) {
                 }
             },
-            [=] { EXPECT_EQ(before, in_use) << "a leak"; });
+            [=] { EXPECT_EQ(before, allocations().in_use) << "a leak"; });
         EXPECT_GT(failures, 0);
         EXPECT_EQ(entries, get(SABLE).size());
         EXPECT_EQ(entries, get(0).size());
@@ -201,27 +196,3 @@ TEST_F(NoMemory, AParameterIsFoundOrUntouched)
 }
 
 } // namespace
-
-void *operator new(size_t size)
-{
-    if (until_failure != NEVER && until_failure-- == 0) {
-        throw std::bad_alloc();
-    }
-    void *memory = malloc(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    ++in_use;
-    return memory;
-}
-
-void operator delete(void *memory) noexcept
-{
-    in_use -= memory != nullptr;
-    free(memory);
-}
-
-void operator delete(void *memory, size_t) noexcept
-{
-    operator delete(memory);
-}

@@ -3,7 +3,6 @@
 #include "csi.h"
 
 #include <algorithm>
-#include <cstring>
 #include <mutex>
 
 namespace test {
@@ -26,7 +25,7 @@ int32_t csi_get(uint8_t key, uint32_t size, uint32_t *length, uint8_t *buffer)
     const auto value = csi().values.find(key);
     if (value != csi().values.end()) {
         *length = static_cast<uint32_t>(value->second.size());
-        memcpy(buffer, value->second.data(), std::min<size_t>(size, value->second.size()));
+        std::copy_n(value->second.begin(), std::min<size_t>(size, value->second.size()), buffer);
     }
     const auto failure = csi().get_results.find(key);
     return failure != csi().get_results.end() ? failure->second : value != csi().values.end() ? 0 : -1;

@@ -23,7 +23,7 @@ namespace zv {
     const std::streampos read_position = buffer.pubseekoff(0, std::ios::cur, std::ios::in);
     std::string text = std::move(buffer).str();
     text.resize(size);
-    buffer.str(std::move(text));
+    buffer.str(std::move(text)); // NOLINT(bugprone-use-after-move): it is empty, and as good as a new one
     buffer.pubseekpos(read_position, std::ios::in);
     buffer.pubseekoff(0, std::ios::end, std::ios::out);
 }
