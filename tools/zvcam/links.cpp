@@ -128,8 +128,13 @@ DaemonLink::~DaemonLink()
 bool DaemonLink::poll(all_status_settings_t &record)
 {
     uint16_t length = 0;
-    const int32_t result = zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0,
-                                                                    record.bytes, sizeof record.bytes, &length);
+    const int32_t result = zvcontrol_send_command_param_response_ex_internal(
+        ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, record.bytes, sizeof record.bytes, &length);
+    if (result == ZV_ERR_NO_RESPONSE) {
+        record = m_last;
+        record.bytes[STATUS_SYSTEM_SYSTEM_BUSY] = 1; // the status record comes first
+        return false;
+    }
     if (result == ZV_ERR) {
         fail(FAILED,
              "the daemon refused to tell the camera's state, or its answer is no use; -v shows the library's log");
@@ -138,8 +143,8 @@ bool DaemonLink::poll(all_status_settings_t &record)
     if (length != sizeof record.bytes) {
         fail(FAILED, "the daemon's answer has %u bytes where the camera's state has %zu", length, sizeof record.bytes);
     }
-    return zvcontrol_is_response_queue_sychronized(); // not after a lost answer, in whose place the last known state
-                                                      // came
+    m_last = record;
+    return true;
 }
 
 all_status_settings_t DaemonLink::poll()

@@ -32,6 +32,9 @@ class DaemonLink {
 
     // The same, but without an answer the last known state with the busy flag set, and false.
     bool poll(all_status_settings_t &record);
+
+  private:
+    all_status_settings_t m_last = {}; // known state
 };
 
 // The firmware, which the relay leads to.
