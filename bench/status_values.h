@@ -90,14 +90,14 @@ inline void read_status(const uint8_t *status, const zv::StatusField &row, Sink 
     switch (row.output) {
     case NONE:
         break;
-    case INT:
-        if (row.size == 1) {
-            sink(uint32_t{*field});
-        } else if (row.size == 4) {
-            sink(zv::le32(field));
-        } else {
-            sink(zv::le64(field));
-        }
+    case BYTE:
+        sink(uint32_t{*field});
+        break;
+    case NUMBER:
+        sink(zv::le32(field));
+        break;
+    case LONG_NUMBER:
+        sink(zv::le64(field));
         break;
     case SIGNED:
         sink(signed_byte(status, row.offset));
@@ -107,7 +107,7 @@ inline void read_status(const uint8_t *status, const zv::StatusField &row, Sink 
         break;
     case TEXT: {
         const auto *text = reinterpret_cast<const char *>(field);
-        sink(std::string_view(text, strnlen(text, row.size)));
+        sink(std::string_view(text, strnlen(text, zv::NETWORK_NAME_SIZE)));
         break;
     }
     case CSI: {

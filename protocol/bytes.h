@@ -54,4 +54,10 @@ constexpr void put_le32(uint8_t *bytes, uint32_t value)
     put_le16(bytes + 2, static_cast<uint16_t>(value >> 16));
 }
 
+constexpr void put_le64(uint8_t *bytes, uint64_t value)
+{
+    put_le32(bytes, static_cast<uint32_t>(value));
+    put_le32(bytes + 4, static_cast<uint32_t>(value >> 32));
+}
+
 } // namespace zv

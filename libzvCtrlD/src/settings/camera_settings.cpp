@@ -11,8 +11,10 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <map>
 #include <new>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -148,19 +150,52 @@ inline uint32_t option_id_by_value(uint32_t model, uint32_t setting, uint32_t va
 
 // ---- Documents ----
 
-uint32_t option_id(const settings_field_t &row, const zv::SettingsSource &source)
-{
-    const auto value = static_cast<uint32_t>(zv::field_value(row, source));
-    return option_id_by_value(source.model, row.id, value, source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
-}
+// Reads the option ids of a record's settings. Most are a byte and a look-up, for which no function is called.
+class OptionReader {
+  public:
+    explicit OptionReader(const zv::SettingsSource &source)
+        : m_source(source), m_members(zv::setting_members(source.model))
+    {
+        const uint32_t block = zv::block_read_in(source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
+        if (!cameraOptionValues.fill(source.model) || source.status == nullptr) {
+            m_first_other = zv::Readout::BYTE; // there is something to say about each setting
+        } else if (block == zv::NO_BLOCK) {
+            m_first_other = zv::Readout::BYTE_OF_BLOCK;
+        } else {
+            m_block = block;
+        }
+    }
+
+    std::span<const zv::SettingMember> members() const { return m_members.rows; }
+
+    // Whether no setting is logged while it is read: not for its flat mode, and not for having no options.
+    bool is_silent() const { return m_first_other == zv::Readout::OTHER && is_sable_knoll(m_source.model); }
+
+    uint32_t id(const zv::SettingMember &member) const
+    {
+        return member.readout < m_first_other ? m_members.byte_id(member, m_source.settings[member.offsets[m_block]])
+                                              : other_id(member.id);
+    }
+
+  private:
+    [[gnu::noinline]] uint32_t other_id(uint8_t setting) const
+    {
+        const auto value = static_cast<uint32_t>(zv::field_value(zv::field_of(setting), m_source));
+        return option_id_by_value(m_source.model, setting, value, m_source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
+    }
+
+    zv::SettingsSource m_source;
+    zv::SettingMembers m_members;
+    uint32_t m_block = zv::BLOCK_VIDEO;
+    zv::Readout m_first_other = zv::Readout::OTHER; // this and the readouts above it take other_id
+};
 
 zv::SettingsSource source_of(const all_status_settings_t *record, uint32_t model)
 {
     return {record->bytes + ALL_SETTINGS_OFFSET, record->bytes + ALL_STATUS_OFFSET, model};
 }
 
-// The document's head and end count as a member each.
-constexpr size_t DOCUMENT_SIZE = (zv::SETTINGS_END_ROW + 2) * zv::JSON_MEMBER_SIZE;
+constexpr size_t DOCUMENT_SIZE = zv::JSON_OPENING_SIZE + zv::SETTINGS_END_ROW * zv::JSON_MEMBER_SIZE;
 
 } // namespace
 
@@ -253,18 +288,15 @@ int32_t camera_settings_serialize_to_json(std::stringstream &stream, const appc_
         fprintf(stderr, "%s(%d): NULL settings\n", __func__, __LINE__);
         return -1;
     }
-    const zv::SettingsSource source = {settings->bytes, status != nullptr ? status->bytes : nullptr, model};
+    const OptionReader options({settings->bytes, status != nullptr ? status->bytes : nullptr, model});
     char buffer[DOCUMENT_SIZE];
     zv::JsonWriter json(buffer);
-    json.literal("\"settings\":{");
-    for (const settings_field_t &row : zv::live_fields(model)) {
-        json.key(row.id);
-        json.number(option_id(row, source));
-        json.comma();
+    for (const zv::SettingMember &member : options.members()) {
+        const uint32_t id = options.id(member);
+        json.key(member.id);
+        json.number(id);
     }
-    json.drop_comma();
-    json.literal("}");
-    return zv::append_document(stream, json.text(), ZV_OK);
+    return zv::append_document(stream, json.document("\"settings\":{"), ZV_OK);
 }
 
 int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stream,
@@ -275,23 +307,24 @@ int32_t camera_status_serialize_settings_changes_to_json(std::stringstream &stre
         fprintf(stderr, "%s(%d): NULL settings\n", __func__, __LINE__);
         return -1;
     }
-    const zv::SettingsSource before = source_of(previous, model);
-    const zv::SettingsSource now = source_of(current, model);
+    const OptionReader now(source_of(current, model));
+    if (now.is_silent() && memcmp(current->bytes, previous->bytes, sizeof current->bytes) == 0) {
+        return 0;
+    }
+    const OptionReader before(source_of(previous, model));
     char buffer[DOCUMENT_SIZE];
     zv::JsonWriter json(buffer);
     int32_t changes = 0;
-    for (const settings_field_t &row : zv::live_fields(model)) {
-        const uint32_t old_id = option_id(row, before);
-        const uint32_t id = option_id(row, now);
+    for (const zv::SettingMember &member : now.members()) {
+        const uint32_t old_id = before.id(member);
+        const uint32_t id = now.id(member);
         if (id != old_id) {
             ++changes;
-            json.key(row.id);
+            json.key(member.id);
             json.number(id);
-            json.comma();
         }
     }
-    json.drop_comma();
-    return zv::append_document(stream, json.text(), changes);
+    return zv::append_document(stream, json.members(), changes);
 }
 
 void update_camera_settings(const all_status_settings_t *record, uint32_t model, std::vector<uint32_t> &values)
@@ -300,8 +333,8 @@ void update_camera_settings(const all_status_settings_t *record, uint32_t model,
         fprintf(stderr, "%s(%d): NULL settings\n", __func__, __LINE__);
         return;
     }
-    const zv::SettingsSource source = source_of(record, model);
-    for (const settings_field_t &row : zv::live_fields(model)) {
-        values[row.id] = option_id(row, source);
+    const OptionReader options(source_of(record, model));
+    for (const zv::SettingMember &member : options.members()) {
+        values[member.id] = options.id(member);
     }
 }

@@ -1,5 +1,7 @@
 #include "camera_settings_options.h"
 
+#include "camera_settings_values.h"
+
 #include <algorithm>
 #include <iterator>
 #include <span>
@@ -92,6 +94,110 @@ constexpr auto VALUE_TABLES = [] {
     return tables;
 }();
 
+// ---- Documents ----
+
+constexpr Readout readout_of(const Setting &setting)
+{
+    if ((reading_of(setting) != Reading::TABLE && reading_of(setting) != Reading::TABLE_OR_ITSELF) ||
+        setting.place.read_size != 1) {
+        return Readout::OTHER;
+    }
+    switch (setting.read.way) {
+    case Read::PLAIN:
+    case Read::REPLACED:
+    case Read::BYTE:
+    case Read::SIGNED:
+    case Read::LOCKED_AS_ONE:
+        return Readout::BYTE;
+    case Read::OF_BLOCK:
+    case Read::OF_BLOCK_OR_PLAIN:
+    case Read::MULTI_SHOT_OR:
+        return Readout::BYTE_OF_BLOCK;
+    default:
+        return Readout::OTHER;
+    }
+}
+
+constexpr uint8_t byte_offset(const Setting &setting, size_t block)
+{
+    const auto &[way, numbers] = setting.read;
+    if (way == Read::PLAIN || way == Read::REPLACED) {
+        return setting.place.offset;
+    }
+    if (way == Read::MULTI_SHOT_OR) {
+        return static_cast<uint8_t>(numbers[block == BLOCK_MULTI_SHOT ? 0 : 1]);
+    }
+    return static_cast<uint8_t>(numbers[readout_of(setting) == Readout::BYTE_OF_BLOCK ? block : 0]);
+}
+
+// What each byte of a setting reads as, and the smallest one from which on all read as one id.
+struct ByteIds {
+    std::array<uint16_t, 256> ids;
+    uint8_t last;
+};
+
+constexpr ByteIds byte_ids(const Setting &setting)
+{
+    const ValueRow &row = VALUE_TABLES.rows[setting.id];
+    ByteIds found = {};
+    for (uint32_t byte = 0; byte < found.ids.size(); ++byte) {
+        const auto value = static_cast<uint32_t>(byte_value(setting.read, static_cast<uint8_t>(byte)));
+        const bool is_itself = row.reading == Reading::TABLE_OR_ITSELF && value >= row.end;
+        found.ids[byte] =
+            is_itself ? static_cast<uint16_t>(value) : VALUE_TABLES.ids[row.first + std::min<uint32_t>(value, row.end)];
+    }
+    found.last = UINT8_MAX;
+    while (found.last > 0 && found.ids[found.last] == found.ids[found.last - 1U]) {
+        --found.last;
+    }
+    return found;
+}
+
+constexpr size_t BYTE_ID_COUNT =
+    std::accumulate(std::begin(SETTINGS), std::end(SETTINGS), size_t{0}, [](size_t count, const Setting &setting) {
+        return count + (readout_of(setting) != Readout::OTHER ? byte_ids(setting).last + size_t{1} : 0);
+    });
+
+constexpr auto BYTE_TABLES = [] {
+    struct {
+        std::array<SettingMember, std::size(SETTINGS)> members;
+        std::array<uint16_t, BYTE_ID_COUNT> ids;
+    } tables = {};
+    uint16_t count = 0;
+    for (size_t i = 0; i < std::size(SETTINGS); ++i) {
+        const Setting &setting = SETTINGS[i];
+        SettingMember &member = tables.members[i];
+        member = {static_cast<uint8_t>(setting.id), readout_of(setting), {}, 0, 0};
+        if (member.readout == Readout::OTHER) {
+            continue;
+        }
+        for (size_t block = 0; block < std::size(member.offsets); ++block) {
+            member.offsets[block] = byte_offset(setting, block);
+        }
+        const ByteIds bytes = byte_ids(setting);
+        member.last = bytes.last;
+        member.first = count;
+        for (size_t byte = 0; byte <= bytes.last; ++byte) {
+            tables.ids[count++] = bytes.ids[byte];
+        }
+    }
+    return tables;
+}();
+
+template <bool SABLE_KNOLL>
+constexpr auto MEMBER_ROWS = [] {
+    std::array<SettingMember, setting_count(SABLE_KNOLL)> members = {};
+    auto next = members.begin();
+    for (size_t i = 0; i < std::size(SETTINGS); ++i) {
+        if (has_setting(SABLE_KNOLL, SETTINGS[i])) {
+            *next++ = BYTE_TABLES.members[i];
+        }
+    }
+    return members;
+}();
+
+// ---- Bit rates ----
+
 constexpr auto BIT_RATES = [] {
     std::array<uint32_t, std::size(STREAM_BIT_RATE)> rates = {};
     std::transform(std::begin(STREAM_BIT_RATE), std::end(STREAM_BIT_RATE), rates.begin(),
@@ -120,6 +226,15 @@ constinit const std::array<Option, OPTION_COUNT> OPTIONS = [] {
 
 constinit const std::array<ValueRow, SETTINGS_END_ROW> VALUE_ROWS = VALUE_TABLES.rows;
 constinit const std::array<uint16_t, VALUE_ID_COUNT> VALUE_IDS = VALUE_TABLES.ids;
+
+SettingMembers setting_members(uint32_t model)
+{
+    static constexpr auto BYTE_IDS = BYTE_TABLES.ids;
+    if (is_sable_knoll(model)) {
+        return {MEMBER_ROWS<true>, BYTE_IDS.data()};
+    }
+    return {MEMBER_ROWS<false>, BYTE_IDS.data()};
+}
 
 uint32_t bit_rate_id(uint32_t value)
 {

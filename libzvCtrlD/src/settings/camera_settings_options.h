@@ -11,6 +11,7 @@
 #include <iterator>
 #include <map>
 #include <numeric>
+#include <span>
 #include <vector>
 
 namespace zv {
@@ -80,6 +81,35 @@ inline uint32_t table_id(const ValueRow &row, uint32_t value)
 {
     return VALUE_IDS[row.first + std::min<uint32_t>(value, row.end)];
 }
+
+// What of the settings record says a setting's option id, in the order of how little has to be known.
+enum class Readout : uint8_t {
+    BYTE,          // one byte
+    BYTE_OF_BLOCK, // one byte, whose place depends on the block that the flat mode is read from
+    OTHER,         // what field_value and getOptionIdByValue make of it
+};
+
+// A setting that a model has, as a document reads it.
+struct SettingMember {
+    uint8_t id;
+    Readout readout;
+    uint8_t offsets[3]; // of the byte in appc_setup_all_settings, by block
+    uint8_t last;       // larger bytes read as this one does
+    uint16_t first;     // where the id of byte 0 is in the model's byte_ids; those of the others follow
+};
+
+// The settings of a model in ascending order of id, and what their bytes read as.
+struct SettingMembers {
+    std::span<const SettingMember> rows;
+    const uint16_t *byte_ids;
+
+    uint32_t byte_id(const SettingMember &row, uint8_t byte) const
+    {
+        return byte_ids[row.first + std::min(byte, row.last)];
+    }
+};
+
+SettingMembers setting_members(uint32_t model);
 
 // A bit rate of the stream reads as itself, any other value as the default.
 uint32_t bit_rate_id(uint32_t value);

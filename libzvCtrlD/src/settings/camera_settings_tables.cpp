@@ -33,15 +33,6 @@ constexpr SettingsFields make_fields(bool sable_knoll)
     return fields;
 }
 
-template <size_t COUNT>
-constexpr auto make_live_fields(const SettingsFields &fields)
-{
-    std::array<settings_field_t, COUNT> live = {};
-    std::copy_if(fields.begin(), fields.end() - 1, live.begin(),
-                 [](const settings_field_t &row) { return row.id != 0; });
-    return live;
-}
-
 // What the public id table is made of: the rows of both generations without what only the compiler needs.
 struct IdRow {
     uint8_t id;
@@ -93,16 +84,6 @@ static_assert(SETTING_INFOS[0].read.way == Read::PLAIN && SETTING_INFOS[0].write
 
 constexpr SettingsFields settings_all_fields = make_fields(false);
 constexpr SettingsFields settings_all_fields_sable_knoll = make_fields(true);
-
-std::span<const settings_field_t> live_fields(uint32_t model)
-{
-    static constexpr auto live = make_live_fields<setting_count(false)>(settings_all_fields);
-    static constexpr auto live_sable_knoll = make_live_fields<setting_count(true)>(settings_all_fields_sable_knoll);
-    if (is_sable_knoll(model)) {
-        return live_sable_knoll;
-    }
-    return live;
-}
 
 } // namespace zv
 

@@ -5,7 +5,6 @@
 #include "setting_row.h"
 
 #include <array>
-#include <span>
 
 namespace zv {
 
@@ -23,8 +22,11 @@ using SettingsFields = std::array<settings_field_t, SETTINGS_ALL_FIELDS_COUNT>;
 extern const SettingsFields settings_all_fields;
 extern const SettingsFields settings_all_fields_sable_knoll;
 
-// The rows of the model's table that are settings, in ascending order: what a document walks.
-std::span<const settings_field_t> live_fields(uint32_t model);
+// The row of a setting, which is the same in all tables that have it.
+inline const settings_field_t &field_of(uint8_t setting)
+{
+    return settings_all_fields[setting];
+}
 
 // What is looked up by id, beside the public tables. A number without a setting is read and written plainly.
 struct SettingInfo {

@@ -36,8 +36,7 @@ static_assert(SETTING_VELLIX_EV - SETTING_VELLIX == ptEV);
 
 ReportedModes reported_modes[REPORTED_LISTS];
 
-// The broadcast writes the video block and does not read it; the shortcuts do, and know one mode more.
-constexpr FlatModeSet VIDEO_READ_MODES = VIDEO_MODES.without({FLAT_MODE_BROADCAST});
+// The shortcuts are read from the video block also in the broadcast, and know one mode more.
 constexpr FlatModeSet VIDEO_SHORTCUT_MODES = VIDEO_MODES.with({FLAT_MODE_22});
 
 // Modes without image controls, or without shortcuts, that are not worth a log line.
@@ -46,20 +45,6 @@ constexpr FlatModeSet SHORTCUT_SILENT_MODES{FLAT_MODE_4, FLAT_MODE_9, FLAT_MODE_
 
 // The camera whose third and fourth shortcuts are its first two.
 constexpr uint32_t MODEL_WITH_TWO_SHORTCUTS = 51;
-
-constexpr uint16_t NO_PLACE = UINT16_MAX;
-
-// The offset that a mode reads, of one for each block; NO_PLACE for a mode that reads none.
-uint16_t offset_for(uint8_t flat_mode, const FlatModeSet &video_modes, const uint16_t (&offsets)[3])
-{
-    if (video_modes.contains(flat_mode)) {
-        return offsets[BLOCK_VIDEO];
-    }
-    if (PHOTO_MODES.contains(flat_mode)) {
-        return offsets[BLOCK_PHOTO];
-    }
-    return MULTI_SHOT_MODES.contains(flat_mode) ? offsets[BLOCK_MULTI_SHOT] : NO_PLACE;
-}
 
 uint8_t flat_mode_of(const SettingsSource &source)
 {
@@ -94,20 +79,10 @@ int32_t plain_value(const settings_field_t &field, const SettingsSource &source)
     return width == 4 ? static_cast<int32_t>(le32(bytes)) : *bytes;
 }
 
-int32_t replaced_by(int32_t value, int32_t from, int32_t to)
-{
-    return value == from ? to : value;
-}
-
-int32_t orientation(int32_t value)
-{
-    return value >= 1 && value <= 4 ? 255 : value;
-}
-
 int32_t block_value(const SettingsSource &source, const uint16_t (&offsets)[3])
 {
-    const uint16_t offset = offset_for(flat_mode_of(source), VIDEO_READ_MODES, offsets);
-    return offset != NO_PLACE ? source.settings[offset] : 0;
+    const uint32_t block = block_read_in(flat_mode_of(source));
+    return block != NO_BLOCK ? source.settings[offsets[block]] : 0;
 }
 
 const char *path_of(uint32_t setting, uint32_t model)
@@ -119,9 +94,9 @@ const char *path_of(uint32_t setting, uint32_t model)
 int32_t image_control(uint32_t setting, const SettingsSource &source, int32_t fallback, const uint16_t (&offsets)[3])
 {
     const uint8_t flat_mode = flat_mode_of(source);
-    const uint16_t offset = offset_for(flat_mode, VIDEO_READ_MODES, offsets);
-    if (offset != NO_PLACE) {
-        return source.settings[offset];
+    const uint32_t block = block_read_in(flat_mode);
+    if (block != NO_BLOCK) {
+        return source.settings[offsets[block]];
     }
     if (!SILENT_MODES.contains(flat_mode) && reported_modes[setting - SETTING_VELLIX].add(flat_mode)) {
         ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support %s", "get_field_value", flat_mode,
@@ -132,12 +107,12 @@ int32_t image_control(uint32_t setting, const SettingsSource &source, int32_t fa
 
 int32_t shortcut_value(const SettingsSource &source, int32_t fallback, uint32_t slot)
 {
+    constexpr uint32_t OFFSETS[] = {SETTINGS_VIDEO_ONSCREEN_SHORTCUTS, SETTINGS_PHOTO_ONSCREEN_SHORTCUTS,
+                                    SETTINGS_MULTI_SHOT_ONSCREEN_SHORTCUTS};
     const uint8_t flat_mode = flat_mode_of(source);
-    const uint32_t offset = offset_for(
-        flat_mode, VIDEO_SHORTCUT_MODES,
-        {SETTINGS_VIDEO_ONSCREEN_SHORTCUTS, SETTINGS_PHOTO_ONSCREEN_SHORTCUTS, SETTINGS_MULTI_SHOT_ONSCREEN_SHORTCUTS});
-    if (offset != NO_PLACE) {
-        return signed_setting(source, offset + (source.model == MODEL_WITH_TWO_SHORTCUTS ? slot % 2 : slot));
+    const uint32_t block = VIDEO_SHORTCUT_MODES.contains(flat_mode) ? uint32_t{BLOCK_VIDEO} : block_read_in(flat_mode);
+    if (block != NO_BLOCK) {
+        return signed_setting(source, OFFSETS[block] + (source.model == MODEL_WITH_TWO_SHORTCUTS ? slot % 2 : slot));
     }
     if (!SHORTCUT_SILENT_MODES.contains(flat_mode)) {
         ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support onscreen_control", "get_field_value", flat_mode);
@@ -205,28 +180,27 @@ int32_t field_value(const settings_field_t &field, const SettingsSource &source)
     if (field.size != 1) {
         return plain;
     }
-    const auto &[way, numbers] = info_of(field.id).read;
-    switch (way) {
+    const ReadWay &read = info_of(field.id).read;
+    const auto &numbers = read.numbers;
+    switch (read.way) {
     case Read::PLAIN:
         return plain;
     case Read::REPLACED:
-        return replaced_by(plain, numbers[0], numbers[1]);
+        return byte_value(read, static_cast<uint8_t>(plain));
     case Read::BYTE:
-        return source.settings[numbers[0]];
     case Read::SIGNED:
-        return replaced_by(signed_setting(source, numbers[0]), numbers[1], numbers[2]);
+    case Read::LOCKED_AS_ONE:
+        return byte_value(read, source.settings[numbers[0]]);
     case Read::NUMBER:
         return static_cast<int32_t>(le32(source.settings + numbers[0]));
     case Read::STATUS:
         return signed_status(source, numbers[0]);
-    case Read::LOCKED_AS_ONE:
-        return orientation(signed_setting(source, numbers[0]));
     case Read::OF_BLOCK:
         return block_value(source, numbers);
     case Read::OF_BLOCK_OR_PLAIN:
         return image_control(field.id, source, plain, numbers);
     case Read::MULTI_SHOT_OR:
-        return signed_setting(source, numbers[MULTI_SHOT_MODES.contains(flat_mode_of(source)) ? 0 : 1]);
+        return byte_value(read, source.settings[numbers[MULTI_SHOT_MODES.contains(flat_mode_of(source)) ? 0 : 1]]);
     case Read::SHORTCUT:
         return shortcut_value(source, plain, numbers[0]);
     case Read::SCHEDULE:

@@ -2,6 +2,10 @@
 #pragma once
 
 #include "camera_settings.h"
+#include "flat_modes.h"
+#include "setting_row.h"
+
+#include <cstdint>
 
 namespace zv {
 
@@ -11,6 +15,39 @@ struct SettingsSource {
     const uint8_t *status;
     uint32_t model;
 };
+
+// The block of the settings record that a flat mode is read from; NO_BLOCK for a mode without one. The broadcast writes
+// the video block and does not read it.
+inline constexpr uint32_t NO_BLOCK = 3;
+constexpr uint32_t block_read_in(uint8_t flat_mode)
+{
+    if (VIDEO_MODES.without({FLAT_MODE_BROADCAST}).contains(flat_mode)) {
+        return BLOCK_VIDEO;
+    }
+    if (PHOTO_MODES.contains(flat_mode)) {
+        return BLOCK_PHOTO;
+    }
+    return MULTI_SHOT_MODES.contains(flat_mode) ? uint32_t{BLOCK_MULTI_SHOT} : NO_BLOCK;
+}
+
+// The value of a setting that is read from one byte of the settings record.
+constexpr int32_t byte_value(const ReadWay &read, uint8_t byte)
+{
+    const auto replaced = [](int32_t value, int32_t from, int32_t to) { return value == from ? to : value; };
+    const auto sign_extended = static_cast<int8_t>(byte);
+    switch (read.way) {
+    case Read::REPLACED:
+        return replaced(byte, read.numbers[0], read.numbers[1]);
+    case Read::SIGNED:
+        return replaced(sign_extended, read.numbers[1], read.numbers[2]);
+    case Read::LOCKED_AS_ONE:
+        return sign_extended >= 1 && sign_extended <= 4 ? 255 : sign_extended;
+    case Read::MULTI_SHOT_OR:
+        return sign_extended;
+    default:
+        return byte;
+    }
+}
 
 // The firmware's value of one setting. A missing record gives 0, after a message on standard error; a row that reaches
 // past the record reads as 0.

@@ -17,7 +17,6 @@
 #include <new>
 #include <span>
 #include <string_view>
-#include <variant>
 
 #define ZV_SOURCE_PATH "libzvCtrlD/src/camera_status"
 
@@ -26,11 +25,8 @@ namespace {
 using zv::JSON_MEMBER_SIZE;
 using zv::le32;
 using zv::le64;
-using zv::Place;
-using zv::PushNotification;
 using zv::StatusField;
 using zv::StatusOutput;
-using zv::StatusValue;
 
 // What the reads remember. Threads share it, each number by itself.
 using SharedNumber = std::atomic<int32_t>;
@@ -45,14 +41,14 @@ struct {
 
 constexpr int32_t RECORD_SIZE = sizeof(appc_system_all_status);
 constexpr std::string_view OPENING = "\"status\":{\n";
-constexpr size_t DOCUMENT_SIZE = (zv::STATUS_COUNT + 1) * JSON_MEMBER_SIZE;
+constexpr size_t DOCUMENT_SIZE = zv::JSON_OPENING_SIZE + zv::STATUS_COUNT * JSON_MEMBER_SIZE;
 
 constexpr uint32_t LEVEL_CHARGING = 4;
-constexpr int32_t NEXT_POLL_MSEC = 500;
+constexpr uint32_t NEXT_POLL_MSEC = 500;
 constexpr uint8_t ENCODING = 1;
-constexpr int32_t ANALYTICS_NOT_READY = 0;
-constexpr int32_t ANALYTICS_READY = 2;
-constexpr int32_t EXPOSURE_TYPES[] = {1, 2, 0, 3}; // published, by the firmware's number
+constexpr uint32_t ANALYTICS_NOT_READY = 0;
+constexpr uint32_t ANALYTICS_READY = 2;
+constexpr uint8_t EXPOSURE_TYPES[] = {1, 2, 0, 3}; // published, by the firmware's number
 constexpr int32_t COORDINATE_MAX = 100;
 
 // The field that holds a group's active preset, by the group's number.
@@ -107,20 +103,6 @@ int32_t signed_byte(const uint8_t *status, int32_t offset)
     return static_cast<int8_t>(status[offset]);
 }
 
-uint64_t read_int(const uint8_t *status, const Place &place)
-{
-    if (place.size != 1 && place.size != 4 && place.size != 8) {
-        ZV_LOG(ZV_LOG_ERROR, "Unknown field size:%d was given", place.size);
-        return 0;
-    }
-    if (!is_in_record(place.offset) || place.offset > RECORD_SIZE - place.size) {
-        ZV_LOG(ZV_LOG_ERROR, "Invalid field offset:%d was given", place.offset);
-        return 0;
-    }
-    const uint8_t *field = status + place.offset;
-    return place.size == 1 ? *field : place.size == 4 ? le32(field) : le64(field);
-}
-
 uint64_t read_csi(int32_t key)
 {
     uint32_t value = 0;
@@ -136,12 +118,12 @@ uint64_t read_battery_level(const uint8_t *charge)
     return charge_state >= 1 && charge_state <= 3 ? LEVEL_CHARGING : bars;
 }
 
-int32_t read_battery_percentage(int32_t percentage)
+uint64_t read_battery_percentage(int32_t percentage)
 {
     if (percentage >= 0) {
         pBatteryPercentage.store(percentage, RELAXED);
     }
-    return pBatteryPercentage.load(RELAXED);
+    return static_cast<uint32_t>(pBatteryPercentage.load(RELAXED)); // never negative
 }
 
 uint64_t read_logs_ready(uint8_t linux_core_active)
@@ -153,7 +135,7 @@ uint64_t read_logs_ready(uint8_t linux_core_active)
     return ready;
 }
 
-int32_t read_exposure_type(uint8_t type)
+uint64_t read_exposure_type(uint8_t type)
 {
     if (type >= std::size(EXPOSURE_TYPES)) {
         ZV_LOG(ZV_LOG_ERROR, "Unknown Liveview status type");
@@ -162,7 +144,7 @@ int32_t read_exposure_type(uint8_t type)
     return EXPOSURE_TYPES[type];
 }
 
-int32_t read_exposure_coordinate(const uint8_t *status, int32_t offset)
+uint64_t read_exposure_coordinate(const uint8_t *status, int32_t offset)
 {
     const bool is_x = offset == STATUS_LIVEVIEW_EXPOSURE_SELECT_X;
     int32_t value = signed_byte(status, offset);
@@ -175,7 +157,7 @@ int32_t read_exposure_coordinate(const uint8_t *status, int32_t offset)
         value = COORDINATE_MAX - value;
         ZV_LOG(ZV_LOG_TRACE, "Exposure %c from firmware is adjusted to %d", is_x ? 'X' : 'Y', value);
     }
-    return value;
+    return static_cast<uint32_t>(value);
 }
 
 uint64_t read_active_preset(const uint8_t *status, uint32_t group)
@@ -206,175 +188,215 @@ uint64_t read_vellix_default(const uint8_t *status, uint8_t flat_mode)
     return static_cast<uint32_t>(vellix_default.load(RELAXED));
 }
 
-bool takes_part_in_changes(const StatusField &row, const PushNotification &push)
+bool is_discarded(const StatusField &row)
 {
-    if (row.output == StatusOutput::NONE) {
+    if (is_in_record(row.offset)) {
         return false;
     }
-    if (!is_in_record(row.offset)) {
-        ZV_LOG(ZV_LOG_ERROR, "WARNING: discarding %s at invalid offset of %d", camera_status_name(row.id), row.offset);
-        return false;
-    }
-    return push.mode != 0;
+    ZV_LOG(ZV_LOG_ERROR, "WARNING: discarding %s at invalid offset of %d", camera_status_name(row.id), row.offset);
+    return true;
 }
 
 } // namespace
 
 namespace zv {
 
-std::string_view status_text(const uint8_t *status, const Place &place)
+uint64_t read_unsigned(const uint8_t *status, int32_t offset, int32_t size)
 {
-    if (!is_in_record(place.offset)) {
-        return {};
+    if (size != 1 && size != 4 && size != 8) {
+        ZV_LOG(ZV_LOG_ERROR, "Unknown field size:%d was given", size);
+        return 0;
     }
-    const auto *text = reinterpret_cast<const char *>(status + place.offset);
-    return {text, strnlen(text, static_cast<size_t>(std::min(place.size, RECORD_SIZE - place.offset)))};
+    if (!is_in_record(offset) || offset > RECORD_SIZE - size) {
+        ZV_LOG(ZV_LOG_ERROR, "Invalid field offset:%d was given", offset);
+        return 0;
+    }
+    const uint8_t *field = status + offset;
+    return size == 1 ? *field : size == 4 ? le32(field) : le64(field);
 }
 
-StatusValue read_status_value(StatusOutput output, const uint8_t *status, const Place &place)
+std::string_view status_text(const uint8_t *status, int32_t offset, int32_t size)
+{
+    if (!is_in_record(offset)) {
+        return {};
+    }
+    const auto *text = reinterpret_cast<const char *>(status + offset);
+    return {text, strnlen(text, static_cast<size_t>(std::min(size, RECORD_SIZE - offset)))};
+}
+
+uint64_t read_status_number(StatusOutput output, const uint8_t *status, int32_t offset)
 {
     using enum StatusOutput;
+    const uint8_t *field = status + offset;
     switch (output) {
     case NONE:
-        return {};
-    case INT:
-        return read_int(status, place);
-    case SIGNED:
-        return signed_byte(status, place.offset);
-    case EXTENDED:
-        return uint64_t{static_cast<uint32_t>(signed_byte(status, place.offset))};
     case TEXT:
-        return status_text(status, place);
+        return 0;
+    case BYTE:
+        return *field;
+    case NUMBER:
+        return le32(field);
+    case LONG_NUMBER:
+        return le64(field);
+    case SIGNED:
+        return static_cast<uint64_t>(int64_t{signed_byte(status, offset)});
+    case EXTENDED:
+        return static_cast<uint32_t>(signed_byte(status, offset));
     case CSI:
-        return read_csi(place.offset);
+        return read_csi(offset);
     case LEVEL:
-        return read_battery_level(status + place.offset);
+        return read_battery_level(field);
     case PERCENTAGE:
-        return read_battery_percentage(signed_byte(status, place.offset));
+        return read_battery_percentage(signed_byte(status, offset));
     case NEXT_POLL:
         return NEXT_POLL_MSEC;
     case ANALYTICS:
-        return status[place.offset] == ENCODING ? ANALYTICS_NOT_READY : ANALYTICS_READY;
+        return *field == ENCODING ? ANALYTICS_NOT_READY : ANALYTICS_READY;
     case LOGS:
-        return read_logs_ready(status[place.offset]);
+        return read_logs_ready(*field);
     case EXPOSURE:
-        return read_exposure_type(status[place.offset]);
+        return read_exposure_type(*field);
     case COORDINATE:
-        return read_exposure_coordinate(status, place.offset);
+        return read_exposure_coordinate(status, offset);
     case GROUP:
-        return uint64_t{le32(status + place.offset) + zv::PUBLISHED_PRESET_GROUP};
+        return le32(field) + zv::PUBLISHED_PRESET_GROUP;
     case PRESET:
-        return read_active_preset(status, le32(status + place.offset));
+        return read_active_preset(status, le32(field));
     case VELLIX:
-        return read_vellix_default(status, status[place.offset]);
+        return read_vellix_default(status, *field);
     }
-    return {};
-}
-
-void write_status_value(JsonWriter &json, const StatusValue &value)
-{
-    if (const auto *number = std::get_if<uint64_t>(&value)) {
-        json.number(*number);
-    } else if (const auto *signed_number = std::get_if<int32_t>(&value)) {
-        json.number(*signed_number);
-    } else if (const auto *text = std::get_if<std::string_view>(&value)) {
-        json.literal("\"");
-        json.literal(*text);
-        json.literal("\"");
-    }
+    return 0;
 }
 
 namespace {
 
-void write_member(JsonWriter &json, const StatusField &row, const uint8_t *status)
+// Most numbers are plain ones, for which no function is called.
+inline uint64_t read_number(StatusOutput output, const uint8_t *status, int32_t offset)
 {
-    json.key(row.id);
-    write_status_value(json, read_status_value(row.output, status, {row.offset, row.size}));
+    return output == StatusOutput::NUMBER ? le32(status + offset) : read_status_number(output, status, offset);
+}
+
+inline void write_value(JsonWriter &json, StatusOutput output, const uint8_t *status, int32_t offset)
+{
+    if (output == StatusOutput::BYTE) {
+        json.number(status[offset]);
+    } else if (output == StatusOutput::TEXT) {
+        json.literal("\"");
+        json.literal(status_text(status, offset, NETWORK_NAME_SIZE));
+        json.literal("\"");
+    } else if (output == StatusOutput::SIGNED) {
+        json.number(signed_byte(status, offset));
+    } else {
+        json.number(read_number(output, status, offset));
+    }
+}
+
+// Writes the member, unless it is the cached text. Returns whether it was written.
+inline bool write_unless_cached(JsonWriter &json, const StatusField &row, const uint8_t *status,
+                                const std::string &cached)
+{
+    const size_t start = json.size();
+    switch (row.output) {
+    case StatusOutput::BYTE:
+        if (is_member(cached, row.id, status[row.offset])) {
+            return false;
+        }
+        json.key(row.id);
+        json.number(status[row.offset]);
+        return true;
+    case StatusOutput::SIGNED:
+    case StatusOutput::TEXT:
+        json.key(row.id);
+        write_value(json, row.output, status, row.offset);
+        if (json.members(start) == cached) {
+            json.truncate(start);
+            return false;
+        }
+        return true;
+    default:
+        const uint64_t number = read_number(row.output, status, row.offset);
+        if (is_member(cached, row.id, number)) {
+            return false;
+        }
+        json.key(row.id);
+        json.number(number);
+        return true;
+    }
 }
 
 // What an entry of the cache is to hold once it has gone out. The entry already has room for it.
 struct CacheUpdate {
     std::string *cached;
-    const char *fresh; // in the document
-    size_t size;
+    std::string_view fresh; // in the document
 };
-
-// The low 32 bits of a number, which counts as INT64_MAX at most; 0 for a text.
-uint32_t low_bits(const StatusValue &value)
-{
-    if (const auto *number = std::get_if<uint64_t>(&value)) {
-        return static_cast<uint32_t>(std::min<uint64_t>(*number, INT64_MAX));
-    }
-    const auto *signed_number = std::get_if<int32_t>(&value);
-    return signed_number != nullptr ? static_cast<uint32_t>(*signed_number) : 0;
-}
 
 } // namespace
 
-int32_t write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields)
+void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *status, int32_t offset)
+{
+    write_value(json, output, status, offset);
+}
+
+int32_t write_status(std::stringstream &stream, const uint8_t *status, StatusRows rows)
 {
     char buffer[DOCUMENT_SIZE];
     JsonWriter json(buffer);
-    json.literal(OPENING);
-    for (const StatusField &row : fields) {
-        if (row.output != StatusOutput::NONE && is_in_record(row.offset)) {
-            write_member(json, row, status);
-            json.comma();
+    for (const StatusField row : rows) {
+        if (is_in_record(row.offset)) {
+            json.key(row.id);
+            write_value(json, row.output, status, row.offset);
         }
     }
-    json.drop_comma();
-    json.literal("}");
-    return append_document(stream, json.text(), ZV_OK);
+    return append_document(stream, json.document(OPENING), ZV_OK);
 }
 
 int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
-                             const StatusTable &fields, const PushTable &pushes)
+                             StatusRows rows)
 try {
     char buffer[DOCUMENT_SIZE];
     JsonWriter json(buffer);
     CacheUpdate updates[STATUS_COUNT];
     int32_t count = 0;
-    for (size_t i = 0; i < fields.size(); ++i) {
-        if (!takes_part_in_changes(fields[i], pushes[i])) {
+    for (const StatusField row : rows) {
+        if (is_discarded(row)) {
             continue;
         }
-        if (i >= cache.size()) {
-            ZV_LOG(ZV_LOG_ERROR, "Push Error - Cache status invalid size detected at index  %d", static_cast<int>(i));
+        if (row.id >= cache.size()) {
+            ZV_LOG(ZV_LOG_ERROR, "Push Error - Cache status invalid size detected at index  %d", row.id);
             continue;
         }
-        const std::streamsize start = json.size();
-        write_member(json, fields[i], status);
-        const std::string_view fresh = json.text().substr(static_cast<size_t>(start));
-        std::string &cached = cache[i];
-        if (fresh == cached) {
-            json.truncate(start);
+        std::string &cached = cache[row.id];
+        const size_t start = json.size();
+        if (!write_unless_cached(json, row, status, cached)) {
             continue;
         }
+        const std::string_view fresh = json.members(start);
         cached.reserve(fresh.size());
-        updates[count++] = {&cached, fresh.data(), fresh.size()};
-        ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%.*s]", static_cast<int>(i), count,
-               cached.c_str(), static_cast<int>(fresh.size()), fresh.data());
-        json.comma();
+        updates[count++] = {&cached, fresh};
+        ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%.*s]", row.id, count, cached.c_str(),
+               static_cast<int>(fresh.size()), fresh.data());
     }
-    json.drop_comma();
-    if (const int32_t result = append_whole(stream, json.text()); result != ZV_OK) {
+    if (const int32_t result = append_whole(stream, json.members()); result != ZV_OK) {
         return result == ZV_ERR_OUTOFMEM ? result : 0; // no member was written
     }
     for (const CacheUpdate &update : std::span(updates, static_cast<size_t>(count))) {
-        update.cached->assign(update.fresh, update.size);
+        update.cached->assign(update.fresh);
     }
     return count;
 } catch (const std::bad_alloc &) {
     return ZV_ERR_OUTOFMEM;
 }
 
-void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, const StatusTable &fields,
-                          const PushTable &pushes)
+// The low 32 bits of a number, which counts as INT64_MAX at most unless it is a signed one.
+void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, StatusRows rows)
 {
-    for (size_t i = 0; i < fields.size() && i < values.size(); ++i) {
-        if (takes_part_in_changes(fields[i], pushes[i])) {
-            values[i] = low_bits(read_status_value(fields[i].output, status, {fields[i].offset, fields[i].size}));
+    for (const StatusField row : rows) {
+        if (row.id >= values.size() || is_discarded(row)) {
+            continue;
         }
+        const uint64_t number = read_status_number(row.output, status, row.offset);
+        const bool is_cut = row.output != StatusOutput::SIGNED && number > INT64_MAX;
+        values[row.id] = is_cut ? UINT32_MAX : static_cast<uint32_t>(number);
     }
 }
 
@@ -383,20 +405,20 @@ void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, 
 int32_t camera_status_serialize_status_to_json(std::stringstream &stream, const appc_system_all_status *status,
                                                [[maybe_unused]] uint32_t model)
 {
-    return zv::write_status(stream, status->bytes, zv::status_fields);
+    return zv::write_status(stream, status->bytes, zv::published_statuses());
 }
 
 int32_t camera_status_serialize_status_changes_to_json(std::stringstream &stream, const appc_system_all_status *status,
                                                        [[maybe_unused]] const appc_system_all_status *previous,
                                                        [[maybe_unused]] uint32_t model, std::vector<std::string> &cache)
 {
-    return zv::write_status_changes(stream, status->bytes, cache, zv::status_fields, zv::push_notification_fields);
+    return zv::write_status_changes(stream, status->bytes, cache, zv::pushed_statuses());
 }
 
 void update_camera_status(const appc_system_all_status *status, [[maybe_unused]] uint32_t model,
                           std::vector<uint32_t> &values)
 {
-    zv::update_status_values(status->bytes, values, zv::status_fields, zv::push_notification_fields);
+    zv::update_status_values(status->bytes, values, zv::pushed_statuses());
 }
 
 int32_t camera_status_init_bossCache([[maybe_unused]] uint32_t model, std::vector<std::string> &cache)

@@ -12,126 +12,126 @@ using enum StatusOutput;
 // clang-format off
 
 constexpr StatusTable status_fields = {{
-    // id, output, size, offset
-    {  0, NONE,        0, 0},
-    {  1, INT,         1, STATUS_SYSTEM_INTERNAL_BATTERY_PRESENT},
-    {  2, LEVEL,       0, STATUS_SYSTEM_INTERNAL_BATTERY_CHARGE_STATE},
-    {  3, INT,         1, STATUS_SYSTEM_EXTERNAL_BATTERY_PRESENT},
-    {  4, LEVEL,       0, STATUS_SYSTEM_EXTERNAL_BATTERY_CHARGE_STATE},
-    {  5, NONE,        0, 0},
-    {  6, INT,         1, STATUS_SYSTEM_SYSTEM_HOT},
-    {  7, NONE,        0, 0},
-    {  8, INT,         1, STATUS_SYSTEM_SYSTEM_BUSY},
-    {  9, INT,         1, STATUS_SYSTEM_QUICK_CAPTURE_ACTIVE},
-    { 10, INT,         1, STATUS_SYSTEM_ENCODING_ACTIVE},
-    { 11, INT,         1, STATUS_SYSTEM_LCD_LOCK_ACTIVE},
-    { 12, NONE,        0, 0},
-    { 13, INT,         4, STATUS_VIDEO_VIDEO_PROGRESS_COUNTER},
-    { 14, INT,         4, STATUS_BROADCAST_BROADCAST_PROGRESS_COUNTER},
-    { 15, NONE,        0, 0},
-    { 16, NONE,        0, 0},
-    { 17, INT,         1, STATUS_WIRELESS_ENABLE},
-    { 18, NONE,        0, 0},
-    { 19, INT,         1, STATUS_WIRELESS_STATE},
-    { 20, INT,         1, STATUS_WIRELESS_TYPE},
-    { 21, NONE,        0, 0},
-    { 22, INT,         1, STATUS_WIRELESS_SCAN_STATE},
-    { 23, INT,         4, STATUS_WIRELESS_SCAN_TIME_MSEC},
-    { 24, INT,         1, STATUS_WIRELESS_PROVISION_STATUS},
-    { 25, NONE,        0, 0},
-    { 26, NONE,        0, 0},
-    { 27, INT,         1, STATUS_WIRELESS_REMOTE_CONTROL_CONNECTED},
-    { 28, NONE,        0, 0},
-    { 29, TEXT,       33, STATUS_WIRELESS_WLAN_SSID},
-    { 30, TEXT,       33, STATUS_WIRELESS_AP_SSID},
-    { 31, INT,         1, STATUS_WIRELESS_APP_COUNT},
-    { 32, INT,         1, STATUS_STREAM_ENABLE},
-    { 33, INT,         1, STATUS_STORAGE_SD_STATUS},
-    { 34, INT,         4, STATUS_STORAGE_REMAINING_PHOTOS},
-    { 35, INT,         4, STATUS_STORAGE_REMAINING_VIDEO_TIME},
-    { 36, NONE,        0, 0},
-    { 37, NONE,        0, 0},
-    { 38, INT,         4, STATUS_STORAGE_NUM_TOTAL_PHOTOS},
-    { 39, INT,         4, STATUS_STORAGE_NUM_TOTAL_VIDEOS},
-    { 40, NONE,        0, 0},
-    { 41, INT,         1, STATUS_FWUPDATE_OTA_STATUS},
-    { 42, INT,         1, STATUS_FWUPDATE_DOWNLOAD_CANCEL_REQUEST_PENDING},
-    { 43, NONE,        0, 0},
-    { 44, NONE,        0, 0},
-    { 45, INT,         1, STATUS_SYSTEM_CAMERA_LOCATE_ACTIVE},
-    { 46, NONE,        0, 0},
-    { 47, NONE,        0, 0},
-    { 48, NONE,        0, 0},
-    { 49, INT,         4, STATUS_MULTI_SHOT_MULTI_SHOT_COUNT_DOWN},
-    { 50, NONE,        0, 0},
-    { 51, NONE,        0, 0},
-    { 52, NONE,        0, 0},
-    { 53, NONE,        0, 0},
-    { 54, INT,         8, STATUS_STORAGE_REMAINING_SPACE},
-    { 55, INT,         1, STATUS_STREAM_SUPPORTED},
-    { 56, SIGNED,      0, STATUS_WIRELESS_WIFI_BARS},
-    { 57, NONE,        0, 0},
-    { 58, INT,         1, STATUS_STORAGE_NUM_KEYMARKS},
-    { 59, INT,         4, STATUS_STORAGE_LAST_KEYMARK_TIME_MSEC},
-    { 60, NEXT_POLL,   0, 0},
-    { 61, ANALYTICS,   0, STATUS_SYSTEM_ENCODING_ACTIVE},
-    { 62, NONE,        0, 0},
-    { 63, NONE,        0, 0},
-    { 64, INT,         4, STATUS_STORAGE_REMAINING_TIMELAPSE_TIME},
-    { 65, EXPOSURE,    0, STATUS_LIVEVIEW_EXPOSURE_SELECT_TYPE},
-    { 66, COORDINATE,  0, STATUS_LIVEVIEW_EXPOSURE_SELECT_X},
-    { 67, COORDINATE,  0, STATUS_LIVEVIEW_EXPOSURE_SELECT_Y},
-    { 68, INT,         1, STATUS_SYSTEM_GPS_STATUS},
-    { 69, INT,         1, STATUS_WIRELESS_AP_STATE},
-    { 70, PERCENTAGE,  0, STATUS_SYSTEM_INTERNAL_BATTERY_PERCENTAGE},
-    { 71, NONE,        0, 0},
-    { 72, NONE,        0, 0},
-    { 73, NONE,        0, 0},
-    { 74, INT,         1, STATUS_SYSTEM_ACC_MIC_STATUS},
-    { 75, INT,         1, STATUS_APP_DIGITAL_ZOOM},
-    { 76, INT,         1, STATUS_WIRELESS_WIRELESS_BAND},
-    { 77, INT,         1, STATUS_SYSTEM_DIGITAL_ZOOM_ACTIVE},
-    { 78, INT,         1, STATUS_SYSTEM_MOBILE_FRIENDLY_VIDEO},
-    { 79, NONE,        0, 0},
-    { 80, NONE,        0, 0},
-    { 81, INT,         1, STATUS_WIRELESS_BAND_5GHZ_AVAIL},
-    { 82, INT,         1, STATUS_SYSTEM_SYSTEM_READY},
-    { 83, INT,         1, STATUS_SYSTEM_BATT_OKAY_FOR_OTA},
-    { 84, NONE,        0, 0},
-    { 85, INT,         1, STATUS_SYSTEM_VIDEO_LOW_TEMP_ALERT},
-    { 86, INT,         1, STATUS_SYSTEM_ACTUAL_ORIENTATION},
-    { 87, NONE,        0, 0},
-    { 88, INT,         1, STATUS_VIDEO_ZOOM_WHILE_ENCODING},
-    { 89, INT,         1, STATUS_APP_CURRENT_MODE},
-    { 90, VELLIX,      0, STATUS_APP_CURRENT_MODE},
-    { 91, LOGS,        0, STATUS_SYSTEM_LINUX_CORE_ACTIVE},
-    { 92, NONE,        0, 0},
-    { 93, INT,         4, STATUS_APP_ACTIVE_VIDEO_PRESETS},
-    { 94, INT,         4, STATUS_APP_ACTIVE_PHOTO_PRESETS},
-    { 95, INT,         4, STATUS_APP_ACTIVE_TIMELAPSE_PRESETS},
-    { 96, GROUP,       0, STATUS_APP_ACTIVE_PRESETS_GROUP},
-    { 97, PRESET,      0, STATUS_APP_ACTIVE_PRESETS_GROUP},
-    { 98, CSI,         0, CSI_PRESET_MODIFIED},
-    { 99, NONE,        0, 0},
-    {100, NONE,        0, 0},
-    {101, INT,         1, STATUS_APP_CAPTURE_DELAY_ACTIVE},
-    {102, INT,         1, STATUS_SYSTEM_SOUND_CAGE_MIC_STATUS},
-    {103, INT,         1, STATUS_SYSTEM_RUSHLAPSE_SPEED_RAMP_ACTIVE},
-    {104, NONE,        0, 0},
-    {105, INT,         1, STATUS_SYSTEM_CAMERA_LENS_TYPE},
-    {106, INT,         1, STATUS_VIDEO_VIDEO_RETROCAP_CAPTURE_ACTIVE},
-    {107, INT,         4, STATUS_APP_SCHEDULED_PRESET},
-    {108, INT,         1, STATUS_APP_SCHEDULED_ENABLED},
-    {109, INT,         1, STATUS_SYSTEM_CREATING_PRESET},
-    {110, INT,         1, STATUS_SYSTEM_SOUND_CAGE_STATUS},
-    {111, CSI,         0, CSI_SD_RATING_CHECK_ERROR},
-    {112, CSI,         0, CSI_SD_WRITE_SPEED_ERROR},
-    {113, CSI,         0, CSI_SWIFT_OFFLOAD},
-    {114, EXTENDED,    0, STATUS_SYSTEM_CAMERA_CONTROL_STATUS},
-    {115, CSI,         0, CSI_USB_CONNECTED},
-    {116, INT,         1, STATUS_SYSTEM_ALLOW_CONTROL_OVER_USB},
-    {117, INT,         8, STATUS_STORAGE_TOTAL_SD_SPACE_KB},
-    {118, INT,         4, STATUS_PHOTO_INTERVAL_CAPTURE_COUNT},
+    // id, output, offset
+    {  0, NONE,        0},
+    {  1, BYTE,        STATUS_SYSTEM_INTERNAL_BATTERY_PRESENT},
+    {  2, LEVEL,       STATUS_SYSTEM_INTERNAL_BATTERY_CHARGE_STATE},
+    {  3, BYTE,        STATUS_SYSTEM_EXTERNAL_BATTERY_PRESENT},
+    {  4, LEVEL,       STATUS_SYSTEM_EXTERNAL_BATTERY_CHARGE_STATE},
+    {  5, NONE,        0},
+    {  6, BYTE,        STATUS_SYSTEM_SYSTEM_HOT},
+    {  7, NONE,        0},
+    {  8, BYTE,        STATUS_SYSTEM_SYSTEM_BUSY},
+    {  9, BYTE,        STATUS_SYSTEM_QUICK_CAPTURE_ACTIVE},
+    { 10, BYTE,        STATUS_SYSTEM_ENCODING_ACTIVE},
+    { 11, BYTE,        STATUS_SYSTEM_LCD_LOCK_ACTIVE},
+    { 12, NONE,        0},
+    { 13, NUMBER,      STATUS_VIDEO_VIDEO_PROGRESS_COUNTER},
+    { 14, NUMBER,      STATUS_BROADCAST_BROADCAST_PROGRESS_COUNTER},
+    { 15, NONE,        0},
+    { 16, NONE,        0},
+    { 17, BYTE,        STATUS_WIRELESS_ENABLE},
+    { 18, NONE,        0},
+    { 19, BYTE,        STATUS_WIRELESS_STATE},
+    { 20, BYTE,        STATUS_WIRELESS_TYPE},
+    { 21, NONE,        0},
+    { 22, BYTE,        STATUS_WIRELESS_SCAN_STATE},
+    { 23, NUMBER,      STATUS_WIRELESS_SCAN_TIME_MSEC},
+    { 24, BYTE,        STATUS_WIRELESS_PROVISION_STATUS},
+    { 25, NONE,        0},
+    { 26, NONE,        0},
+    { 27, BYTE,        STATUS_WIRELESS_REMOTE_CONTROL_CONNECTED},
+    { 28, NONE,        0},
+    { 29, TEXT,        STATUS_WIRELESS_WLAN_SSID},
+    { 30, TEXT,        STATUS_WIRELESS_AP_SSID},
+    { 31, BYTE,        STATUS_WIRELESS_APP_COUNT},
+    { 32, BYTE,        STATUS_STREAM_ENABLE},
+    { 33, BYTE,        STATUS_STORAGE_SD_STATUS},
+    { 34, NUMBER,      STATUS_STORAGE_REMAINING_PHOTOS},
+    { 35, NUMBER,      STATUS_STORAGE_REMAINING_VIDEO_TIME},
+    { 36, NONE,        0},
+    { 37, NONE,        0},
+    { 38, NUMBER,      STATUS_STORAGE_NUM_TOTAL_PHOTOS},
+    { 39, NUMBER,      STATUS_STORAGE_NUM_TOTAL_VIDEOS},
+    { 40, NONE,        0},
+    { 41, BYTE,        STATUS_FWUPDATE_OTA_STATUS},
+    { 42, BYTE,        STATUS_FWUPDATE_DOWNLOAD_CANCEL_REQUEST_PENDING},
+    { 43, NONE,        0},
+    { 44, NONE,        0},
+    { 45, BYTE,        STATUS_SYSTEM_CAMERA_LOCATE_ACTIVE},
+    { 46, NONE,        0},
+    { 47, NONE,        0},
+    { 48, NONE,        0},
+    { 49, NUMBER,      STATUS_MULTI_SHOT_MULTI_SHOT_COUNT_DOWN},
+    { 50, NONE,        0},
+    { 51, NONE,        0},
+    { 52, NONE,        0},
+    { 53, NONE,        0},
+    { 54, LONG_NUMBER, STATUS_STORAGE_REMAINING_SPACE},
+    { 55, BYTE,        STATUS_STREAM_SUPPORTED},
+    { 56, SIGNED,      STATUS_WIRELESS_WIFI_BARS},
+    { 57, NONE,        0},
+    { 58, BYTE,        STATUS_STORAGE_NUM_KEYMARKS},
+    { 59, NUMBER,      STATUS_STORAGE_LAST_KEYMARK_TIME_MSEC},
+    { 60, NEXT_POLL,   0},
+    { 61, ANALYTICS,   STATUS_SYSTEM_ENCODING_ACTIVE},
+    { 62, NONE,        0},
+    { 63, NONE,        0},
+    { 64, NUMBER,      STATUS_STORAGE_REMAINING_TIMELAPSE_TIME},
+    { 65, EXPOSURE,    STATUS_LIVEVIEW_EXPOSURE_SELECT_TYPE},
+    { 66, COORDINATE,  STATUS_LIVEVIEW_EXPOSURE_SELECT_X},
+    { 67, COORDINATE,  STATUS_LIVEVIEW_EXPOSURE_SELECT_Y},
+    { 68, BYTE,        STATUS_SYSTEM_GPS_STATUS},
+    { 69, BYTE,        STATUS_WIRELESS_AP_STATE},
+    { 70, PERCENTAGE,  STATUS_SYSTEM_INTERNAL_BATTERY_PERCENTAGE},
+    { 71, NONE,        0},
+    { 72, NONE,        0},
+    { 73, NONE,        0},
+    { 74, BYTE,        STATUS_SYSTEM_ACC_MIC_STATUS},
+    { 75, BYTE,        STATUS_APP_DIGITAL_ZOOM},
+    { 76, BYTE,        STATUS_WIRELESS_WIRELESS_BAND},
+    { 77, BYTE,        STATUS_SYSTEM_DIGITAL_ZOOM_ACTIVE},
+    { 78, BYTE,        STATUS_SYSTEM_MOBILE_FRIENDLY_VIDEO},
+    { 79, NONE,        0},
+    { 80, NONE,        0},
+    { 81, BYTE,        STATUS_WIRELESS_BAND_5GHZ_AVAIL},
+    { 82, BYTE,        STATUS_SYSTEM_SYSTEM_READY},
+    { 83, BYTE,        STATUS_SYSTEM_BATT_OKAY_FOR_OTA},
+    { 84, NONE,        0},
+    { 85, BYTE,        STATUS_SYSTEM_VIDEO_LOW_TEMP_ALERT},
+    { 86, BYTE,        STATUS_SYSTEM_ACTUAL_ORIENTATION},
+    { 87, NONE,        0},
+    { 88, BYTE,        STATUS_VIDEO_ZOOM_WHILE_ENCODING},
+    { 89, BYTE,        STATUS_APP_CURRENT_MODE},
+    { 90, VELLIX,      STATUS_APP_CURRENT_MODE},
+    { 91, LOGS,        STATUS_SYSTEM_LINUX_CORE_ACTIVE},
+    { 92, NONE,        0},
+    { 93, NUMBER,      STATUS_APP_ACTIVE_VIDEO_PRESETS},
+    { 94, NUMBER,      STATUS_APP_ACTIVE_PHOTO_PRESETS},
+    { 95, NUMBER,      STATUS_APP_ACTIVE_TIMELAPSE_PRESETS},
+    { 96, GROUP,       STATUS_APP_ACTIVE_PRESETS_GROUP},
+    { 97, PRESET,      STATUS_APP_ACTIVE_PRESETS_GROUP},
+    { 98, CSI,         CSI_PRESET_MODIFIED},
+    { 99, NONE,        0},
+    {100, NONE,        0},
+    {101, BYTE,        STATUS_APP_CAPTURE_DELAY_ACTIVE},
+    {102, BYTE,        STATUS_SYSTEM_SOUND_CAGE_MIC_STATUS},
+    {103, BYTE,        STATUS_SYSTEM_RUSHLAPSE_SPEED_RAMP_ACTIVE},
+    {104, NONE,        0},
+    {105, BYTE,        STATUS_SYSTEM_CAMERA_LENS_TYPE},
+    {106, BYTE,        STATUS_VIDEO_VIDEO_RETROCAP_CAPTURE_ACTIVE},
+    {107, NUMBER,      STATUS_APP_SCHEDULED_PRESET},
+    {108, BYTE,        STATUS_APP_SCHEDULED_ENABLED},
+    {109, BYTE,        STATUS_SYSTEM_CREATING_PRESET},
+    {110, BYTE,        STATUS_SYSTEM_SOUND_CAGE_STATUS},
+    {111, CSI,         CSI_SD_RATING_CHECK_ERROR},
+    {112, CSI,         CSI_SD_WRITE_SPEED_ERROR},
+    {113, CSI,         CSI_SWIFT_OFFLOAD},
+    {114, EXTENDED,    STATUS_SYSTEM_CAMERA_CONTROL_STATUS},
+    {115, CSI,         CSI_USB_CONNECTED},
+    {116, BYTE,        STATUS_SYSTEM_ALLOW_CONTROL_OVER_USB},
+    {117, LONG_NUMBER, STATUS_STORAGE_TOTAL_SD_SPACE_KB},
+    {118, NUMBER,      STATUS_PHOTO_INTERVAL_CAPTURE_COUNT},
 }};
 
 constexpr PushTable push_notification_fields = {{
@@ -267,19 +267,62 @@ constexpr bool index_is_id(const auto &table)
 }
 static_assert(index_is_id(status_fields) && index_is_id(push_notification_fields));
 
+constexpr int bytes_of(StatusOutput output)
+{
+    switch (output) {
+    case NUMBER:
+    case GROUP:
+    case PRESET:
+        return 4;
+    case LONG_NUMBER:
+        return 8;
+    case TEXT:
+        return NETWORK_NAME_SIZE;
+    case LEVEL:
+        return 2;
+    default:
+        return 1;
+    }
+}
+
 constexpr bool reads_inside_the_record(const StatusField &row)
 {
-    const int last = row.offset + std::max<int>(row.size, row.output == LEVEL ? 2 : 1);
-    return row.output == CSI || (row.offset >= 0 && last <= static_cast<int>(sizeof(appc_system_all_status)));
+    return row.output == CSI ||
+           (row.offset >= 0 && row.offset + bytes_of(row.output) <= static_cast<int>(sizeof(appc_system_all_status)));
 }
 static_assert(std::ranges::all_of(status_fields, reads_inside_the_record));
-static_assert(std::ranges::all_of(status_fields, [](const StatusField &row) { return row.size <= JSON_TEXT_MAX; }));
+static_assert(NETWORK_NAME_SIZE <= static_cast<int32_t>(JSON_TEXT_MAX));
 
-// A document's values are all seen by change detection.
-static_assert(std::ranges::all_of(status_fields, [](const StatusField &row) {
-    return row.output == NONE || push_notification_fields[row.id].mode != 0;
-}));
+constexpr bool is_published(const StatusField &row)
+{
+    return row.output != NONE;
+}
+
+constexpr bool is_pushed(const StatusField &row)
+{
+    return is_published(row) && push_notification_fields[row.id].mode != 0;
+}
+
+template <auto IS_WALKED>
+constexpr auto ROWS = [] {
+    std::array<StatusField, std::ranges::count_if(status_fields, IS_WALKED)> rows;
+    std::ranges::copy_if(status_fields, rows.begin(), IS_WALKED);
+    return rows;
+}();
+
+static_assert(std::ranges::all_of(ROWS<is_published>, is_pushed),
+              "a document's values are all seen by change detection");
 
 } // namespace
+
+StatusRows published_statuses()
+{
+    return ROWS<is_published>;
+}
+
+StatusRows pushed_statuses()
+{
+    return ROWS<is_pushed>;
+}
 
 } // namespace zv

@@ -7,24 +7,26 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 namespace zv {
 
 // How a value comes out of the record.
 enum class StatusOutput : uint8_t {
-    NONE,       // the id is free and publishes nothing
-    INT,        // an unsigned number of 1, 4 or 8 bytes
-    SIGNED,     // a signed byte
-    EXTENDED,   // a signed byte, sign-extended to 32 bits and published as unsigned
-    TEXT,       // a text in quotes that ends with its field at the latest
-    CSI,        // a number of the system information service; the offset is its key
-    LEVEL,      // battery bars, in the byte after the charge state
-    PERCENTAGE, // battery charge, or the last good one
+    NONE,        // the id is free and publishes nothing
+    BYTE,        // unsigned, as are the next two
+    NUMBER,      // 4 bytes
+    LONG_NUMBER, // 8 bytes
+    SIGNED,      // a signed byte
+    EXTENDED,    // a signed byte, sign-extended to 32 bits and published as unsigned
+    TEXT,        // a network's name in quotes, which ends with its field at the latest
+    CSI,         // a number of the system information service; the offset is its key
+    LEVEL,       // battery bars, in the byte after the charge state
+    PERCENTAGE,  // battery charge, or the last good one
     NEXT_POLL,
     ANALYTICS,
     LOGS,
@@ -39,7 +41,6 @@ enum class StatusOutput : uint8_t {
 struct StatusField {
     uint8_t id;
     StatusOutput output;
-    uint8_t size;   // in bytes, of a number or text; other outputs know what they read
     int16_t offset; // in appc_system_all_status
 };
 
@@ -62,28 +63,30 @@ struct PushNotification {
 using PushTable = std::array<PushNotification, STATUS_COUNT>;
 extern const PushTable push_notification_fields;
 
-// Where a value lies in the record, in bytes; what it means is the output's business.
-struct Place {
-    int32_t offset;
-    int32_t size;
-};
+// The rows that publish a value, and those of them that take part in change detection: what a walk goes over.
+using StatusRows = std::span<const StatusField>;
+StatusRows published_statuses();
+StatusRows pushed_statuses();
 
-// A value as it is published: nothing, a number, or a text, which is a part of the record.
-using StatusValue = std::variant<std::monostate, uint64_t, int32_t, std::string_view>;
+// Bytes of a network's name, which has no NUL where it fills them.
+inline constexpr int32_t NETWORK_NAME_SIZE = 33;
 
-StatusValue read_status_value(StatusOutput output, const uint8_t *status, const Place &place);
+// The number that an output publishes; a SIGNED one is sign-extended to 64 bits. 0 for NONE and TEXT.
+uint64_t read_status_number(StatusOutput output, const uint8_t *status, int32_t offset);
 
-// A text that ends with its place or the record, when no zero byte ends it before; none for an offset outside.
-std::string_view status_text(const uint8_t *status, const Place &place);
+// The unsigned number of 1, 4 or 8 bytes; 0, with a log line, for another size or a place that leaves the record.
+uint64_t read_unsigned(const uint8_t *status, int32_t offset, int32_t size);
+
+// A text that ends after `size` bytes or with the record, when no zero byte ends it before; none for an offset outside.
+std::string_view status_text(const uint8_t *status, int32_t offset, int32_t size);
 
 // The value alone, without its key; a text in quotes.
-void write_status_value(JsonWriter &json, const StatusValue &value);
+void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *status, int32_t offset);
 
-// The public functions of the same purpose, over any table. A row with an offset outside the record is left out.
-int32_t write_status(std::stringstream &stream, const uint8_t *status, const StatusTable &fields);
+// The public functions of the same purpose, over any rows. A row with an offset outside the record is left out.
+int32_t write_status(std::stringstream &stream, const uint8_t *status, StatusRows rows);
 int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
-                             const StatusTable &fields, const PushTable &pushes);
-void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, const StatusTable &fields,
-                          const PushTable &pushes);
+                             StatusRows rows);
+void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, StatusRows rows);
 
 } // namespace zv

@@ -8,11 +8,10 @@
 namespace {
 
 using zv::StatusField;
-using zv::StatusOutput;
 
 constexpr int32_t RECORD_SIZE = sizeof(appc_system_all_status);
 
-constexpr int32_t MEMBER_SIZE = zv::JSON_MEMBER_SIZE + RECORD_SIZE;
+constexpr int32_t BUFFER_SIZE = zv::JSON_OPENING_SIZE + zv::JSON_MEMBER_SIZE + RECORD_SIZE;
 
 // The id of the first status of that name; another name does not compile.
 consteval uint32_t status_id(std::string_view name)
@@ -20,13 +19,19 @@ consteval uint32_t status_id(std::string_view name)
     return std::ranges::find(camera_status_names, name, [](const auto &row) { return std::string_view(row.name); })->id;
 }
 
-void output(const zv::StatusValue &value, const status_field_t *field, std::stringstream &stream)
+void output(const status_field_t *field, std::stringstream &stream, auto &&write_value)
 {
-    char buffer[MEMBER_SIZE];
+    char buffer[BUFFER_SIZE];
     zv::JsonWriter json(buffer);
     json.key(field->id);
-    zv::write_status_value(json, value);
-    stream.write(json.begin(), json.size());
+    write_value(json);
+    const std::string_view member = json.members();
+    stream.write(member.data(), static_cast<std::streamsize>(member.size()));
+}
+
+void output(uint64_t number, const status_field_t *field, std::stringstream &stream)
+{
+    output(field, stream, [=](zv::JsonWriter &json) { json.number(number); });
 }
 
 // As the status `id` is published, under the id of `field`.
@@ -35,7 +40,7 @@ void output_as(uint32_t id, const appc_system_all_status *status, const status_f
 {
     const StatusField &row = zv::status_fields[id];
     const uint8_t *record = status != nullptr ? status->bytes : nullptr;
-    output(zv::read_status_value(row.output, record, {row.offset, row.size}), field, stream);
+    output(field, stream, [&](zv::JsonWriter &json) { zv::write_status_value(json, row.output, record, row.offset); });
 }
 
 } // namespace
@@ -51,17 +56,14 @@ void status_field_output_int(const appc_system_all_status *status, const status_
         ZV_LOG(ZV_LOG_ERROR, "status_field is NULL, unable to output status values");
         return;
     }
-    output(zv::read_status_value(StatusOutput::INT, status->bytes, {field->offset, field->size}), field, stream);
+    output(zv::read_unsigned(status->bytes, field->offset, field->size), field, stream);
 }
 
 void status_field_output_string(const appc_system_all_status *status, const status_field_t *field,
                                 std::stringstream &stream)
 {
-    char buffer[MEMBER_SIZE];
-    zv::JsonWriter json(buffer);
-    json.key(field->id);
-    json.literal(zv::status_text(status->bytes, {field->offset, RECORD_SIZE}));
-    stream.write(json.begin(), json.size());
+    output(field, stream,
+           [=](zv::JsonWriter &json) { json.literal(zv::status_text(status->bytes, field->offset, RECORD_SIZE)); });
 }
 
 void status_field_output_battery_level(const appc_system_all_status *status, const status_field_t *field,
@@ -73,19 +75,19 @@ void status_field_output_battery_level(const appc_system_all_status *status, con
         return;
     }
     ZV_LOG(ZV_LOG_WARN, "invalid field id, %d\n", static_cast<int>(field->id));
-    output(uint64_t{0}, field, stream);
+    output(0, field, stream);
 }
 
 void status_field_output_analytics_size(const appc_system_all_status *, const status_field_t *field,
                                         std::stringstream &stream)
 {
-    output(uint64_t{0}, field, stream);
+    output(0, field, stream);
 }
 
 void status_field_output_linux_core_active(const appc_system_all_status *status, const status_field_t *field,
                                            std::stringstream &stream)
 {
-    output(uint64_t{status->bytes[STATUS_SYSTEM_LINUX_CORE_ACTIVE]}, field, stream);
+    output(status->bytes[STATUS_SYSTEM_LINUX_CORE_ACTIVE], field, stream);
 }
 
 void status_field_output_wlan_ssid(const appc_system_all_status *status, const status_field_t *field,
