@@ -311,19 +311,13 @@ TEST_F(Status, PassesOverRowsThatAreInvalid)
     rows[0].offset = 394;
     rows[7].offset = -1;
     const auto status = record({{199, {"\0\3", 2}}, {203, {"\0\1", 2}}});
-    const std::string members = "\"2\":3,\"3\":230,\"4\":1,\"6\":85,\"8\":174,\"9\":7";
     const auto discarded = ElementsAre("WARNING: discarding system_internal_battery_present at invalid offset of 394",
                                        "WARNING: discarding system_encoding_active at invalid offset of -1");
 
     std::stringstream stream;
-    zv::write_status(stream, status.bytes, rows);
-    EXPECT_EQ("\"status\":{\n" + members + "}", stream.str());
-    EXPECT_THAT(log_messages(), ElementsAre());
-
     std::vector<std::string> cache(119);
-    stream.str({});
     EXPECT_EQ(6, zv::write_status_changes(stream, status.bytes, cache, rows));
-    EXPECT_EQ(members, stream.str());
+    EXPECT_EQ(R"("2":3,"3":230,"4":1,"6":85,"8":174,"9":7)", stream.str());
     EXPECT_THAT(log_messages(), discarded);
 
     reset();

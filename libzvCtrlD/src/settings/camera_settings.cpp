@@ -118,22 +118,21 @@ uint32_t shortcut_id(uint32_t value, uint32_t flat_mode, uint32_t id)
 {
     const bool known = filled && setting < zv::VALUE_ROWS.size();
     const zv::ValueRow row = known ? zv::VALUE_ROWS[setting] : zv::ValueRow{};
-    uint32_t id = value;
     switch (row.reading) {
     case zv::Reading::NONE:
         ZV_LOG(ZV_LOG_ERROR, "Could not find option value:%u for setting:%u for camera:%d", value, setting,
                static_cast<int>(model));
-        break;
+        return is_shortcut(setting) ? shortcut_id(value, flat_mode, value) : value;
     case zv::Reading::RATE:
         return zv::bit_rate_id(value);
     case zv::Reading::TABLE_OR_ITSELF:
         return value < row.end ? zv::table_id(row, value) : value;
-    case zv::Reading::TABLE:
     case zv::Reading::SHORTCUT:
-        id = zv::table_id(row, value);
+        return shortcut_id(value, flat_mode, zv::table_id(row, value));
+    case zv::Reading::TABLE:
         break;
     }
-    return is_shortcut(setting) ? shortcut_id(value, flat_mode, id) : id;
+    return zv::table_id(row, value);
 }
 
 inline uint32_t option_id_by_value(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode)
@@ -174,14 +173,15 @@ class OptionReader {
     uint32_t id(const zv::SettingMember &member) const
     {
         return member.readout < m_first_other ? m_members.byte_id(member, m_source.settings[member.offsets[m_block]])
-                                              : other_id(member.id);
+                                              : other_id(m_source, member.id);
     }
 
   private:
-    [[gnu::noinline]] uint32_t other_id(uint8_t setting) const
+    // Takes a copy, so that the reader's own members stay in registers.
+    [[gnu::noinline]] static uint32_t other_id(zv::SettingsSource source, uint8_t setting)
     {
-        const auto value = static_cast<uint32_t>(zv::field_value(zv::field_of(setting), m_source));
-        return option_id_by_value(m_source.model, setting, value, m_source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
+        const auto value = static_cast<uint32_t>(zv::field_value(zv::field_of(setting), source));
+        return option_id_by_value(source.model, setting, value, source.settings[SETTINGS_SETUP_CURRENT_FLAT_MODE]);
     }
 
     zv::SettingsSource m_source;

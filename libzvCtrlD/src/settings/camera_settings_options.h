@@ -105,7 +105,7 @@ struct SettingMembers {
 
     uint32_t byte_id(const SettingMember &row, uint8_t byte) const
     {
-        return byte_ids[row.first + std::min(byte, row.last)];
+        return byte_ids[size_t{row.first} + std::min(byte, row.last)];
     }
 };
 

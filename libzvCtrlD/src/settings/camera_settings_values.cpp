@@ -91,21 +91,21 @@ const char *path_of(uint32_t setting, uint32_t model)
     return camera_settings_id_table(model, &count)[setting].json_path;
 }
 
-int32_t image_control(uint32_t setting, const SettingsSource &source, int32_t fallback, const uint16_t (&offsets)[3])
+int32_t image_control(const settings_field_t &field, const SettingsSource &source, const uint16_t (&offsets)[3])
 {
     const uint8_t flat_mode = flat_mode_of(source);
     const uint32_t block = block_read_in(flat_mode);
     if (block != NO_BLOCK) {
         return source.settings[offsets[block]];
     }
-    if (!SILENT_MODES.contains(flat_mode) && reported_modes[setting - SETTING_VELLIX].add(flat_mode)) {
+    if (!SILENT_MODES.contains(flat_mode) && reported_modes[field.id - SETTING_VELLIX].add(flat_mode)) {
         ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support %s", "get_field_value", flat_mode,
-               path_of(setting, source.model));
+               path_of(field.id, source.model));
     }
-    return fallback;
+    return plain_value(field, source);
 }
 
-int32_t shortcut_value(const SettingsSource &source, int32_t fallback, uint32_t slot)
+int32_t shortcut_value(const settings_field_t &field, const SettingsSource &source, uint32_t slot)
 {
     constexpr uint32_t OFFSETS[] = {SETTINGS_VIDEO_ONSCREEN_SHORTCUTS, SETTINGS_PHOTO_ONSCREEN_SHORTCUTS,
                                     SETTINGS_MULTI_SHOT_ONSCREEN_SHORTCUTS};
@@ -117,7 +117,7 @@ int32_t shortcut_value(const SettingsSource &source, int32_t fallback, uint32_t 
     if (!SHORTCUT_SILENT_MODES.contains(flat_mode)) {
         ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support onscreen_control", "get_field_value", flat_mode);
     }
-    return fallback;
+    return plain_value(field, source);
 }
 
 // As camera_if_settings_set_value_int takes it back. The firmware's format is added as it is, also where it is no flag.
@@ -176,17 +176,16 @@ int32_t field_value(const settings_field_t &field, const SettingsSource &source)
         fputs("status ptr is NULL, cannot get status values", stderr);
         return 0;
     }
-    const int32_t plain = plain_value(field, source);
     if (field.size != 1) {
-        return plain;
+        return plain_value(field, source);
     }
     const ReadWay &read = info_of(field.id).read;
     const auto &numbers = read.numbers;
     switch (read.way) {
     case Read::PLAIN:
-        return plain;
+        break;
     case Read::REPLACED:
-        return byte_value(read, static_cast<uint8_t>(plain));
+        return byte_value(read, static_cast<uint8_t>(plain_value(field, source)));
     case Read::BYTE:
     case Read::SIGNED:
     case Read::LOCKED_AS_ONE:
@@ -198,11 +197,11 @@ int32_t field_value(const settings_field_t &field, const SettingsSource &source)
     case Read::OF_BLOCK:
         return block_value(source, numbers);
     case Read::OF_BLOCK_OR_PLAIN:
-        return image_control(field.id, source, plain, numbers);
+        return image_control(field, source, numbers);
     case Read::MULTI_SHOT_OR:
         return byte_value(read, source.settings[numbers[MULTI_SHOT_MODES.contains(flat_mode_of(source)) ? 0 : 1]]);
     case Read::SHORTCUT:
-        return shortcut_value(source, plain, numbers[0]);
+        return shortcut_value(field, source, numbers[0]);
     case Read::SCHEDULE:
         return scheduled_capture(source);
     case Read::EASY_SPEED:
@@ -210,7 +209,7 @@ int32_t field_value(const settings_field_t &field, const SettingsSource &source)
     case Read::ACTIVE_PRESET:
         return preset_value(source, numbers[0], numbers[1]);
     }
-    return plain;
+    return plain_value(field, source);
 }
 
 } // namespace zv

@@ -270,9 +270,17 @@ uint64_t read_status_number(StatusOutput output, const uint8_t *status, int32_t 
 
 namespace {
 
-// Most numbers are plain ones, for which no function is called.
+constexpr bool is_written_as_number(StatusOutput output)
+{
+    return output != StatusOutput::TEXT && output != StatusOutput::SIGNED;
+}
+
+// Most values are plain numbers, for which no function is called.
 inline uint64_t read_number(StatusOutput output, const uint8_t *status, int32_t offset)
 {
+    if (output == StatusOutput::BYTE) {
+        return status[offset];
+    }
     return output == StatusOutput::NUMBER ? le32(status + offset) : read_status_number(output, status, offset);
 }
 
@@ -280,54 +288,74 @@ inline void write_value(JsonWriter &json, StatusOutput output, const uint8_t *st
 {
     if (output == StatusOutput::BYTE) {
         json.number(status[offset]);
-    } else if (output == StatusOutput::TEXT) {
-        json.literal("\"");
-        json.literal(status_text(status, offset, NETWORK_NAME_SIZE));
-        json.literal("\"");
+    } else if (is_written_as_number(output)) {
+        json.number(read_number(output, status, offset));
     } else if (output == StatusOutput::SIGNED) {
         json.number(signed_byte(status, offset));
     } else {
-        json.number(read_number(output, status, offset));
+        json.literal("\"");
+        json.literal(status_text(status, offset, NETWORK_NAME_SIZE));
+        json.literal("\"");
     }
 }
 
-// Writes the member, unless it is the cached text. Returns whether it was written.
-inline bool write_unless_cached(JsonWriter &json, const StatusField &row, const uint8_t *status,
-                                const std::string &cached)
-{
-    const size_t start = json.size();
-    switch (row.output) {
-    case StatusOutput::BYTE:
-        if (is_member(cached, row.id, status[row.offset])) {
-            return false;
-        }
-        json.key(row.id);
-        json.number(status[row.offset]);
-        return true;
-    case StatusOutput::SIGNED:
-    case StatusOutput::TEXT:
-        json.key(row.id);
-        write_value(json, row.output, status, row.offset);
-        if (json.members(start) == cached) {
-            json.truncate(start);
-            return false;
-        }
-        return true;
-    default:
-        const uint64_t number = read_number(row.output, status, row.offset);
-        if (is_member(cached, row.id, number)) {
-            return false;
-        }
-        json.key(row.id);
-        json.number(number);
-        return true;
+// The members that have changed, and what the cache is to hold of them once they have gone out. Most rows of a poll
+// have not changed, so that the functions here are kept out of the loop over the rows.
+class Changes {
+  public:
+    [[gnu::noinline]] void add(uint8_t id, uint64_t number, std::string &cached)
+    {
+        const size_t start = m_json.size();
+        m_json.key(id);
+        m_json.number(number);
+        note(id, start, cached);
     }
-}
 
-// What an entry of the cache is to hold once it has gone out. The entry already has room for it.
-struct CacheUpdate {
-    std::string *cached;
-    std::string_view fresh; // in the document
+    // Writes any value, and takes it back if it is the cached text.
+    [[gnu::noinline]] void add_unless_cached(const StatusField &row, const uint8_t *status, std::string &cached)
+    {
+        const size_t start = m_json.size();
+        m_json.key(row.id);
+        write_value(m_json, row.output, status, row.offset);
+        if (m_json.members(start) == cached) {
+            m_json.truncate(start);
+        } else {
+            note(row.id, start, cached);
+        }
+    }
+
+    // Returns how many there are; 0 for a stream that takes nothing.
+    int32_t go_out(std::stringstream &stream)
+    {
+        if (const int32_t result = append_whole(stream, m_json.members()); result != ZV_OK) {
+            return result == ZV_ERR_OUTOFMEM ? result : 0;
+        }
+        for (const Update &update : std::span(m_updates, static_cast<size_t>(m_count))) {
+            update.cached->assign(update.fresh, update.size);
+        }
+        return m_count;
+    }
+
+  private:
+    struct Update {
+        std::string *cached; // has room for the fresh text
+        const char *fresh;   // in the buffer
+        size_t size;
+    };
+
+    void note(uint8_t id, size_t start, std::string &cached)
+    {
+        const std::string_view fresh = m_json.members(start);
+        cached.reserve(fresh.size());
+        m_updates[m_count++] = {&cached, fresh.data(), fresh.size()};
+        ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%.*s]", id, m_count, cached.c_str(),
+               static_cast<int>(fresh.size()), fresh.data());
+    }
+
+    char m_buffer[DOCUMENT_SIZE];
+    JsonWriter m_json{m_buffer};
+    Update m_updates[STATUS_COUNT];
+    int32_t m_count = 0;
 };
 
 } // namespace
@@ -342,10 +370,8 @@ int32_t write_status(std::stringstream &stream, const uint8_t *status, StatusRow
     char buffer[DOCUMENT_SIZE];
     JsonWriter json(buffer);
     for (const StatusField row : rows) {
-        if (is_in_record(row.offset)) {
-            json.key(row.id);
-            write_value(json, row.output, status, row.offset);
-        }
+        json.key(row.id);
+        write_value(json, row.output, status, row.offset);
     }
     return append_document(stream, json.document(OPENING), ZV_OK);
 }
@@ -353,10 +379,7 @@ int32_t write_status(std::stringstream &stream, const uint8_t *status, StatusRow
 int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
                              StatusRows rows)
 try {
-    char buffer[DOCUMENT_SIZE];
-    JsonWriter json(buffer);
-    CacheUpdate updates[STATUS_COUNT];
-    int32_t count = 0;
+    Changes changes;
     for (const StatusField row : rows) {
         if (is_discarded(row)) {
             continue;
@@ -366,23 +389,14 @@ try {
             continue;
         }
         std::string &cached = cache[row.id];
-        const size_t start = json.size();
-        if (!write_unless_cached(json, row, status, cached)) {
-            continue;
+        if (!is_written_as_number(row.output)) {
+            changes.add_unless_cached(row, status, cached);
+        } else if (const uint64_t number = read_number(row.output, status, row.offset);
+                   !is_member(cached, row.id, number)) {
+            changes.add(row.id, number, cached);
         }
-        const std::string_view fresh = json.members(start);
-        cached.reserve(fresh.size());
-        updates[count++] = {&cached, fresh};
-        ZV_LOG(ZV_LOG_INFO, "index=%d change count = %d, old=[%s]  new=[%.*s]", row.id, count, cached.c_str(),
-               static_cast<int>(fresh.size()), fresh.data());
     }
-    if (const int32_t result = append_whole(stream, json.members()); result != ZV_OK) {
-        return result == ZV_ERR_OUTOFMEM ? result : 0; // no member was written
-    }
-    for (const CacheUpdate &update : std::span(updates, static_cast<size_t>(count))) {
-        update.cached->assign(update.fresh);
-    }
-    return count;
+    return changes.go_out(stream);
 } catch (const std::bad_alloc &) {
     return ZV_ERR_OUTOFMEM;
 }
@@ -394,7 +408,7 @@ void update_status_values(const uint8_t *status, std::vector<uint32_t> &values, 
         if (row.id >= values.size() || is_discarded(row)) {
             continue;
         }
-        const uint64_t number = read_status_number(row.output, status, row.offset);
+        const uint64_t number = read_number(row.output, status, row.offset);
         const bool is_cut = row.output != StatusOutput::SIGNED && number > INT64_MAX;
         values[row.id] = is_cut ? UINT32_MAX : static_cast<uint32_t>(number);
     }

@@ -83,7 +83,8 @@ std::string_view status_text(const uint8_t *status, int32_t offset, int32_t size
 // The value alone, without its key; a text in quotes.
 void write_status_value(JsonWriter &json, StatusOutput output, const uint8_t *status, int32_t offset);
 
-// The public functions of the same purpose, over any rows. A row with an offset outside the record is left out.
+// The public functions of the same purpose, over any rows. Those of a document lie inside the record; the two others
+// log a row that does not, and leave it out.
 int32_t write_status(std::stringstream &stream, const uint8_t *status, StatusRows rows);
 int32_t write_status_changes(std::stringstream &stream, const uint8_t *status, std::vector<std::string> &cache,
                              StatusRows rows);
