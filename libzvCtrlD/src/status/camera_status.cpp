@@ -24,9 +24,7 @@ namespace {
 
 using zv::JSON_MEMBER_SIZE;
 using zv::le32;
-using zv::le64;
 using zv::StatusField;
-using zv::StatusOutput;
 
 // What the reads remember. Threads share it, each number by itself.
 using SharedNumber = std::atomic<int32_t>;
