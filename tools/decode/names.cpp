@@ -3,6 +3,7 @@
 #include "enumerator_name.h"
 #include "remote_commands.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <zvctrl/camera_settings.h>
@@ -16,8 +17,29 @@ namespace {
 // The numbers from 0 on; a number without a name has an empty one.
 constexpr auto TAGS = enumerator_names<decltype(TLV_CMD), TLV_END + 1>();
 constexpr auto GROUPS = enumerator_names<decltype(REMOTE_GROUP_APP), REMOTE_GROUP_CAPABILITY + 1>();
-constexpr auto ACTIONS = enumerator_names<RemoteCommand, remote_command(REMOTE_GROUP_CAPABILITY, UINT8_MAX) + 1>();
 constexpr auto DAEMON_COMMANDS = enumerator_names<zvcontrol_command_t, ZVCONTROL_CMD_LAST>();
+
+// One remote command's name. Few numbers have one, so that these are in a table without the others.
+struct ActionName {
+    uint16_t command;
+    std::string_view name;
+};
+
+consteval auto action_names()
+{
+    constexpr auto NAMES = enumerator_names<RemoteCommand, remote_command(REMOTE_GROUP_CAPABILITY, UINT8_MAX) + 1>();
+    constexpr size_t UNNAMED = std::count(NAMES.begin(), NAMES.end(), std::string_view());
+    std::array<ActionName, NAMES.size() - UNNAMED> rows = {};
+    auto row = rows.begin();
+    for (size_t command = 0; command < NAMES.size(); ++command) {
+        if (!NAMES[command].empty()) {
+            *row++ = {static_cast<uint16_t>(command), NAMES[command]};
+        }
+    }
+    return rows;
+}
+
+constexpr auto ACTIONS = action_names();
 
 constexpr std::string_view TAG_PREFIX = "TLV_";
 constexpr std::string_view GROUP_PREFIX = "REMOTE_GROUP_";
@@ -51,7 +73,10 @@ std::string_view group_name(uint8_t group)
 
 std::string_view action_name(uint8_t group, uint8_t action)
 {
-    return name_at(ACTIONS, remote_command(group, action));
+    const uint16_t command = remote_command(group, action);
+    const auto row = std::find_if(ACTIONS.begin(), ACTIONS.end(),
+                                  [command](const ActionName &known) { return known.command == command; });
+    return row == ACTIONS.end() ? std::string_view() : row->name;
 }
 
 std::string_view setting_name(uint32_t id)
