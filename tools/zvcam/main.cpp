@@ -12,7 +12,9 @@
 #include <cstdint>
 #include <cstdio>
 #include <exception>
+#include <span>
 #include <string>
+#include <string_view>
 #include <syslog.h>
 #include <zvctrl/zvDbg.h>
 
@@ -32,9 +34,28 @@ constexpr Option VERBOSE = {"-v,--verbose", nullptr, "show the library's log on 
 constexpr Option JSON = {"--json", nullptr, "print JSON; COMMAND --help says which"};
 constexpr Option WAIT = {"--wait", nullptr, "wait up to 12 seconds for the camera's side to come up"};
 
+// The words of the command line. A parser for these alone knows the commands that are among them, which is all that it
+// can come across in what it understands, and one for no words knows all.
+using Words = std::span<char *const>;
+
+bool may_be_called(std::string_view command, Words words)
+{
+    return words.empty() || std::find(words.begin(), words.end(), command) != words.end();
+}
+
 struct Chosen {
     const Command *command = nullptr;
     const CLI::App *words = nullptr;
+};
+
+struct Parser {
+    explicit Parser(Words words);
+
+    CLI::App app{DESCRIPTION, "zvcam"};
+    const CLI::Option *verbose;
+    const CLI::Option *json;
+    const CLI::Option *wait;
+    Chosen chosen; // after parsing
 };
 
 // "[HEX...]" is the operand HEX, which may be missing and may be many.
@@ -60,13 +81,20 @@ CLI::Option *add_option(CLI::App &app, const Option &option)
     return app.add_option(option.name, option.help)->type_name(option.operand);
 }
 
-void add_command(CLI::App &root, const Command &command, Chosen &chosen)
+void add_command(CLI::App &root, const Command &command, Words words, Chosen &chosen)
 {
     CLI::App *parent = &root;
     std::string name = command.name;
     if (const size_t blank = name.find(' '); blank != std::string::npos) {
-        parent = root.get_subcommand(name.substr(0, blank));
+        const std::string group = name.substr(0, blank);
+        if (!may_be_called(group, words)) {
+            return;
+        }
+        parent = root.get_subcommand(group);
         name = name.substr(blank + 1);
+    }
+    if (!may_be_called(name, words)) {
+        return;
     }
     CLI::App *app = parent->add_subcommand(name, command.help);
     if (command.run == nullptr) {
@@ -91,14 +119,30 @@ void add_command(CLI::App &root, const Command &command, Chosen &chosen)
     });
 }
 
-Arguments arguments_of(const Chosen &chosen, const CLI::Option *json)
+Parser::Parser(Words words)
+{
+    app.footer(std::string(JSON_WORDS) + "\n" + EXIT_CODES);
+    app.require_subcommand(1, 1);
+    app.fallthrough();
+    app.set_version_flag("--version", ZVCAM_VERSION);
+    verbose = add_option(app, VERBOSE);
+    json = add_option(app, JSON);
+    wait = add_option(app, WAIT);
+    for (const Commands &commands : ALL_COMMANDS) {
+        for (const Command &command : commands) {
+            add_command(app, command, words, chosen);
+        }
+    }
+}
+
+Arguments arguments_of(const Parser &parser)
 {
     Arguments arguments;
-    arguments.command = chosen.command->name;
-    if (json->count() > 0) {
-        arguments.options[json->get_name()] = {};
+    arguments.command = parser.chosen.command->name;
+    if (parser.json->count() > 0) {
+        arguments.options[parser.json->get_name()] = {};
     }
-    for (const CLI::Option *option : chosen.words->get_options()) {
+    for (const CLI::Option *option : parser.chosen.words->get_options()) {
         if (option->get_positional()) {
             arguments.words.insert(arguments.words.end(), option->results().begin(), option->results().end());
         } else if (option->count() > 0) {
@@ -114,39 +158,42 @@ void set_up_log(int64_t verbosity)
     zvUtilSetLogLevel(static_cast<int32_t>(std::min<int64_t>(ZV_LOG_ERROR + 2 * verbosity, ZV_LOG_TRACE)));
 }
 
-int run(int argc, char **argv)
+int call(const Parser &parser)
 {
-    CLI::App app(DESCRIPTION, "zvcam");
-    app.footer(std::string(JSON_WORDS) + "\n" + EXIT_CODES);
-    app.require_subcommand(1, 1);
-    app.fallthrough();
-    app.set_version_flag("--version", ZVCAM_VERSION);
-    const CLI::Option *verbose = add_option(app, VERBOSE);
-    const CLI::Option *json = add_option(app, JSON);
-    const CLI::Option *wait = add_option(app, WAIT);
-
-    Chosen chosen;
-    for (const Commands &commands : ALL_COMMANDS) {
-        for (const Command &command : commands) {
-            add_command(app, command, chosen);
-        }
-    }
-    try {
-        app.parse(argc, argv);
-    } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? DONE : WRONG_USAGE;
-    }
-
-    const auto verbosity = static_cast<int64_t>(verbose->count());
+    const auto verbosity = static_cast<int64_t>(parser.verbose->count());
     take_standard_output(verbosity > 0);
     set_up_log(verbosity);
-    wait_for_peers(wait->count() > 0);
+    wait_for_peers(parser.wait->count() > 0);
     remove_queues_at_signals();
-    chosen.command->run(arguments_of(chosen, json));
+    parser.chosen.command->run(arguments_of(parser));
     if (!flush_output()) {
         fail(FAILED, "%s", OUTPUT_LOST);
     }
     return DONE;
+}
+
+// Help and complaints may speak of every command.
+int call_or_explain(int argc, char **argv)
+{
+    Parser parser({});
+    try {
+        parser.app.parse(argc, argv);
+    } catch (const CLI::ParseError &error) {
+        return parser.app.exit(error) == 0 ? DONE : WRONG_USAGE;
+    }
+    return call(parser);
+}
+
+// To make all commands known takes longer than most of them run, so that it is left for when it matters.
+int run(int argc, char **argv)
+{
+    Parser parser(Words(argv, static_cast<size_t>(argc)));
+    try {
+        parser.app.parse(argc, argv);
+    } catch (const CLI::ParseError &) {
+        return call_or_explain(argc, argv);
+    }
+    return call(parser);
 }
 
 } // namespace
