@@ -86,6 +86,7 @@ try 0 '"2":9' set video/resolution 1080 --json
 try 0 '^setting   2 video/resolution +1080 \[1080\] -> 4K \[4K\]$' set modes/video/settings/resolution 1
 try 2 'several options of setting 2: 100 5_3K, 107 5_3K_8BY7_V2' set 2 5.3k
 try 2 'no option "99"; it has 0 240, 13 200' set 3 99
+try 2 ', 115 [0-9A-Z_]+, .*, [0-9]+ [0-9A-Z_]+$' set 176 nothing # all of the many
 try 0 '^setting 118 vellix_ev +0.0 -> -2.0$' set vellix_ev -2.0
 try 0 '88 setup/lcd_brightness .*-> 55' set lcd_brightness 55
 try 0 '^168 scheduled_capture: 07:30 is available$' why 168 7:30
@@ -238,6 +239,9 @@ start_camera --model 51
 try 0 '^  2 video/resolution +[0-9]+$' settings
 lines 98 '^ *[0-9]+ [a-z]'
 try 0 '"2":24' set 2 24 --json
+try 2 'addon_lens_active is a number from 0 to 127, not "300"' lens type 300
+try 2 'from 0 to 255, not "256"' broadcast format 256
+try 2 'from 0 to 255, not "300"' set 88 300
 stop_camera
 
 echo "Faults"

@@ -97,7 +97,7 @@ void mode(const Arguments &arguments)
 {
     CameraLink camera;
     if (!arguments.words.empty()) {
-        const uint32_t value = find_value(SETTING_CURRENT_FLAT_MODE, arguments.words.front());
+        const uint32_t value = find_value(SETTING_CURRENT_FLAT_MODE, arguments.words.front(), UINT32_MAX);
         camera.check(
             camera_if_settings_set_value_int(camera, SETTING_CURRENT_FLAT_MODE, -1, -1, value, 0, nullptr, nullptr),
             "change the mode");

@@ -2,7 +2,9 @@
 
 #include "output.h"
 
+#include <algorithm>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 #include <zvctrl/zvDbg.h>
 
@@ -44,8 +46,12 @@ void fail(ExitCode code, const char *format, ...)
 {
     va_list arguments;
     va_start(arguments, format);
-    char text[1024];
-    vsnprintf(text, sizeof text, format, arguments);
+    va_list again;
+    va_copy(again, arguments);
+    const int length = vsnprintf(nullptr, 0, format, arguments); // some list a hundred options
+    std::string text(static_cast<size_t>(std::max(length, 0)), '\0');
+    vsnprintf(text.data(), text.size() + 1, format, again);
+    va_end(again);
     va_end(arguments);
     throw Failure{code, text};
 }

@@ -79,8 +79,7 @@ mqd_t open_peer(const char *name, const char *who)
     if (error == EMFILE && getrlimit(RLIMIT_MSGQUEUE, &bytes) == 0) { // so few descriptors are open that it is not they
         fail(SYSTEM_LIMIT,
              "cannot create %s: this user's queues reach the limit of %llu bytes (RLIMIT_MSGQUEUE, ulimit -q); those "
-             "that "
-             "ended processes left behind are in /dev/mqueue",
+             "that ended processes left behind are in /dev/mqueue",
              what, static_cast<unsigned long long>(bytes.rlim_cur));
     }
     fail(error == ENOSPC ? SYSTEM_LIMIT : FAILED, "cannot create %s: %s", what, strerror(error));

@@ -98,7 +98,7 @@ void tag(const Arguments &arguments)
 void room(const Arguments &arguments)
 {
     CameraLink camera;
-    const uint32_t looping = find_value(SETTING_VIDEO_LOOPING, arguments.words.front());
+    const uint32_t looping = find_value(SETTING_VIDEO_LOOPING, arguments.words.front(), UINT8_MAX);
     const int32_t result = zvc_storage_looping_sd_check(camera, static_cast<uint8_t>(looping));
     const bool enough = result != ZV_ERR || camera.code() != 0;
     if (enough) {

@@ -23,7 +23,7 @@ void show_number(CameraLink &camera, const Number &number, Json *json)
 
 void set_number(CameraLink &camera, const Number &number, const std::string &text)
 {
-    const int64_t value = number.setting != 0 ? static_cast<int64_t>(find_value(number.setting, text))
+    const int64_t value = number.setting != 0 ? find_value(number.setting, text, number.high)
                                               : parse_number(text, number.name, 0, number.high);
     camera.check(number.write(camera, value), (std::string("set the ") + number.name).c_str());
 }
@@ -31,8 +31,9 @@ void set_number(CameraLink &camera, const Number &number, const std::string &tex
 Format parse_format(const Arguments &arguments, const FormatSettings &settings, const Format &present)
 {
     const auto parse = [&](size_t word, uint32_t setting, int32_t otherwise) {
-        return word < arguments.words.size() ? static_cast<int32_t>(find_value(setting, arguments.words[word]))
-                                             : otherwise;
+        return word < arguments.words.size()
+                   ? static_cast<int32_t>(find_value(setting, arguments.words[word], UINT8_MAX))
+                   : otherwise;
     };
     return {parse(0, settings.resolution, present.resolution), parse(1, settings.fps, present.fps),
             parse(2, settings.fov, present.fov)};

@@ -1,5 +1,6 @@
 #include "options.h"
 
+#include "command.h"
 #include "failure.h"
 #include "links.h"
 
@@ -239,9 +240,15 @@ bool default_option(uint32_t setting, uint32_t &id)
     return true;
 }
 
-uint32_t find_value(uint32_t setting, const std::string &text)
+uint32_t option_value(uint32_t setting, uint32_t id, int64_t high)
 {
-    return getOptionValueById(camera_model(), setting, find_option(setting, text));
+    const uint32_t value = getOptionValueById(camera_model(), setting, id);
+    return static_cast<uint32_t>(parse_number(std::to_string(value), setting_name(setting).c_str(), 0, high));
+}
+
+uint32_t find_value(uint32_t setting, const std::string &text, int64_t high)
+{
+    return option_value(setting, find_option(setting, text), high);
 }
 
 std::string value_text(uint32_t setting, uint32_t value)

@@ -37,8 +37,12 @@ std::string option_text(uint32_t setting, const std::string &id);
 // The id of the option that an unknown value reads as; false for a setting that takes every value.
 bool default_option(uint32_t setting, uint32_t &id);
 
-// An option of `setting` given by id, key or name, as the firmware's value.
-uint32_t find_value(uint32_t setting, const std::string &text);
+// The firmware's value of an option. A value above `high`, the largest that goes out whole, is wrong usage: a setting
+// that lists no options takes any number.
+uint32_t option_value(uint32_t setting, uint32_t id, int64_t high);
+
+// The same for an option given by id, key or name.
+uint32_t find_value(uint32_t setting, const std::string &text, int64_t high);
 
 // The firmware's value as an option.
 std::string value_text(uint32_t setting, uint32_t value);

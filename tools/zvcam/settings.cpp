@@ -369,12 +369,12 @@ void set(const Arguments &arguments)
             forbid(setting, option, removals);
         }
     }
+    const settings_id_entry_t &row = setting_row(setting);
+    const uint32_t value = option_value(setting, option, row.value_size == 1 ? UINT8_MAX : UINT32_MAX);
     Changes changes;
     changes.look(before);
 
     CameraLink camera;
-    const settings_id_entry_t &row = setting_row(setting);
-    const uint32_t value = getOptionValueById(camera_model(), setting, option);
     camera.check(camera_if_settings_set_value_int(camera, static_cast<int32_t>(setting), row.group_id, row.action_id,
                                                   value, row.value_size, &before.settings, &before.status),
                  "change the setting");
