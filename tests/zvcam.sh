@@ -51,6 +51,7 @@ await() {
 
 echo "Nothing to talk to"
 try 0 '  6  forbidden' --help
+lines 1 '^  firmware +a firmware update'
 cp "$folder/output" "$folder/words"
 try 2 'subcommand' bogus
 try 2 'required' get
@@ -193,6 +194,7 @@ try 0 '^done, 2 bytes of answer$' raw 1 7
 try 0 '^0000  0c 00 ' raw 1 0x07
 try 5 'refused' raw 1 250 01 02
 try 1 'cannot read' decode --trace "$folder/none"
+try 1 'cannot read' decode --trace "$folder"
 try 0 'INFO.*zvcontrol_if.cpp' status -vv
 stop_camera
 try 0 'camera command' decode --trace "$folder/trace"

@@ -112,10 +112,11 @@ int decode_input(const Arguments &arguments, const zv::DecodeSink &sink)
     if (arguments.given("--trace")) {
         const std::string &name = arguments.options.at("--trace");
         std::ifstream file(name);
-        if (!file) {
+        const int faults = file ? zv::decode_trace(file, sink) : 0;
+        if (!file.is_open() || file.bad()) { // a folder can be opened, and not read
             fail(FAILED, "cannot read %s: %s", name.c_str(), strerror(errno));
         }
-        return zv::decode_trace(file, sink);
+        return faults;
     }
     if (arguments.words.empty() || arguments.words.front() == "-") {
         const std::string input(std::istreambuf_iterator<char>(std::cin), {});
