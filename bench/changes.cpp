@@ -1,47 +1,45 @@
-// Change detection where nothing has changed, the common case of a poll.
-#include "records.h"
+// What has changed since the last poll: the status against the client's cache, the settings against the record before.
+#include "poll.h"
 #include "table_writer.h"
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
 using namespace bench;
 
-int32_t library(const all_status_settings_t &record, std::vector<std::string> &cache)
+int32_t status_library(Poll &poll)
 {
-    static std::stringstream stream;
-    return camera_status_serialize_status_changes_to_json(stream, &status_of(record), nullptr, MODEL, cache);
+    return camera_status_serialize_status_changes_to_json(poll.stream, &status_of(*poll.record), nullptr, MODEL,
+                                                          *poll.cache);
 }
 
-int32_t table(const all_status_settings_t &record, std::vector<std::string> &cache)
+template <class Number>
+int32_t status_table(Poll &poll)
 {
-    static const TableWriter writer;
-    return writer.compare(record, cache);
+    return table_writer<Number>().write_changes(poll.stream, *poll.record, *poll.cache);
 }
 
-using Detector = int32_t (*)(const all_status_settings_t &, std::vector<std::string> &);
+constexpr Worker status_workers[] = {
+    {"status_changes", "library", status_library},
+    {"status_changes", "to_chars_table", status_table<ToChars>},
+    {"status_changes", "digit_table", status_table<DigitTable>},
+};
 
-// Every record has a cache that has seen it.
-void detect_changes(benchmark::State &state, Detector detect)
+int32_t settings_library(Poll &poll)
 {
-    std::vector<std::vector<std::string>> caches(RECORD_COUNT);
-    Rotation rotation;
-    for (size_t i = 0; i < RECORD_COUNT; ++i) {
-        const all_status_settings_t &record = rotation.next();
-        std::vector<std::string> &cache = caches[rotation.index()];
-        camera_status_init_bossCache(MODEL, cache);
-        detect(record, cache);
-    }
-    for (auto _ : state) {
-        const all_status_settings_t &record = rotation.next();
-        if (detect(record, caches[rotation.index()]) != 0) {
-            state.SkipWithError("a change where there is none");
-        }
-    }
+    return camera_status_serialize_settings_changes_to_json(poll.stream, poll.record, poll.previous, MODEL);
 }
 
-BENCHMARK_CAPTURE(detect_changes, library, library)->Name("changes/library");
-BENCHMARK_CAPTURE(detect_changes, table, table)->Name("changes/table");
+template <class Number>
+int32_t settings_table(Poll &poll)
+{
+    return table_writer<Number>().write_settings_changes(poll.stream, *poll.record, *poll.previous);
+}
+
+constexpr Worker settings_workers[] = {
+    {"settings_changes", "library", settings_library},
+    {"settings_changes", "to_chars_table", settings_table<ToChars>},
+};
+
+const bool added = add_workers(status_workers) && add_workers(settings_workers);
 
 } // namespace

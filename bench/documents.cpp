@@ -1,9 +1,10 @@
-// A poll's two documents, status and settings, into a caller's stream: the library's beside other ways to write them.
-#include "records.h"
+// A poll's two documents, status and settings, into a caller's stream: the library's beside other ways to write them,
+// each at its best: with keys made in advance, and with its buffers kept from poll to poll.
+#include "poll.h"
 #include "table_writer.h"
 
-#include <benchmark/benchmark.h>
-#include <charconv>
+#include <array>
+#include <fmt/compile.h>
 #include <nlohmann/json.hpp>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
@@ -12,23 +13,45 @@ namespace {
 
 using namespace bench;
 
-void library(std::stringstream &stream, const all_status_settings_t &record)
+constexpr int32_t WRITTEN = 1;
+
+int32_t library(Poll &poll)
 {
-    camera_status_serialize_status_to_json(stream, &status_of(record), MODEL);
-    camera_settings_serialize_to_json(stream, &settings_of(record), &status_of(record), &system_settings_of(record),
-                                      MODEL);
+    const all_status_settings_t &record = *poll.record;
+    camera_status_serialize_status_to_json(poll.stream, &status_of(record), MODEL);
+    camera_settings_serialize_to_json(poll.stream, &settings_of(record), &status_of(record),
+                                      &system_settings_of(record), MODEL);
+    return WRITTEN;
 }
 
-void table(std::stringstream &stream, const all_status_settings_t &record)
+template <class Number>
+int32_t table(Poll &poll)
 {
-    static const TableWriter writer;
-    writer.write(stream, record);
+    table_writer<Number>().write(poll.stream, *poll.record);
+    return WRITTEN;
+}
+
+// The ids as texts.
+const std::string &key(uint32_t id)
+{
+    static const auto keys = [] {
+        std::array<std::string, SETTINGS_ALL_FIELDS_COUNT> made;
+        for (size_t i = 0; i < made.size(); ++i) {
+            made[i] = std::to_string(i);
+        }
+        return made;
+    }();
+    return keys[id];
 }
 
 class RapidJson {
   public:
-    explicit RapidJson(std::stringstream &stream) : m_stream(stream), m_writer(m_text) { m_writer.StartObject(); }
-
+    void start(std::stringstream &)
+    {
+        m_text.Clear();
+        m_writer.Reset(m_text);
+        m_writer.StartObject();
+    }
     void begin(const char *name)
     {
         m_writer.Key(name);
@@ -36,10 +59,11 @@ class RapidJson {
     }
     void member(uint32_t id, auto value)
     {
-        char key[10];
-        m_writer.Key(key, static_cast<rapidjson::SizeType>(std::to_chars(key, std::end(key), id).ptr - key));
+        m_writer.Key(key(id).data(), static_cast<rapidjson::SizeType>(key(id).size()));
         if constexpr (std::is_same_v<decltype(value), int>) {
             m_writer.Int(value);
+        } else if constexpr (std::is_same_v<decltype(value), uint32_t>) {
+            m_writer.Uint(value);
         } else if constexpr (std::is_arithmetic_v<decltype(value)>) {
             m_writer.Uint64(value);
         } else {
@@ -47,110 +71,105 @@ class RapidJson {
         }
     }
     void end() { m_writer.EndObject(); }
-    void finish()
+    void finish(std::stringstream &stream)
     {
         m_writer.EndObject();
-        m_stream.write(m_text.GetString(), static_cast<std::streamsize>(m_text.GetSize()));
+        stream.write(m_text.GetString(), static_cast<std::streamsize>(m_text.GetSize()));
     }
 
   private:
-    std::stringstream &m_stream;
     rapidjson::StringBuffer m_text;
     rapidjson::Writer<rapidjson::StringBuffer> m_writer;
 };
 
 class NlohmannJson {
   public:
-    explicit NlohmannJson(std::stringstream &stream) : m_stream(stream) {}
-
+    void start(std::stringstream &) { m_document.clear(); }
     void begin(const char *name) { m_object = &m_document[name]; }
-    void member(uint32_t id, auto value) { (*m_object)[std::to_string(id)] = value; }
+    void member(uint32_t id, auto value) { m_object->emplace(key(id), value); }
     void end() {}
-    void finish() { m_stream << m_document; }
+    void finish(std::stringstream &stream) { stream << m_document; }
 
   private:
-    std::stringstream &m_stream;
     nlohmann::ordered_json m_document;
     nlohmann::ordered_json *m_object = nullptr;
 };
 
 class Insertion {
   public:
-    explicit Insertion(std::stringstream &stream) : m_stream(stream) {}
-
+    void start(std::stringstream &stream) { m_stream = &stream; }
     void begin(const char *name)
     {
-        m_stream << '"' << name << "\":{";
+        *m_stream << '"' << name << "\":{";
         m_separator = "";
     }
     void member(uint32_t id, auto value)
     {
-        m_stream << m_separator << '"' << id << "\":";
+        *m_stream << m_separator << '"' << id << "\":";
         if constexpr (std::is_arithmetic_v<decltype(value)>) {
-            m_stream << value;
+            *m_stream << value;
         } else {
-            m_stream << '"' << value << '"';
+            *m_stream << '"' << value << '"';
         }
         m_separator = ",";
     }
-    void end() { m_stream << '}'; }
-    void finish() {}
+    void end() { *m_stream << '}'; }
+    void finish(std::stringstream &) {}
 
   private:
-    std::stringstream &m_stream;
+    std::stringstream *m_stream = nullptr;
     const char *m_separator = "";
 };
 
+class Fmt {
+  public:
+    void start(std::stringstream &) { m_next = m_buffer; }
+    void begin(const char *name) { m_next = fmt::format_to(m_next, FMT_COMPILE("\"{}\":{{"), name); }
+    void member(uint32_t id, auto value)
+    {
+        if constexpr (std::is_arithmetic_v<decltype(value)>) {
+            m_next = fmt::format_to(m_next, FMT_COMPILE("\"{}\":{},"), key(id), value);
+        } else {
+            m_next = fmt::format_to(m_next, FMT_COMPILE("\"{}\":\"{}\","), key(id), value);
+        }
+    }
+    void end() { m_next[-1] = '}'; }
+    void finish(std::stringstream &stream) { stream.write(m_buffer, m_next - m_buffer); }
+
+  private:
+    char m_buffer[8192];
+    char *m_next = m_buffer;
+};
+
 template <class Writer>
-void peer(std::stringstream &stream, const all_status_settings_t &record)
+int32_t peer(Poll &poll)
 {
-    Writer writer(stream);
+    static Writer writer;
+    writer.start(poll.stream);
     writer.begin("status");
     for (const zv::StatusField &row : zv::status_fields) {
-        read_status(record.bytes, row, [&](auto value) { writer.member(row.id, value); });
+        read_status(poll.record->bytes, row, [&](auto value) { writer.member(row.id, value); });
     }
     writer.end();
     writer.begin("settings");
     for (const settings_field_t &row : settings_rows()) {
-        writer.member(row.id, read_setting(record, row));
+        writer.member(row.id, read_setting(*poll.record, row));
     }
     writer.end();
-    writer.finish();
+    writer.finish(poll.stream);
+    return WRITTEN;
 }
 
-using Write = void (*)(std::stringstream &, const all_status_settings_t &);
+constexpr Worker workers[] = {
+    {"documents", "library", library},
+    {"documents", "to_chars_table", table<ToChars>},
+    {"documents", "digit_table", table<DigitTable>},
+    {"documents", "rapidjson", peer<RapidJson>},
+    {"documents", "fmt", peer<Fmt>},
+    {"documents", "ostream", peer<Insertion>},
+    {"documents", "nlohmann_json", peer<NlohmannJson>},
+};
 
-// The text of the documents without what some peers put around or between them.
-std::string text_of(Write write, const all_status_settings_t &record)
-{
-    std::stringstream stream;
-    write(stream, record);
-    std::string text = stream.str();
-    std::erase_if(text,
-                  [](char character) { return std::string_view("{},\n").find(character) != std::string_view::npos; });
-    return text;
-}
-
-void write_documents(benchmark::State &state, Write write)
-{
-    for (const all_status_settings_t &record : records()) {
-        if (text_of(write, record) != text_of(table, record)) {
-            state.SkipWithError("not the same text");
-            return;
-        }
-    }
-    Rotation rotation;
-    std::stringstream stream;
-    for (auto _ : state) {
-        stream.seekp(0);
-        write(stream, rotation.next());
-    }
-}
-
-BENCHMARK_CAPTURE(write_documents, library, library)->Name("documents/library");
-BENCHMARK_CAPTURE(write_documents, table, table)->Name("documents/table");
-BENCHMARK_CAPTURE(write_documents, rapidjson, peer<RapidJson>)->Name("documents/rapidjson");
-BENCHMARK_CAPTURE(write_documents, nlohmann, peer<NlohmannJson>)->Name("documents/nlohmann-json");
-BENCHMARK_CAPTURE(write_documents, ostream, peer<Insertion>)->Name("documents/ostream");
+const bool added = add_workers(workers);
 
 } // namespace

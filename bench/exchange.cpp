@@ -1,7 +1,7 @@
 // Exchanges over message queues with a peer process, which answers everything at once: the library's beside bare
 // mq_send and mq_receive of messages of the same size. The two processes share one core, or have one each.
-#include "allocations.h"
 #include "camera_records.h"
+#include "measure.h"
 #include "queue_names.h"
 #include "remote_commands.h"
 #include "zvc_commands.h"
@@ -175,15 +175,14 @@ void remote_api(benchmark::State &state, Cores cores)
     context.mq_rx = reply.descriptor();
     uint8_t *payload = nullptr;
     uint16_t size = 0;
-    const uint64_t before = bench::allocations();
-    for (auto _ : state) {
+    bench::measure(state, [&] {
         if (zvc_send_remote_api_for_response(&context, REMOTE_GROUP_APP, zv::action_of(zv::REMOTE_APP_SHUTTER_START),
                                              &payload, &size) != ZV_OK ||
             size != 1) {
             state.SkipWithError("the exchange failed");
         }
-    }
-    if (bench::allocations() != before) {
+    });
+    if (state.counters[bench::ALLOCATIONS].value != 0) {
         state.SkipWithError("the exchange allocates memory");
     }
 }
@@ -200,12 +199,12 @@ void daemon_snapshot(benchmark::State &state, Cores cores)
     {
         const Peer peer(daemon.descriptor(), responses, daemon_answer(), cores);
         all_status_settings_t record;
-        for (auto _ : state) {
+        bench::measure(state, [&] {
             if (zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, record.bytes,
                                                          sizeof record.bytes, nullptr) != ZV_OK) {
                 state.SkipWithError("the exchange failed");
             }
-        }
+        });
     }
     mq_close(responses);
     zvcontrol_interface_close();
@@ -227,8 +226,8 @@ void wait_for(mqd_t answers)
     select(answers + 1, &readable, nullptr, nullptr, &limit);
 }
 
-template <bool WITH_WAIT>
-void bare(benchmark::State &state, size_t size, Cores cores)
+template <bool WITH_WAIT, size_t SIZE>
+void bare(benchmark::State &state, Cores cores)
 {
     const Queue requests("/bench_request", DAEMON_MSG_MAX);
     const Queue answers("/bench_answer", DAEMON_MSG_MAX);
@@ -236,10 +235,10 @@ void bare(benchmark::State &state, size_t size, Cores cores)
         state.SkipWithError(NO_QUEUE);
         return;
     }
-    const Peer peer(requests.descriptor(), answers.descriptor(), Bytes(size, 1), cores);
-    const Bytes request(size, 1);
+    const Peer peer(requests.descriptor(), answers.descriptor(), Bytes(SIZE, 1), cores);
+    const Bytes request(SIZE, 1);
     Bytes buffer(DAEMON_MSG_MAX);
-    for (auto _ : state) {
+    bench::measure(state, [&] {
         if constexpr (WITH_WAIT) {
             look_for_late(answers.descriptor());
         }
@@ -248,7 +247,7 @@ void bare(benchmark::State &state, size_t size, Cores cores)
             wait_for(answers.descriptor());
         }
         receive(answers.descriptor(), buffer);
-    }
+    });
 }
 
 constexpr size_t REMOTE_SIZE = 60; // about the size of a remote API request, and of its answer
@@ -267,11 +266,12 @@ void run(const char *name, void (*exchange)(benchmark::State &, Cores))
 }
 
 const bool registered = [] {
-    run("remote_api", remote_api);
-    run("bare_60_bytes", [](benchmark::State &state, Cores cores) { bare<false>(state, REMOTE_SIZE, cores); });
-    run("bare_60_bytes_with_wait", [](benchmark::State &state, Cores cores) { bare<true>(state, REMOTE_SIZE, cores); });
-    run("daemon_snapshot", daemon_snapshot);
-    run("bare_700_bytes", [](benchmark::State &state, Cores cores) { bare<false>(state, DAEMON_RECORD_SIZE, cores); });
+    run("remote_api/library", remote_api);
+    run("remote_api/bare_60_bytes", bare<false, REMOTE_SIZE>);
+    run("remote_api/bare_60_bytes_with_wait", bare<true, REMOTE_SIZE>);
+    run("daemon_snapshot/library", daemon_snapshot);
+    run("daemon_snapshot/bare_700_bytes", bare<false, DAEMON_RECORD_SIZE>);
+    run("daemon_snapshot/bare_700_bytes_with_wait", bare<true, DAEMON_RECORD_SIZE>);
     return true;
 }();
 

@@ -1,7 +1,7 @@
 // Log calls that the level keeps silent, a thousand of them, beside the test alone.
+#include "measure.h"
 #include "zvDbg.h"
 
-#include <benchmark/benchmark.h>
 #include <cstdlib>
 
 namespace {
@@ -16,24 +16,24 @@ int argument()
 
 void silent_log(benchmark::State &state)
 {
-    for (auto _ : state) {
+    bench::measure(state, [] {
         for (int i = 0; i < CALLS; ++i) {
             ZV_LOG(ZV_LOG_INFO, "%d", argument());
             benchmark::ClobberMemory();
         }
-    }
+    });
 }
 
 void bare_test(benchmark::State &state)
 {
-    for (auto _ : state) {
+    bench::measure(state, [] {
         for (int i = 0; i < CALLS; ++i) {
             if (g_logLevel >= ZV_LOG_INFO) {
                 argument();
             }
             benchmark::ClobberMemory();
         }
-    }
+    });
 }
 
 BENCHMARK(silent_log)->Name("silent_log/library");

@@ -1,9 +1,8 @@
-// From the firmware's values to the option ids: the library's look-up beside a direct table for each setting, first for
-// all settings of a record at once, then value by value. A look-up by value is a call in both.
+// From the firmware's values to the option ids, value by value: the library's look-up beside a direct table for each
+// setting. A look-up is a call in both.
+#include "measure.h"
 #include "records.h"
 #include "settings_values.h"
-
-#include <benchmark/benchmark.h>
 
 namespace {
 
@@ -27,31 +26,6 @@ std::vector<Values> values_of_records()
     return all;
 }
 
-void record_library(benchmark::State &state)
-{
-    std::vector<uint32_t> ids(SETTINGS_ALL_FIELDS_COUNT);
-    Rotation rotation;
-    for (auto _ : state) {
-        update_camera_settings(&rotation.next(), MODEL, ids);
-        benchmark::ClobberMemory();
-    }
-}
-
-void record_direct(benchmark::State &state)
-{
-    std::vector<uint32_t> ids(SETTINGS_ALL_FIELDS_COUNT);
-    const OptionTables &tables = option_tables();
-    const std::vector<settings_field_t> &rows = settings_rows();
-    Rotation rotation;
-    for (auto _ : state) {
-        const all_status_settings_t &record = rotation.next();
-        for (const settings_field_t &row : rows) {
-            ids[row.id] = tables.id(row.id, setting_value(record, row), flat_mode_of(record));
-        }
-        benchmark::ClobberMemory();
-    }
-}
-
 [[gnu::noinline]] uint32_t direct_id(uint32_t, uint32_t setting, uint32_t value, uint32_t flat_mode)
 {
     static const OptionTables &tables = option_tables();
@@ -65,18 +39,16 @@ void convert_values(benchmark::State &state, Convert convert)
     const std::vector<Values> all = values_of_records();
     const std::vector<settings_field_t> &rows = settings_rows();
     size_t i = 0;
-    for (auto _ : state) {
+    measure(state, [&] {
         i = i + 1 < all.size() ? i + 1 : 0;
         uint32_t sum = 0;
         for (size_t k = 0; k < rows.size(); ++k) {
             sum += convert(MODEL, rows[k].id, all[i].values[k], all[i].flat_mode);
         }
         benchmark::DoNotOptimize(sum);
-    }
+    });
 }
 
-BENCHMARK(record_library)->Name("record_option_ids/library");
-BENCHMARK(record_direct)->Name("record_option_ids/direct_tables");
 BENCHMARK_CAPTURE(convert_values, library, getOptionIdByValue)->Name("option_ids/library");
 BENCHMARK_CAPTURE(convert_values, direct, direct_id)->Name("option_ids/direct_tables");
 

@@ -14,21 +14,6 @@ inline constexpr size_t RECORD_COUNT = 1000;
 // RECORD_COUNT records, the same in every run. None holds a value that the library would log.
 const std::vector<all_status_settings_t> &records();
 
-// Goes through the records, again and again.
-class Rotation {
-  public:
-    const all_status_settings_t &next()
-    {
-        m_index = m_index + 1 < RECORD_COUNT ? m_index + 1 : 0;
-        return m_records[m_index];
-    }
-    size_t index() const { return m_index; }
-
-  private:
-    const all_status_settings_t *m_records = records().data();
-    size_t m_index = 0;
-};
-
 inline const appc_system_all_status &status_of(const all_status_settings_t &record)
 {
     return *reinterpret_cast<const appc_system_all_status *>(record.bytes + ALL_STATUS_OFFSET);

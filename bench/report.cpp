@@ -1,52 +1,127 @@
 #include "report.h"
 
-#include <algorithm>
+#include "measure.h"
+
 #include <cmath>
 #include <cstdio>
+#include <fstream>
 
 namespace bench {
+
+namespace {
+
+// The last part of the benchmarks' names.
+std::span<const char *const> names_of(Conditions conditions)
+{
+    static constexpr const char *regimes[] = {"/steady", "/moving", "/random", "/cold"};
+    static constexpr const char *cores[] = {"/two_cores", "/same_core"};
+    static constexpr const char *once[] = {""};
+    switch (conditions) {
+    case Conditions::REGIMES:
+        return regimes;
+    case Conditions::CORES:
+        return cores;
+    case Conditions::ONCE:
+        break;
+    }
+    return once;
+}
+
+void print_count(double count)
+{
+    if (count != 0) {
+        printf(" %9.0f", count);
+    } else {
+        printf(" %9s", "");
+    }
+}
+
+void print_goal(double figure, double goal, const char *format)
+{
+    char text[32] = "";
+    if (goal != 0) {
+        const int length = snprintf(text, sizeof text, format, goal);
+        snprintf(text + length, sizeof text - static_cast<size_t>(length), "%s", figure > goal ? " missed" : "");
+    }
+    printf(" %-16s", text);
+}
+
+void print_line(const std::string &name, const Figure &library, const char *peer_name, const Figure &peer,
+                double ratio_goal, double goal)
+{
+    const double time = library.nanoseconds();
+    printf("%-32s %11.1f", name.c_str(), time);
+    print_goal(time, goal, "%.0f ns");
+    if (peer_name != nullptr) {
+        const double ratio = std::round(100 * time / peer.nanoseconds()) / 100;
+        printf(" %-24s %11.1f %6.2f", peer_name, peer.nanoseconds(), ratio);
+        print_goal(ratio, ratio_goal, "%.2f");
+    } else {
+        printf(" %-24s %11s %6s %-16s", "", "", "", "");
+    }
+    printf(" %6.0f", library.allocations);
+    print_count(library.instructions);
+    print_count(peer.instructions);
+    printf("\n");
+}
+
+} // namespace
+
+double Figure::nanoseconds() const
+{
+    return times.empty() ? 0 : median(times);
+}
+
+Figures::Figures(const char *instructions)
+{
+    std::ifstream file(instructions != nullptr ? instructions : "");
+    std::string name;
+    double number = 0;
+    while (file >> name >> number) {
+        m_figures[name].instructions = number;
+    }
+}
 
 void Figures::ReportRuns(const std::vector<Run> &runs)
 {
     for (const Run &run : runs) {
+        const std::string &name = run.run_name.function_name;
         if (run.error_occurred) {
-            fprintf(stderr, "%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
+            fprintf(stderr, "%s: %s\n", name.c_str(), run.error_message.c_str());
             m_failed = true;
         } else if (run.run_type == Run::RT_Iteration) {
             const bool waits = !run.run_name.time_type.empty();
-            m_repetitions[run.run_name.function_name].push_back(waits ? run.GetAdjustedRealTime()
-                                                                      : run.GetAdjustedCPUTime());
+            Figure &figure = m_figures[name];
+            figure.times.push_back(waits ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime());
+            if (const auto found = run.counters.find(ALLOCATIONS); found != run.counters.end()) {
+                figure.allocations = found->second.value;
+            }
+            dump_instructions(name);
         }
     }
 }
 
-double Figures::median(const std::string &benchmark) const
+const Figure &Figures::of(const std::string &benchmark) const
 {
-    const auto found = m_repetitions.find(benchmark);
-    if (found == m_repetitions.end()) {
-        return 0;
-    }
-    std::vector<double> times = found->second;
-    const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-    std::nth_element(times.begin(), middle, times.end());
-    return *middle;
+    static const Figure none;
+    const auto found = m_figures.find(benchmark);
+    return found != m_figures.end() ? found->second : none;
 }
 
-void print(std::span<const Comparison> comparisons, const Figures &figures)
+void print(std::span<const Row> rows, const Figures &figures)
 {
-    printf("%-26s %12s  %-28s %12s %7s %6s\n", "library", "ns", "beside", "ns", "ratio", "goal");
-    for (const Comparison &row : comparisons) {
-        const double library = figures.median(row.library);
-        const double peer = figures.median(row.peer);
-        if (library == 0 || peer == 0) {
-            continue;
+    printf("%-32s %11s %-16s %-24s %11s %6s %-16s %6s %9s %9s\n", "library", "ns", "goal", "beside", "ns", "ratio",
+           "goal", "alloc.", "instr.", "peer's");
+    for (const Row &row : rows) {
+        const auto names = names_of(row.conditions);
+        for (size_t i = 0; i < names.size(); ++i) {
+            const std::string work = row.work;
+            const Figure &library = figures.of(work + "/library" + names[i]);
+            const Figure &peer = row.peer != nullptr ? figures.of(work + '/' + row.peer + names[i]) : figures.of("");
+            if (!library.times.empty() && (row.peer == nullptr || !peer.times.empty())) {
+                print_line(work + names[i], library, row.peer, peer, row.ratios[i], row.nanoseconds[i]);
+            }
         }
-        const double ratio = std::round(100 * library / peer) / 100;
-        printf("%-26s %12.1f  %-28s %12.1f %7.2f", row.library, library, row.peer, peer, ratio);
-        if (row.goal != 0) {
-            printf(" %6.2f%s", row.goal, ratio > row.goal ? "  missed" : "");
-        }
-        printf("\n");
     }
 }
 

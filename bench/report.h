@@ -1,6 +1,7 @@
 // The figures of a run, and what they are compared with.
 #pragma once
 
+#include <array>
 #include <benchmark/benchmark.h>
 #include <map>
 #include <span>
@@ -9,32 +10,49 @@
 
 namespace bench {
 
-// Collects the repetitions of every benchmark, and reports errors at once.
+// What was found out about one benchmark; 0 for what was not.
+struct Figure {
+    std::vector<double> times; // of one iteration in each repetition, in nanoseconds
+    double allocations = 0;    // of one iteration
+    double instructions = 0;
+
+    double nanoseconds() const; // the median
+};
+
+// Collects what the benchmarks give, by name, and reports errors at once. Times are the processor's, or the clock's for
+// a benchmark that waits (UseRealTime).
 class Figures : public benchmark::BenchmarkReporter {
   public:
+    // Takes the instructions from a file of lines "name number", where there is one.
+    explicit Figures(const char *instructions);
+
     bool ReportContext(const Context &) override { return true; }
     void ReportRuns(const std::vector<Run> &runs) override;
 
     // Whether a benchmark found a wrong result; a time is never a failure.
     bool failed() const { return m_failed; }
 
-    // Median time of one iteration, in nanoseconds: of the processor, or of the clock for a benchmark that waits
-    // (UseRealTime). 0 for a benchmark that did not run.
-    double median(const std::string &benchmark) const;
+    const Figure &of(const std::string &benchmark) const;
 
   private:
-    std::map<std::string, std::vector<double>> m_repetitions;
+    std::map<std::string, Figure> m_figures;
     bool m_failed = false;
 };
 
-// A benchmark of the library beside one of a peer.
-struct Comparison {
-    const char *library;
-    const char *peer;
-    double goal; // the highest ratio of the two that is good enough; 0: none is set
+// Under what conditions a row was measured; each gives a line of its own.
+enum class Conditions { REGIMES, CORES, ONCE };
+using Goals = std::array<double, 4>; // per condition; 0: none is set
+
+// "work/library" beside "work/peer", under each condition.
+struct Row {
+    Conditions conditions;
+    const char *work;
+    const char *peer;       // null: the library alone
+    Goals ratios = {};      // the highest ratios of the two that are good enough
+    Goals nanoseconds = {}; // the library's highest times that are good enough
 };
 
-// One line for each comparison whose benchmarks have both run.
-void print(std::span<const Comparison> comparisons, const Figures &figures);
+// The table. A row whose benchmarks have not run is left out.
+void print(std::span<const Row> rows, const Figures &figures);
 
 } // namespace bench

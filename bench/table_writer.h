@@ -1,16 +1,19 @@
-// The peer that the documents are compared with: a table-driven writer with known keys and std::to_chars.
+// The peer that the poll's work is compared with: table-driven, with known keys; how it writes a number is the
+// parameter (numbers.h).
 #pragma once
 
+#include "numbers.h"
 #include "records.h"
 #include "settings_values.h"
 #include "status_values.h"
 
-#include <charconv>
+#include <sstream>
 #include <string>
 #include <vector>
 
 namespace bench {
 
+template <class Number>
 class TableWriter {
   public:
     TableWriter()
@@ -39,27 +42,51 @@ class TableWriter {
 
         next = append(buffer, "\"settings\":{");
         for (const auto &row : m_settings) {
-            const uint32_t value = setting_value(record, row.field);
-            next = number(row.key.append(next), m_options.id(row.field.id, value, flat_mode_of(record)));
+            next = Number::write(row.key.append(next), setting(row, record));
             *next++ = ',';
         }
         next[-1] = '}';
         stream.write(buffer, next - buffer);
     }
 
-    // How many members of the status differ from the cache.
-    int32_t compare(const all_status_settings_t &record, std::vector<std::string> &cache) const
+    // The status members whose text is not the cache's, in one block; returns their number.
+    int32_t write_changes(std::stringstream &stream, const all_status_settings_t &record,
+                          std::vector<std::string> &cache) const
     {
         char buffer[BUFFER_SIZE];
+        char *next = buffer;
         int32_t count = 0;
         for (const auto &row : m_status) {
-            const auto size = static_cast<size_t>(status_member(buffer, row, record) - buffer);
+            char *end = status_member(next, row, record);
+            const auto size = static_cast<size_t>(end - next);
             std::string &cached = cache[row.field.id];
-            if (size != cached.size() || memcmp(buffer, cached.data(), size) != 0) {
-                cached.assign(buffer, size);
+            if (size != cached.size() || memcmp(next, cached.data(), size) != 0) {
+                cached.assign(next, size);
+                ++count;
+                *end++ = ',';
+                next = end;
+            }
+        }
+        write_members(stream, buffer, next);
+        return count;
+    }
+
+    // The settings whose option is not the one of before, in one block; returns their number.
+    int32_t write_settings_changes(std::stringstream &stream, const all_status_settings_t &record,
+                                   const all_status_settings_t &previous) const
+    {
+        char buffer[BUFFER_SIZE];
+        char *next = buffer;
+        int32_t count = 0;
+        for (const auto &row : m_settings) {
+            const uint32_t option = setting(row, record);
+            if (option != setting(row, previous)) {
+                next = Number::write(row.key.append(next), option);
+                *next++ = ',';
                 ++count;
             }
         }
+        write_members(stream, buffer, next);
         return count;
     }
 
@@ -99,14 +126,20 @@ class TableWriter {
         return next + text.size();
     }
 
-    static char *number(char *next, auto value) { return std::to_chars(next, next + 20, value).ptr; }
+    // Without the comma after the last one.
+    static void write_members(std::stringstream &stream, const char *begin, const char *end)
+    {
+        if (end != begin) {
+            stream.write(begin, end - begin - 1);
+        }
+    }
 
     static char *status_member(char *next, const Row<zv::StatusField> &row, const all_status_settings_t &record)
     {
         next = row.key.append(next);
         read_status(record.bytes, row.field, [&](auto value) {
             if constexpr (std::is_arithmetic_v<decltype(value)>) {
-                next = number(next, value);
+                next = Number::write(next, value);
             } else {
                 *next++ = '"';
                 next = append(next, value);
@@ -116,9 +149,21 @@ class TableWriter {
         return next;
     }
 
+    uint32_t setting(const Row<settings_field_t> &row, const all_status_settings_t &record) const
+    {
+        return m_options.id(row.field.id, setting_value(record, row.field), flat_mode_of(record));
+    }
+
     std::vector<Row<zv::StatusField>> m_status;
     std::vector<Row<settings_field_t>> m_settings;
     const OptionTables &m_options = option_tables();
 };
+
+template <class Number>
+const TableWriter<Number> &table_writer()
+{
+    static const TableWriter<Number> writer;
+    return writer;
+}
 
 } // namespace bench

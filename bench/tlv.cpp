@@ -1,9 +1,9 @@
 // Building and checking one message of six elements, the library's way and written by hand for this message alone.
 #include "bytes.h"
+#include "measure.h"
 #include "queue_names.h"
 #include "zvTlv.h"
 
-#include <benchmark/benchmark.h>
 #include <cstring>
 #include <string_view>
 
@@ -104,14 +104,14 @@ void build_and_check(benchmark::State &state, Build build)
     zvIoBuf_t message = {};
     message.size = sizeof message.buf;
     size_t i = 0;
-    for (auto _ : state) {
+    bench::measure(state, [&] {
         i = i + 1 < std::size(contents) ? i + 1 : 0;
         if (!build(message, contents[i])) {
             state.SkipWithError("an invalid message");
         }
         benchmark::DoNotOptimize(message.buf);
         benchmark::ClobberMemory();
-    }
+    });
 }
 
 BENCHMARK_CAPTURE(build_and_check, library, library)->Name("tlv_message/library");
