@@ -152,8 +152,8 @@ int32_t peer(Poll &poll)
     }
     writer.end();
     writer.begin("settings");
-    for (const settings_field_t &row : settings_rows()) {
-        writer.member(row.id, read_setting(*poll.record, row));
+    for (const SettingRow &row : settings_rows()) {
+        writer.member(row.field.id, read_setting(*poll.record, row));
     }
     writer.end();
     writer.finish(poll.stream);

@@ -22,7 +22,8 @@ struct DigitTable {
             return ToChars::write(next, value);
         }
         const Digits &digits = TABLE[static_cast<size_t>(value)];
-        memcpy(next, digits.text, sizeof digits.text);
+        memcpy(next, digits.text,
+               sizeof digits.text); // one block of four bytes, of which the next text overwrites the rest
         return next + digits.size;
     }
 
@@ -30,7 +31,7 @@ struct DigitTable {
     static constexpr size_t COUNT = 256;
 
     struct Digits {
-        char text[3];
+        char text[4];
         uint8_t size;
     };
 

@@ -19,7 +19,7 @@ std::vector<Values> values_of_records()
     std::vector<Values> all;
     for (const all_status_settings_t &record : records()) {
         Values &made = all.emplace_back(Values{flat_mode_of(record), {}});
-        for (const settings_field_t &row : settings_rows()) {
+        for (const SettingRow &row : settings_rows()) {
             made.values.push_back(setting_value(record, row));
         }
     }
@@ -28,8 +28,14 @@ std::vector<Values> values_of_records()
 
 [[gnu::noinline]] uint32_t direct_id(uint32_t, uint32_t setting, uint32_t value, uint32_t flat_mode)
 {
-    static const OptionTables &tables = option_tables();
-    return tables.id(setting, value, flat_mode);
+    static const auto rows = [] {
+        std::array<const SettingRow *, zv::SETTINGS_END_ROW> by_id = {};
+        for (const SettingRow &row : settings_rows()) {
+            by_id[row.field.id] = &row;
+        }
+        return by_id;
+    }();
+    return rows[setting]->id(value, flat_mode);
 }
 
 using Convert = uint32_t (*)(uint32_t model, uint32_t setting, uint32_t value, uint32_t flat_mode);
@@ -37,13 +43,13 @@ using Convert = uint32_t (*)(uint32_t model, uint32_t setting, uint32_t value, u
 void convert_values(benchmark::State &state, Convert convert)
 {
     const std::vector<Values> all = values_of_records();
-    const std::vector<settings_field_t> &rows = settings_rows();
+    const std::vector<SettingRow> &rows = settings_rows();
     size_t i = 0;
     measure(state, [&] {
         i = i + 1 < all.size() ? i + 1 : 0;
         uint32_t sum = 0;
         for (size_t k = 0; k < rows.size(); ++k) {
-            sum += convert(MODEL, rows[k].id, all[i].values[k], all[i].flat_mode);
+            sum += convert(MODEL, rows[k].field.id, all[i].values[k], all[i].flat_mode);
         }
         benchmark::DoNotOptimize(sum);
     });

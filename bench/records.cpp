@@ -30,8 +30,8 @@ class Maker {
         constexpr uint8_t flat_modes[] = {12, 13, 15, 16, 17, 18, 19, 20, 21, 24, 25, 26, 27, 29, 30, 31};
         status[STATUS_APP_CURRENT_MODE] = flat_modes[below(sizeof flat_modes)];
         uint8_t *settings = record.bytes + ALL_SETTINGS_OFFSET;
-        for (const settings_field_t &row : settings_rows()) {
-            listed_value(settings + row.offset, row);
+        for (const SettingRow &row : settings_rows()) {
+            listed_value(settings + row.field.offset, row.field);
         }
         settings[SETTINGS_SETUP_CURRENT_FLAT_MODE] = status[STATUS_APP_CURRENT_MODE];
         zv::put_le32(status + STATUS_APP_ACTIVE_PRESETS_GROUP, below(6));
@@ -49,11 +49,11 @@ class Maker {
     bool one_in(unsigned count) { return m_random() % count == 0; }
 
     // A value of one of the setting's options.
-    void listed_value(uint8_t *field, const settings_field_t &row)
+    void listed_value(uint8_t *field, const settings_field_t &setting)
     {
-        const auto &options = getOptionIds(MODEL).at(row.id);
+        const auto &options = getOptionIds(MODEL).at(setting.id);
         const uint32_t value = std::next(options.begin(), below(static_cast<unsigned>(options.size())))->second;
-        if (row.size == 4) {
+        if (setting.size == 4) {
             zv::put_le32(field, value);
         } else {
             *field = static_cast<uint8_t>(value);

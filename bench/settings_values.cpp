@@ -2,24 +2,14 @@
 
 namespace bench {
 
-const std::vector<settings_field_t> &settings_rows()
-{
-    static const std::vector<settings_field_t> rows = [] {
-        std::vector<settings_field_t> found;
-        for (const settings_field_t &row : zv::settings_all_fields_sable_knoll) {
-            if (row.id != 0 && row.id != zv::SETTINGS_END_ID) {
-                found.push_back(row);
-            }
-        }
-        return found;
-    }();
-    return rows;
-}
+namespace {
 
-OptionTables::Table OptionTables::make(uint32_t setting, uint32_t flat_mode)
+constexpr uint32_t FLAT_MODES = 32;
+
+OptionTable table_of(uint32_t setting, uint32_t flat_mode)
 {
-    Table table = {};
-    for (uint32_t value = 0; value < LISTED; ++value) {
+    OptionTable table = {};
+    for (uint32_t value = 0; value < OptionTable::LISTED; ++value) {
         table.ids[value] = getOptionIdByValue(MODEL, setting, value, flat_mode);
     }
     constexpr uint32_t LARGE = 4000000; // a listed bit rate
@@ -28,22 +18,33 @@ OptionTables::Table OptionTables::make(uint32_t setting, uint32_t flat_mode)
     return table;
 }
 
-OptionTables::OptionTables()
+SettingRow row_of(const settings_field_t &field)
 {
-    for (const settings_field_t &row : settings_rows()) {
-        m_tables[row.id] = make(row.id, 0);
+    const zv::Read way = zv::info_of(field.id).read.way;
+    SettingRow row = {field, way == zv::Read::PLAIN && field.size == 1, 0, {}};
+    if (way == zv::Read::SHORTCUT) { // the slots share values, which the flat mode tells apart
+        row.flat_modes = FLAT_MODES - 1;
     }
-    for (uint32_t slot = 0; slot < m_shortcuts.size(); ++slot) {
-        for (uint32_t flat_mode = 0; flat_mode < FLAT_MODES; ++flat_mode) {
-            m_shortcuts[slot][flat_mode] = make(129 + slot, flat_mode);
-        }
+    for (uint32_t flat_mode = 0; flat_mode <= row.flat_modes; ++flat_mode) {
+        row.tables.push_back(table_of(field.id, flat_mode));
     }
+    return row;
 }
 
-const OptionTables &option_tables()
+} // namespace
+
+const std::vector<SettingRow> &settings_rows()
 {
-    static const OptionTables tables;
-    return tables;
+    static const std::vector<SettingRow> rows = [] {
+        std::vector<SettingRow> made;
+        for (const settings_field_t &field : zv::settings_all_fields_sable_knoll) {
+            if (field.id != 0 && field.id != zv::SETTINGS_END_ID) {
+                made.push_back(row_of(field));
+            }
+        }
+        return made;
+    }();
+    return rows;
 }
 
 } // namespace bench

@@ -23,8 +23,8 @@ class TableWriter {
                 m_status.push_back({Key(row.id), row});
             }
         }
-        for (const settings_field_t &row : settings_rows()) {
-            m_settings.push_back({Key(row.id), row});
+        for (const SettingRow &row : settings_rows()) {
+            m_settings.push_back({Key(row.field.id), row});
         }
     }
 
@@ -42,7 +42,7 @@ class TableWriter {
 
         next = append(buffer, "\"settings\":{");
         for (const auto &row : m_settings) {
-            next = Number::write(row.key.append(next), setting(row, record));
+            next = Number::write(row.key.append(next), read_setting(record, row.field));
             *next++ = ',';
         }
         next[-1] = '}';
@@ -79,8 +79,8 @@ class TableWriter {
         char *next = buffer;
         int32_t count = 0;
         for (const auto &row : m_settings) {
-            const uint32_t option = setting(row, record);
-            if (option != setting(row, previous)) {
+            const uint32_t option = read_setting(record, row.field);
+            if (option != read_setting(previous, row.field)) {
                 next = Number::write(row.key.append(next), option);
                 *next++ = ',';
                 ++count;
@@ -149,14 +149,8 @@ class TableWriter {
         return next;
     }
 
-    uint32_t setting(const Row<settings_field_t> &row, const all_status_settings_t &record) const
-    {
-        return m_options.id(row.field.id, setting_value(record, row.field), flat_mode_of(record));
-    }
-
     std::vector<Row<zv::StatusField>> m_status;
-    std::vector<Row<settings_field_t>> m_settings;
-    const OptionTables &m_options = option_tables();
+    std::vector<Row<SettingRow>> m_settings;
 };
 
 template <class Number>

@@ -40,8 +40,8 @@ int32_t settings_library(Poll &poll)
 
 int32_t settings_table(Poll &poll)
 {
-    for (const settings_field_t &row : settings_rows()) {
-        poll.values[row.id] = read_setting(*poll.record, row);
+    for (const SettingRow &row : settings_rows()) {
+        poll.values[row.field.id] = read_setting(*poll.record, row);
     }
     return 0;
 }
