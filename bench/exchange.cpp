@@ -1,16 +1,19 @@
 // Exchanges over message queues with a peer process, which answers everything at once: the library's beside bare
 // mq_send and mq_receive of messages of the same size. The two processes share one core, or have one each.
+#include "bytes.h"
 #include "camera_records.h"
 #include "measure.h"
+#include "process.h"
 #include "queue_names.h"
 #include "remote_commands.h"
 #include "zvc_commands.h"
 #include "zvcontrol_if.h"
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstring>
 #include <fcntl.h>
-#include <sched.h>
+#include <functional>
 #include <string>
 #include <sys/prctl.h>
 #include <sys/select.h>
@@ -20,36 +23,10 @@
 
 namespace {
 
+using bench::Cores;
 using Bytes = std::vector<uint8_t>;
 
 constexpr long DEPTH = 5;
-
-enum class Cores { SAME, TWO };
-
-// The first two processors that this process may use; the same one twice where there is no second.
-std::pair<int, int> processors()
-{
-    static const std::pair<int, int> found = [] {
-        cpu_set_t allowed;
-        sched_getaffinity(0, sizeof allowed, &allowed);
-        std::vector<int> numbers;
-        for (int i = 0; i < CPU_SETSIZE; ++i) {
-            if (CPU_ISSET(i, &allowed)) {
-                numbers.push_back(i);
-            }
-        }
-        return std::pair(numbers.front(), numbers.size() > 1 ? numbers[1] : numbers[0]);
-    }();
-    return found;
-}
-
-void run_on(int processor)
-{
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    CPU_SET(processor, &set);
-    sched_setaffinity(0, sizeof set, &set);
-}
 
 // A queue that this program makes and removes, open for both ends. One that exists already is another program's.
 class Queue {
@@ -97,11 +74,11 @@ class Peer {
     Peer(mqd_t requests, mqd_t answers, const Bytes &answer, Cores cores) : m_requests(requests)
     {
         Bytes buffer(DAEMON_MSG_MAX);
-        run_on(processors().first);
+        bench::run_as_client();
         m_process = fork();
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
-            run_on(cores == Cores::SAME ? processors().first : processors().second);
+            bench::run_as_peer(cores);
             while (receive(requests, buffer) > 0) {
                 send(answers, answer);
             }
@@ -135,32 +112,35 @@ Bytes text(const char *characters)
     return {characters, characters + strlen(characters)};
 }
 
-// The camera's answer to a remote API call: acknowledge, error, and a payload of one byte.
-Bytes camera_answer()
+// The camera's answer to a remote API call: acknowledge, error, and a payload.
+Bytes camera_answer(size_t payload)
 {
+    Bytes answer(7 + payload, 0x42);
+    std::fill_n(answer.begin(), 5, 0);
+    zv::put_be16(answer.data() + 5, static_cast<uint16_t>(payload));
     Bytes message(4);
     sntlv_msg_init(message.data(), 4, zv::CATEGORY_CAMERA + 1);
     add(message, TLV_CMD, text(zv::REMOTE_API_COMMAND));
     add(message, TLV_CMDARG, {0, 1, 9, 0, 0});
-    add(message, TLV_RSPARG, {0, 0, 0, 0, 0, 0, 1, 0x42});
+    add(message, TLV_RSPARG, answer);
     add(message, TLV_SRC, text(zv::CAMERA_QUEUE));
     add(message, TLV_DST, text("/bench_reply"));
     add(message, TLV_END, {});
     return message;
 }
 
-// The daemon's answer to a snapshot request: return code 0 and the record.
-Bytes daemon_answer()
+// The daemon's answer: return code 0 and a payload, such as a snapshot record.
+Bytes daemon_answer(size_t payload)
 {
     Bytes message(4);
     sntlv_msg_init(message.data(), 4, CAT_ZVCTRL_RSP);
     add(message, TLV_RSP, Bytes(4));
-    add(message, TLV_RSPARG, Bytes(sizeof(all_status_settings_t), 7));
+    add(message, TLV_RSPARG, Bytes(payload, 7));
     add(message, TLV_END, {});
     return message;
 }
 
-void remote_api(benchmark::State &state, Cores cores)
+void remote_api(benchmark::State &state, Cores cores, size_t expected)
 {
     const Queue relay("/bench_relay", ZVMSG_MAX);
     const Queue reply("/bench_reply", ZVMSG_MAX);
@@ -168,7 +148,7 @@ void remote_api(benchmark::State &state, Cores cores)
         state.SkipWithError(NO_QUEUE);
         return;
     }
-    const Peer peer(relay.descriptor(), reply.descriptor(), camera_answer(), cores);
+    const Peer peer(relay.descriptor(), reply.descriptor(), camera_answer(expected), cores);
     zvc_msg_q_context_t context = {};
     context.mbox_name = reply.name();
     context.mq_tx = relay.descriptor();
@@ -178,7 +158,7 @@ void remote_api(benchmark::State &state, Cores cores)
     bench::measure(state, [&] {
         if (zvc_send_remote_api_for_response(&context, REMOTE_GROUP_APP, zv::action_of(zv::REMOTE_APP_SHUTTER_START),
                                              &payload, &size) != ZV_OK ||
-            size != 1) {
+            size != expected) {
             state.SkipWithError("the exchange failed");
         }
     });
@@ -187,7 +167,7 @@ void remote_api(benchmark::State &state, Cores cores)
     }
 }
 
-void daemon_snapshot(benchmark::State &state, Cores cores)
+void daemon_exchange(benchmark::State &state, Cores cores, size_t size)
 {
     const Queue daemon(zv::DAEMON_QUEUE, DAEMON_MSG_MAX);
     if (!daemon.is_open() || zvcontrol_interface_open() != ZV_OK) {
@@ -197,11 +177,11 @@ void daemon_snapshot(benchmark::State &state, Cores cores)
     const std::string response_name = zv::RESPONSE_QUEUE_PREFIX + std::to_string(getpid());
     const mqd_t responses = mq_open(response_name.c_str(), O_WRONLY);
     {
-        const Peer peer(daemon.descriptor(), responses, daemon_answer(), cores);
-        all_status_settings_t record;
+        const Peer peer(daemon.descriptor(), responses, daemon_answer(size), cores);
+        Bytes payload(size);
         bench::measure(state, [&] {
-            if (zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, record.bytes,
-                                                         sizeof record.bytes, nullptr) != ZV_OK) {
+            if (zvcontrol_send_command_param_response_ex(ZVCONTROL_GET_ALL_SETTINGS_STATUS, nullptr, 0, payload.data(),
+                                                         static_cast<uint16_t>(size), nullptr) != ZV_OK) {
                 state.SkipWithError("the exchange failed");
             }
         });
@@ -256,22 +236,39 @@ constexpr size_t DAEMON_RECORD_SIZE = 700;
 // An exchange takes microseconds on one core, and a hundred where a core must wake up: longer runs.
 constexpr double SECONDS = 0.1;
 
-void run(const char *name, void (*exchange)(benchmark::State &, Cores))
+using Exchange = std::function<void(benchmark::State &, Cores)>;
+
+void run(const std::string &name, Cores cores, const Exchange &exchange)
 {
-    for (const auto &[suffix, cores] : {std::pair("/same_core", Cores::SAME), std::pair("/two_cores", Cores::TWO)}) {
-        benchmark::RegisterBenchmark((std::string(name) + suffix).c_str(), exchange, cores)
-            ->UseRealTime()
-            ->MinTime(SECONDS);
+    benchmark::RegisterBenchmark(name.c_str(), exchange, cores)->UseRealTime()->MinTime(SECONDS);
+}
+
+void run_on_both(const std::string &name, const Exchange &exchange)
+{
+    run(name + "/two_cores", Cores::TWO, exchange);
+    run(name + "/same_core", Cores::SAME, exchange);
+}
+
+// How an exchange grows with its payload, on one core.
+void run_with_payloads(const std::string &name, void (*exchange)(benchmark::State &, Cores, size_t),
+                       std::initializer_list<size_t> sizes)
+{
+    for (const size_t size : sizes) {
+        run(name + '/' + std::to_string(size), Cores::SAME,
+            [=](benchmark::State &state, Cores cores) { exchange(state, cores, size); });
     }
 }
 
 const bool registered = [] {
-    run("remote_api/library", remote_api);
-    run("remote_api/bare_60_bytes", bare<false, REMOTE_SIZE>);
-    run("remote_api/bare_60_bytes_with_wait", bare<true, REMOTE_SIZE>);
-    run("daemon_snapshot/library", daemon_snapshot);
-    run("daemon_snapshot/bare_700_bytes", bare<false, DAEMON_RECORD_SIZE>);
-    run("daemon_snapshot/bare_700_bytes_with_wait", bare<true, DAEMON_RECORD_SIZE>);
+    run_on_both("remote_api/library", [](auto &state, Cores cores) { remote_api(state, cores, 1); });
+    run_on_both("remote_api/bare_60_bytes", bare<false, REMOTE_SIZE>);
+    run_on_both("remote_api/bare_60_bytes_with_wait", bare<true, REMOTE_SIZE>);
+    run_on_both("daemon_snapshot/library",
+                [](auto &state, Cores cores) { daemon_exchange(state, cores, sizeof(all_status_settings_t)); });
+    run_on_both("daemon_snapshot/bare_700_bytes", bare<false, DAEMON_RECORD_SIZE>);
+    run_on_both("daemon_snapshot/bare_700_bytes_with_wait", bare<true, DAEMON_RECORD_SIZE>);
+    run_with_payloads("remote_payload", remote_api, {1, 100, 400, 1400});            // a message has ZVMSG_MAX bytes
+    run_with_payloads("daemon_payload", daemon_exchange, {1, 100, 634, 3000, 9900}); // and DAEMON_MSG_MAX
     return true;
 }();
 

@@ -1,7 +1,7 @@
 #include "library.h"
 
-#include "allocations.h"
 #include "camera_settings.h"
+#include "process.h"
 #include "records.h"
 
 #include <algorithm>
@@ -11,7 +11,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <malloc.h>
-#include <spawn.h>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,32 +18,26 @@
 
 namespace {
 
-constexpr long SIZE_GOAL = 400; // KiB
+// In KiB.
+constexpr long SIZE_GOAL = 400;
+constexpr long ZVCAM_GOAL = 459; // 470,000 bytes
 constexpr long MEMORY_GOAL = 400;
 
-// What the loader prints: `what` is "time" or "memory". 0 when it fails.
-long run_loader(const char *what, const char *library)
+// What the loader prints: `what` is "time" or "memory".
+double run_loader(const char *what, const char *library)
 {
-    const std::string command = std::string(ZVBENCH_LOADER) + ' ' + what + ' ' + library;
-    FILE *output = popen(command.c_str(), "r");
-    if (output == nullptr) {
-        return 0;
-    }
-    char line[32] = {};
-    const bool read = fgets(line, sizeof line, output) != nullptr;
-    pclose(output);
-    return read ? strtol(line, nullptr, 10) : 0;
+    return bench::number_printed_by(std::string(ZVBENCH_LOADER) + ' ' + what + ' ' + library);
 }
 
 // Of the loading alone, as dlopen does it; a service's start holds more.
 void load(benchmark::State &state, const char *library)
 {
     for (auto _ : state) {
-        const long nanoseconds = run_loader("time", library);
+        const double nanoseconds = run_loader("time", library);
         if (nanoseconds == 0) {
             state.SkipWithError("the library does not load");
         }
-        state.SetIterationTime(static_cast<double>(nanoseconds) * 1e-9);
+        state.SetIterationTime(nanoseconds * 1e-9);
     }
 }
 
@@ -59,13 +52,10 @@ struct FirstCall {
 void start(benchmark::State &state, const char *program)
 {
     for (auto _ : state) {
-        pid_t process = 0;
-        const char *arguments[] = {program, nullptr};
-        if (posix_spawn(&process, program, nullptr, nullptr, const_cast<char **>(arguments), environ) != 0) {
+        if (!bench::run_program(program, nullptr)) {
             state.SkipWithError("the program does not start");
             break;
         }
-        waitpid(process, nullptr, 0);
     }
 }
 
@@ -98,6 +88,11 @@ FirstCall first_filters()
     _exit(written ? 0 : 1);
 }
 
+long file_size(const char *path)
+{
+    return static_cast<long>(std::filesystem::file_size(path));
+}
+
 void print_size(const char *what, long bytes, long goal)
 {
     const long kibibytes = (bytes + 1023) / 1024;
@@ -114,9 +109,10 @@ void bench::print_library()
     const FirstCall &median = calls[calls.size() / 2];
 
     printf("\n");
-    print_size("stripped size", static_cast<long>(std::filesystem::file_size(ZVBENCH_STRIPPED)), SIZE_GOAL);
+    print_size("library, stripped", file_size(ZVBENCH_STRIPPED), SIZE_GOAL);
+    print_size("zvcam, stripped", file_size(ZVBENCH_STRIPPED_ZVCAM), ZVCAM_GOAL);
     // Of a copy, whose pages this process does not share.
-    print_size("private memory after a poll", run_loader("memory", ZVBENCH_STRIPPED), MEMORY_GOAL);
+    print_size("private memory after a poll", static_cast<long>(run_loader("memory", ZVBENCH_STRIPPED)), MEMORY_GOAL);
     printf("%-32s %6.1f us, %ld KiB\n", "first getCameraFilters", static_cast<double>(median.nanoseconds) / 1000,
            static_cast<long>(median.bytes / 1024));
 }

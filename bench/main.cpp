@@ -31,8 +31,23 @@ constexpr bench::Row rows[] = {
     {CORES, "remote_api", "bare_60_bytes_with_wait", {1.1, 1.1}},
     {CORES, "daemon_snapshot", "bare_700_bytes", {1.3, 1.6}},
     {CORES, "daemon_snapshot", "bare_700_bytes_with_wait", {1.1, 1.1}},
+    {CORES, "poll", nullptr, {}, {20000, 20000}},
+    {ONCE, "poll_without_exchange", nullptr},
+    {ONCE, "zvcam_status", "busctl_version", {}, {2200000}},
     {ONCE, "start", "empty_library", {1.3}},
     {ONCE, "load", "empty_library", {1.4}},
+};
+
+constexpr bench::Series series[] = {
+    {"status_members", "status document, members"},
+    {"settings_members", "settings document, members"},
+    {"status_letters", "status document, letters of its two texts"},
+    {"status_digits", "status document, digits of its 15 32-bit numbers"},
+    {"changed_members", "status changes, members that differ"},
+    {"caches", "status changes, caches served in turn"},
+    {"remote_payload", "remote API exchange, bytes of the answer"},
+    {"daemon_payload", "daemon exchange, bytes of the answer"},
+    {"clients", "whole poll, clients at once"},
 };
 
 std::vector<std::string> default_options()
@@ -66,6 +81,7 @@ int main(int argc, char **argv)
     benchmark::RunSpecifiedBenchmarks(&figures);
     if (!bench::is_counting_instructions()) {
         bench::print(rows, figures);
+        bench::print(series, figures);
         bench::print_library();
     }
     return figures.failed() ? 1 : 0;

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 
 namespace bench {
@@ -27,12 +28,12 @@ std::span<const char *const> names_of(Conditions conditions)
     return once;
 }
 
-void print_count(double count)
+void print_count(bool is_known, double count, int width)
 {
-    if (count != 0) {
-        printf(" %9.0f", count);
+    if (is_known) {
+        printf(" %*.0f", width, count);
     } else {
-        printf(" %9s", "");
+        printf(" %*s", width, "");
     }
 }
 
@@ -59,9 +60,9 @@ void print_line(const std::string &name, const Figure &library, const char *peer
     } else {
         printf(" %-24s %11s %6s %-16s", "", "", "", "");
     }
-    printf(" %6.0f", library.allocations);
-    print_count(library.instructions);
-    print_count(peer.instructions);
+    print_count(library.allocations.has_value(), library.allocations.value_or(0), 6);
+    print_count(library.instructions != 0, library.instructions, 9);
+    print_count(peer.instructions != 0, peer.instructions, 9);
     printf("\n");
 }
 
@@ -108,6 +109,29 @@ const Figure &Figures::of(const std::string &benchmark) const
     return found != m_figures.end() ? found->second : none;
 }
 
+std::map<int, double> Figures::series(const std::string &name) const
+{
+    std::map<int, double> found;
+    for (const auto &[benchmark, figure] : m_figures) {
+        if (benchmark.starts_with(name + '/') && !figure.times.empty()) {
+            found[atoi(benchmark.c_str() + name.size() + 1)] = figure.nanoseconds();
+        }
+    }
+    return found;
+}
+
+void print(std::span<const Series> all, const Figures &figures)
+{
+    printf("\nns of one call, by number\n");
+    for (const Series &series : all) {
+        printf("%-24s %-40s", series.name, series.number);
+        for (const auto &[number, nanoseconds] : figures.series(series.name)) {
+            printf(" %5d: %-9.0f", number, nanoseconds);
+        }
+        printf("\n");
+    }
+}
+
 void print(std::span<const Row> rows, const Figures &figures)
 {
     printf("%-32s %11s %-16s %-24s %11s %6s %-16s %6s %9s %9s\n", "library", "ns", "goal", "beside", "ns", "ratio",
@@ -118,8 +142,9 @@ void print(std::span<const Row> rows, const Figures &figures)
             const std::string work = row.work;
             const Figure &library = figures.of(work + "/library" + names[i]);
             const Figure &peer = row.peer != nullptr ? figures.of(work + '/' + row.peer + names[i]) : figures.of("");
-            if (!library.times.empty() && (row.peer == nullptr || !peer.times.empty())) {
-                print_line(work + names[i], library, row.peer, peer, row.ratios[i], row.nanoseconds[i]);
+            if (!library.times.empty()) {
+                const char *peer_name = peer.times.empty() ? nullptr : row.peer;
+                print_line(work + names[i], library, peer_name, peer, row.ratios[i], row.nanoseconds[i]);
             }
         }
     }

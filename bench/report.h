@@ -4,6 +4,7 @@
 #include <array>
 #include <benchmark/benchmark.h>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -13,8 +14,8 @@ namespace bench {
 // What was found out about one benchmark; 0 for what was not.
 struct Figure {
     std::vector<double> times; // of one iteration in each repetition, in nanoseconds
-    double allocations = 0;    // of one iteration
-    double instructions = 0;
+    double instructions = 0;   // of one iteration, as are:
+    std::optional<double> allocations = {};
 
     double nanoseconds() const; // the median
 };
@@ -34,6 +35,9 @@ class Figures : public benchmark::BenchmarkReporter {
 
     const Figure &of(const std::string &benchmark) const;
 
+    // The times of the benchmarks "name/number", by the number.
+    std::map<int, double> series(const std::string &name) const;
+
   private:
     std::map<std::string, Figure> m_figures;
     bool m_failed = false;
@@ -47,12 +51,21 @@ using Goals = std::array<double, 4>; // per condition; 0: none is set
 struct Row {
     Conditions conditions;
     const char *work;
-    const char *peer;       // null: the library alone
+    const char *peer;       // null, or one that has not run: the library alone
     Goals ratios = {};      // the highest ratios of the two that are good enough
     Goals nanoseconds = {}; // the library's highest times that are good enough
 };
 
-// The table. A row whose benchmarks have not run is left out.
+// How the time of one thing grows: the benchmarks "name/number".
+struct Series {
+    const char *name;
+    const char *number; // what it counts
+};
+
+// One line for each series.
+void print(std::span<const Series> all, const Figures &figures);
+
+// The table. A row of which the library's benchmark has not run is left out.
 void print(std::span<const Row> rows, const Figures &figures);
 
 } // namespace bench

@@ -1,0 +1,118 @@
+// What needs a whole camera, the simulated one: a service's poll, and the command line tool.
+#include "measure.h"
+#include "process.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace bench;
+
+// Runs as long as the object lives; its system information is in a folder of its own, which every program finds that
+// is started meanwhile.
+class Camera {
+  public:
+    explicit Camera(Cores cores)
+    {
+        char folder[] = "/tmp/zvbench.XXXXXX";
+        m_folder = mkdtemp(folder) != nullptr ? folder : "";
+        setenv("ZVCSI_DIR", m_folder.c_str(), 1);
+        run_as_client();
+        int ends[2];
+        if (pipe(ends) != 0) {
+            return;
+        }
+        m_process = fork();
+        if (m_process == 0) {
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            run_as_peer(cores);
+            dup2(ends[1], STDOUT_FILENO);
+            close(ends[0]);
+            close(ends[1]);
+            execl(ZVBENCH_ZVSIM, ZVBENCH_ZVSIM, nullptr);
+            _exit(1);
+        }
+        close(ends[1]);
+        char line[256]; // it says when it is ready, and nothing before
+        m_is_ready = read(ends[0], line, sizeof line) > 0;
+        m_output = ends[0];
+    }
+    ~Camera()
+    {
+        kill(m_process, SIGTERM);
+        waitpid(m_process, nullptr, 0);
+        close(m_output);
+        std::filesystem::remove_all(m_folder);
+    }
+    Camera(const Camera &) = delete;
+    Camera &operator=(const Camera &) = delete;
+
+    bool is_ready() const { return m_is_ready; }
+
+  private:
+    std::string m_folder;
+    pid_t m_process = -1;
+    int m_output = -1;
+    bool m_is_ready = false;
+};
+
+void poll(benchmark::State &state, Cores cores, const char *what, int clients)
+{
+    const Camera camera(cores);
+    for (auto _ : state) {
+        const double nanoseconds =
+            number_printed_by(std::string(ZVBENCH_SERVICE) + ' ' + what + ' ' + std::to_string(clients));
+        if (!camera.is_ready() || nanoseconds == 0) {
+            state.SkipWithError("the simulated camera does not answer");
+            break;
+        }
+        state.SetIterationTime(nanoseconds * 1e-9);
+    }
+}
+
+BENCHMARK_CAPTURE(poll, two, Cores::TWO, "poll", 1)->Name("poll/library/two_cores")->UseManualTime()->Iterations(1);
+BENCHMARK_CAPTURE(poll, one, Cores::SAME, "poll", 1)->Name("poll/library/same_core")->UseManualTime()->Iterations(1);
+BENCHMARK_CAPTURE(poll, work, Cores::TWO, "work", 1)
+    ->Name("poll_without_exchange/library")
+    ->UseManualTime()
+    ->Iterations(1);
+
+void run_tool(benchmark::State &state, const char *program, const char *argument)
+{
+    const Camera camera(Cores::TWO);
+    for (auto _ : state) {
+        if (!camera.is_ready() || !run_program(program, argument)) {
+            state.SkipWithError("the program fails");
+            break;
+        }
+    }
+}
+
+constexpr int RUNS = 10;
+
+BENCHMARK_CAPTURE(run_tool, zvcam, ZVBENCH_ZVCAM, "status")
+    ->Name("zvcam_status/library")
+    ->UseRealTime()
+    ->Iterations(RUNS);
+
+const bool registered = [] {
+    for (const int clients : {1, 2, 4, 8}) {
+        const std::string name = "clients/" + std::to_string(clients);
+        benchmark::RegisterBenchmark(name.c_str(), poll, Cores::TWO, "poll", clients)->UseManualTime()->Iterations(1);
+    }
+    if (run_program("busctl", "--version")) { // not everywhere
+        benchmark::RegisterBenchmark("zvcam_status/busctl_version", run_tool, "busctl", "--version")
+            ->UseRealTime()
+            ->Iterations(RUNS);
+    }
+    return true;
+}();
+
+} // namespace
