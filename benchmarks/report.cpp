@@ -79,7 +79,7 @@ Figures::Figures(const char *instructions)
     std::string name;
     double number = 0;
     while (file >> name >> number) {
-        m_figures[name].instructions = number;
+        m_figures[name].instructions = number / COUNTED_CALLS;
     }
 }
 

@@ -24,7 +24,7 @@ struct Figure {
 // a benchmark that waits (UseRealTime).
 class Figures : public benchmark::BenchmarkReporter {
   public:
-    // Takes the instructions from a file of lines "name number", where there is one.
+    // Takes the instructions from a file of lines "name number", where there is one: those of COUNTED_CALLS calls.
     explicit Figures(const char *instructions);
 
     bool ReportContext(const Context &) override { return true; }
