@@ -77,13 +77,6 @@ void poll(benchmark::State &state, Cores cores, const char *what, int clients)
     }
 }
 
-BENCHMARK_CAPTURE(poll, two, Cores::TWO, "poll", 1)->Name("poll/library/two_cores")->UseManualTime()->Iterations(1);
-BENCHMARK_CAPTURE(poll, one, Cores::SAME, "poll", 1)->Name("poll/library/same_core")->UseManualTime()->Iterations(1);
-BENCHMARK_CAPTURE(poll, work, Cores::TWO, "work", 1)
-    ->Name("poll_without_exchange/library")
-    ->UseManualTime()
-    ->Iterations(1);
-
 void run_tool(benchmark::State &state, const char *program, const char *argument)
 {
     const Camera camera(Cores::TWO);
@@ -102,10 +95,19 @@ BENCHMARK_CAPTURE(run_tool, zvcam, ZVBENCH_ZVCAM, "status")
     ->UseRealTime()
     ->Iterations(RUNS);
 
+void add_poll(const std::string &name, Cores cores, const char *what, int clients = 1)
+{
+    benchmark::RegisterBenchmark(name.c_str(), poll, cores, what, clients)->UseManualTime()->Iterations(1);
+}
+
 const bool registered = [] {
+    for (const char *what : {"poll", "changes"}) {
+        add_poll("service_" + std::string(what) + "/library/two_cores", Cores::TWO, what);
+        add_poll("service_" + std::string(what) + "/library/same_core", Cores::SAME, what);
+    }
+    add_poll("service_documents/library", Cores::TWO, "documents");
     for (const int clients : {1, 2, 4, 8}) {
-        const std::string name = "clients/" + std::to_string(clients);
-        benchmark::RegisterBenchmark(name.c_str(), poll, Cores::TWO, "poll", clients)->UseManualTime()->Iterations(1);
+        add_poll("clients/" + std::to_string(clients), Cores::TWO, "poll", clients);
     }
     if (run_program("busctl", "--version")) { // not everywhere
         benchmark::RegisterBenchmark("zvcam_status/busctl_version", run_tool, "busctl", "--version")

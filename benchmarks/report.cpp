@@ -44,7 +44,7 @@ void print_goal(double figure, double goal, const char *format)
         const int length = snprintf(text, sizeof text, format, goal);
         snprintf(text + length, sizeof text - static_cast<size_t>(length), "%s", figure > goal ? " missed" : "");
     }
-    printf(" %-16s", text);
+    printf(" %-17s", text);
 }
 
 void print_line(const std::string &name, const Figure &library, const char *peer_name, const Figure &peer,
@@ -58,7 +58,7 @@ void print_line(const std::string &name, const Figure &library, const char *peer
         printf(" %-24s %11.1f %6.2f", peer_name, peer.nanoseconds(), ratio);
         print_goal(ratio, ratio_goal, "%.2f");
     } else {
-        printf(" %-24s %11s %6s %-16s", "", "", "", "");
+        printf(" %-24s %11s %6s %-17s", "", "", "", "");
     }
     print_count(library.allocations.has_value(), library.allocations.value_or(0), 6);
     print_count(library.instructions != 0, library.instructions, 9);
@@ -109,12 +109,12 @@ const Figure &Figures::of(const std::string &benchmark) const
     return found != m_figures.end() ? found->second : none;
 }
 
-std::map<int, double> Figures::series(const std::string &name) const
+std::map<long, double> Figures::series(const std::string &name) const
 {
-    std::map<int, double> found;
+    std::map<long, double> found;
     for (const auto &[benchmark, figure] : m_figures) {
         if (benchmark.starts_with(name + '/') && !figure.times.empty()) {
-            found[atoi(benchmark.c_str() + name.size() + 1)] = figure.nanoseconds();
+            found[strtol(benchmark.c_str() + name.size() + 1, nullptr, 10)] = figure.nanoseconds();
         }
     }
     return found;
@@ -124,9 +124,9 @@ void print(std::span<const Series> all, const Figures &figures)
 {
     printf("\nns of one call, by number\n");
     for (const Series &series : all) {
-        printf("%-24s %-40s", series.name, series.number);
+        printf("%-17s %-48s", series.name, series.number);
         for (const auto &[number, nanoseconds] : figures.series(series.name)) {
-            printf(" %5d: %-9.0f", number, nanoseconds);
+            printf(" %5ld: %-9.0f", number, nanoseconds);
         }
         printf("\n");
     }
@@ -134,7 +134,7 @@ void print(std::span<const Series> all, const Figures &figures)
 
 void print(std::span<const Row> rows, const Figures &figures)
 {
-    printf("%-32s %11s %-16s %-24s %11s %6s %-16s %6s %9s %9s\n", "library", "ns", "goal", "beside", "ns", "ratio",
+    printf("%-32s %11s %-17s %-24s %11s %6s %-17s %6s %9s %9s\n", "library", "ns", "goal", "beside", "ns", "ratio",
            "goal", "alloc.", "instr.", "peer's");
     for (const Row &row : rows) {
         const auto names = names_of(row.conditions);

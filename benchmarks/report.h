@@ -36,7 +36,7 @@ class Figures : public benchmark::BenchmarkReporter {
     const Figure &of(const std::string &benchmark) const;
 
     // The times of the benchmarks "name/number", by the number.
-    std::map<int, double> series(const std::string &name) const;
+    std::map<long, double> series(const std::string &name) const;
 
   private:
     std::map<std::string, Figure> m_figures;

@@ -1,8 +1,11 @@
-// A service that polls the camera: one exchange, then what has changed, and both documents. Prints the nanoseconds of
-// one poll, the median of many, and the mean of all clients where there are several.
+// A service that polls the camera. Prints the nanoseconds of one poll, the median of many, and the mean of all clients
+// where there are several.
 //
-//     zvbench_service poll CLIENTS     each client is a process with a link of its own
-//     zvbench_service work CLIENTS     without the exchange: the same record again
+//     zvbench_service poll CLIENTS         an exchange and both documents
+//     zvbench_service changes CLIENTS      an exchange, what has changed, and both documents
+//     zvbench_service documents CLIENTS    both documents of the same record
+//
+// Each client is a process with a link of its own.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -10,6 +13,7 @@
 #include <cstring>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -35,21 +39,33 @@ class Service {
                length == sizeof m_record.bytes;
     }
 
-    void work()
+    void write_changes()
     {
         const uint32_t model = zvc_state_get_model_number();
-        appc_system_all_status status;
-        appc_setup_all_settings settings;
-        memcpy(status.bytes, m_record.bytes + ALL_STATUS_OFFSET, sizeof status.bytes);
-        memcpy(settings.bytes, m_record.bytes + ALL_SETTINGS_OFFSET, sizeof settings.bytes);
-        m_stream.seekp(0);
+        const appc_system_all_status status = this->status();
         camera_status_serialize_status_changes_to_json(m_stream, &status, nullptr, model, m_cache);
         camera_status_serialize_settings_changes_to_json(m_stream, &m_record, &m_previous, model);
+    }
+
+    void write_documents()
+    {
+        const uint32_t model = zvc_state_get_model_number();
+        const appc_system_all_status status = this->status();
+        appc_setup_all_settings settings;
+        memcpy(settings.bytes, m_record.bytes + ALL_SETTINGS_OFFSET, sizeof settings.bytes);
+        m_stream.seekp(0);
         camera_status_serialize_status_to_json(m_stream, &status, model);
         camera_settings_serialize_to_json(m_stream, &settings, &status, nullptr, model);
     }
 
   private:
+    appc_system_all_status status() const
+    {
+        appc_system_all_status status;
+        memcpy(status.bytes, m_record.bytes + ALL_STATUS_OFFSET, sizeof status.bytes);
+        return status;
+    }
+
     all_status_settings_t m_record = {};
     all_status_settings_t m_previous = {};
     std::vector<std::string> m_cache;
@@ -57,7 +73,7 @@ class Service {
 };
 
 // Nanoseconds of one poll; 0 when one fails.
-double time_of_poll(bool with_exchange)
+double time_of_poll(std::string_view what)
 {
     Service service;
     std::vector<double> times;
@@ -66,10 +82,13 @@ double time_of_poll(bool with_exchange)
     }
     for (size_t i = 0; i < FIRST_POLLS + POLLS; ++i) {
         const auto start = std::chrono::steady_clock::now();
-        if (with_exchange && !service.receive()) {
+        if (what != "documents" && !service.receive()) {
             return 0;
         }
-        service.work();
+        if (what == "changes") {
+            service.write_changes();
+        }
+        service.write_documents();
         if (i >= FIRST_POLLS) {
             times.push_back(std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start).count());
         }
@@ -83,26 +102,28 @@ double time_of_poll(bool with_exchange)
 
 int main(int argc, char **argv)
 {
-    const int clients = argc == 3 ? atoi(argv[2]) : 0;
+    const long clients = argc == 3 ? strtol(argv[2], nullptr, 10) : 0;
     int ends[2];
     if (clients < 1 || pipe(ends) != 0) {
-        fprintf(stderr, "usage: zvbench_service poll|work CLIENTS\n");
+        fprintf(stderr, "usage: zvbench_service poll|changes|documents CLIENTS\n");
         return 2;
     }
-    for (int i = 0; i < clients; ++i) {
+    for (long i = 0; i < clients; ++i) {
         if (fork() == 0) {
-            const double time = time_of_poll(strcmp(argv[1], "poll") == 0);
+            const double time = time_of_poll(argv[1]);
             _exit(write(ends[1], &time, sizeof time) == sizeof time ? 0 : 1);
         }
     }
     close(ends[1]);
     double sum = 0;
     double time = 0;
+    long served = 0;
     while (read(ends[0], &time, sizeof time) == sizeof time) {
         sum += time;
+        served += time > 0 ? 1 : 0;
     }
     while (wait(nullptr) > 0) {
     }
-    printf("%.1f\n", sum / clients);
-    return 0;
+    printf("%.1f\n", served == clients ? sum / static_cast<double>(clients) : 0);
+    return served == clients ? 0 : 1;
 }
