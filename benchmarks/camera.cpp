@@ -22,13 +22,13 @@ class Camera {
     explicit Camera(Cores cores)
     {
         char folder[] = "/tmp/zvbench.XXXXXX";
-        m_folder = mkdtemp(folder) != nullptr ? folder : "";
-        setenv("ZVCSI_DIR", m_folder.c_str(), 1);
-        run_as_client();
         int ends[2];
-        if (pipe(ends) != 0) {
+        if (mkdtemp(folder) == nullptr || pipe(ends) != 0) {
             return;
         }
+        m_folder = folder;
+        setenv("ZVCSI_DIR", folder, 1);
+        run_as_client();
         m_process = fork();
         if (m_process == 0) {
             prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -40,15 +40,17 @@ class Camera {
             _exit(1);
         }
         close(ends[1]);
-        char line[256]; // it says when it is ready, and nothing before
-        m_is_ready = read(ends[0], line, sizeof line) > 0;
         m_output = ends[0];
+        char line[256]; // it prints one when it is ready, and nothing before
+        m_is_ready = read(m_output, line, sizeof line) > 0;
     }
     ~Camera()
     {
-        kill(m_process, SIGTERM);
-        waitpid(m_process, nullptr, 0);
-        close(m_output);
+        if (m_process > 0) {
+            kill(m_process, SIGTERM);
+            waitpid(m_process, nullptr, 0);
+            close(m_output);
+        }
         std::filesystem::remove_all(m_folder);
     }
     Camera(const Camera &) = delete;
@@ -66,10 +68,10 @@ class Camera {
 void poll(benchmark::State &state, Cores cores, const char *what, int clients)
 {
     const Camera camera(cores);
+    const std::string service = std::string(ZVBENCH_SERVICE) + ' ' + what + ' ' + std::to_string(clients);
     for (auto _ : state) {
-        const double nanoseconds =
-            number_printed_by(std::string(ZVBENCH_SERVICE) + ' ' + what + ' ' + std::to_string(clients));
-        if (!camera.is_ready() || nanoseconds == 0) {
+        const double nanoseconds = camera.is_ready() ? number_printed_by(service) : 0;
+        if (nanoseconds == 0) {
             state.SkipWithError("the simulated camera does not answer");
             break;
         }

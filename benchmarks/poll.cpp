@@ -138,7 +138,7 @@ auto call_of(const Worker &worker, Poll &poll, Camera &camera)
 void run(benchmark::State &state, const Worker *worker, const Worker *library, Regime regime)
 {
     if (!does_the_same(*worker, *library)) {
-        state.SkipWithError("it does not what the library does");
+        state.SkipWithError("it does not do what the library does");
         return;
     }
     Poll poll = {};
