@@ -31,7 +31,7 @@ constexpr bench::Row rows[] = {
     {CORES, "remote_api", "bare_60_bytes_with_wait", {1.1, 1.1}},
     {CORES, "daemon_snapshot", "bare_700_bytes", {1.3, 1.6}},
     {CORES, "daemon_snapshot", "bare_700_bytes_with_wait", {1.1, 1.1}},
-    {CORES, "service_poll", nullptr, {}, {20000, 20000}},
+    {CORES, "service_poll", nullptr, {}, {0, 20000}}, // the scheduler by itself leaves both on one core
     {CORES, "service_changes", nullptr},
     {ONCE, "service_documents", nullptr},
     {ONCE, "zvcam_status", "busctl_version", {}, {2200000}},
