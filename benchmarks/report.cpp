@@ -124,8 +124,12 @@ void print(std::span<const Series> all, const Figures &figures)
 {
     printf("\nns of one call, by number\n");
     for (const Series &series : all) {
+        const std::map<long, double> times = figures.series(series.name);
+        if (times.empty()) {
+            continue;
+        }
         printf("%-17s %-48s", series.name, series.number);
-        for (const auto &[number, nanoseconds] : figures.series(series.name)) {
+        for (const auto &[number, nanoseconds] : times) {
             printf(" %5ld: %-9.0f", number, nanoseconds);
         }
         printf("\n");
