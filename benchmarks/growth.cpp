@@ -24,9 +24,9 @@ all_status_settings_t record_of(int letters, int digits)
     for (const zv::StatusField &row : zv::status_fields) {
         uint8_t *field = status + row.offset;
         if (row.output == zv::StatusOutput::TEXT) {
-            std::fill_n(field, row.size, 0);
+            std::fill_n(field, zv::NETWORK_NAME_SIZE, 0);
             std::fill_n(field, letters, 'a');
-        } else if (row.output == zv::StatusOutput::INT && row.size == 4) {
+        } else if (row.output == zv::StatusOutput::NUMBER) {
             zv::put_le32(field, number);
         }
     }
