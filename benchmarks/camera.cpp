@@ -15,6 +15,8 @@ namespace {
 
 using namespace bench;
 
+constexpr useconds_t FILES_REST = 200000; // the stand-in keeps no value of a file that was written a moment ago
+
 // Runs as long as the object lives; its system information is in a folder of its own, which every program finds that
 // is started meanwhile.
 class Camera {
@@ -43,6 +45,7 @@ class Camera {
         m_output = ends[0];
         char line[256]; // it prints one when it is ready, and nothing before
         m_is_ready = read(m_output, line, sizeof line) > 0;
+        usleep(FILES_REST);
     }
     ~Camera()
     {
