@@ -164,13 +164,13 @@ void zvUtilKlogMsgLevel(int32_t level, int32_t line, const char *file, const cha
 void zvUtilSetLogLevel(int32_t level)
 {
     if (static_cast<uint32_t>(level) < std::size(pLogLevelStrings)) {
-        __atomic_store_n(&g_logLevel, level, __ATOMIC_RELAXED);
+        g_logLevel = level;
     }
 }
 
 int32_t zvUtilGetLogLevel()
 {
-    return __atomic_load_n(&g_logLevel, __ATOMIC_RELAXED);
+    return g_logLevel;
 }
 
 void print_stack_trace()
@@ -190,7 +190,7 @@ void print_stack_trace()
 
 void zvAssertFailed(const char *file, const char *path, const char *function, int32_t line, const char *expression)
 {
-    if (ZV_LOGS(ZV_LOG_INFO)) {
+    if (g_logLevel > ZV_LOG_DEBUG) {
         zvUtilKlogMsgLevel(ZV_LOG_INFO, line, file, "\033[31mASSERT:%s/%s:%d:%s\n\033[0m", path, function, line,
                            expression);
     }
@@ -204,7 +204,7 @@ void zvAssertTraceFailed(const char *file, const char *path, const char *functio
         fprintf(record, "ASSERT:%s/%s:%d:%s\n", path, function, line, expression);
         fclose(record);
     }
-    const bool logged = ZV_LOGS(ZV_LOG_INFO);
+    const bool logged = g_logLevel > ZV_LOG_DEBUG;
     if (logged) {
         zvUtilKlogMsgLevel(ZV_LOG_INFO, line, file, "\033[31mASSERT:%s/%s:%d:%s\033[0m", path, function, line,
                            expression);

@@ -76,10 +76,7 @@ enum {
     ZV_LOG_TRACE = 6, /* value tracing in the status output */
 };
 
-/*
- * The highest level that ZV_LOG lets through; 2 at start. Other threads may log while zvUtilSetLogLevel sets it, which
- * is why both it and ZV_LOGS go at it with atomic accesses.
- */
+/* The highest level that ZV_LOG lets through; 2 at start. Read without a lock. */
 extern ZV_API int32_t g_logLevel;
 
 /* Which directions the message trace prints, tested against s_dmsghex (zvHex.h); 0x30000000 at start. */
@@ -95,16 +92,13 @@ extern ZV_API uint32_t g_debug_level;
 #define ZV_FILE_NAME (__builtin_strrchr("/" __FILE__, '/') + 1)
 #endif
 
-/* Whether lines of `level` are logged. */
-#define ZV_LOGS(level) (__atomic_load_n(&g_logLevel, __ATOMIC_RELAXED) >= (level))
-
 /*
  * ZV_LOG(level, format, ...) logs one line when g_logLevel is at least `level`. A silent call costs one load and one
  * compare, and its arguments are not evaluated.
  */
 #define ZV_LOG(level, ...)                                                                                             \
     do {                                                                                                               \
-        if (ZV_LOGS(level)) {                                                                                          \
+        if (g_logLevel >= (level)) {                                                                                   \
             zvUtilKlogMsgLevel((level), __LINE__, ZV_FILE_NAME, __VA_ARGS__);                                          \
         }                                                                                                              \
     } while (0)

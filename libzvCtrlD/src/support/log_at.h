@@ -35,7 +35,7 @@ class SourceLocation {
 
 #define ZV_LOG_AT(where, level, ...)                                                                                   \
     do {                                                                                                               \
-        if (ZV_LOGS(level)) {                                                                                          \
+        if (g_logLevel >= (level)) {                                                                                   \
             zvUtilKlogMsgLevel((level), (where).line(), (where).file_name(), __VA_ARGS__);                             \
         }                                                                                                              \
     } while (0)
