@@ -21,7 +21,7 @@ constexpr bench::Row rows[] = {
     {REGIMES, "documents", "nlohmann_json", {1, 1, 1, 1}},
     {REGIMES, "status_changes", "to_chars_table", {0.60, 0, 0.50, 1.05}},
     {REGIMES, "status_changes", "digit_table"},
-    {REGIMES, "settings_changes", "to_chars_table", {}, {30, 400, 400}},
+    {REGIMES, "settings_changes", "to_chars_table", {}, {30, 400}},
     {REGIMES, "update_camera_status", "table", {}, {300, 300, 300}},
     {REGIMES, "update_camera_settings", "table", {1.5, 1.5, 1.5}, {190, 190, 190}},
     {ONCE, "option_ids", "direct_tables", {1.5}},
