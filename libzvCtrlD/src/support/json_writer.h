@@ -42,6 +42,9 @@ struct JsonBlock {
     char text[SIZE - 1];
     uint8_t length;
 
+    // All of its bytes, the length last.
+    const char *bytes() const { return reinterpret_cast<const char *>(this); }
+
     constexpr void append(char character) { text[length++] = character; }
     constexpr void append_byte(unsigned value)
     {
@@ -158,7 +161,7 @@ class JsonWriter {
     void copy_block(const JsonBlock<SIZE> &block)
     {
         assert(SIZE <= room());
-        memcpy(m_next, &block, SIZE);
+        memcpy(m_next, block.bytes(), SIZE);
         m_next += block.length;
     }
 
@@ -206,7 +209,7 @@ inline bool is_member(const std::string &text, uint8_t id, uint8_t value)
         return false;
     }
     // The last four characters: the end of the key, and one to three digits.
-    const uint64_t end = four_at(key.text + key.length - 4) | uint64_t{four_at(digits.text)} << 32;
+    const uint64_t end = four_at(key.text + key.length - 4) | uint64_t{four_at(digits.bytes())} << 32;
     const uint32_t last_four = static_cast<uint32_t>(end >> 8 * digits.length);
     return (key_difference(text.data(), key) | (four_at(text.data() + text.size() - 4) ^ last_four)) == 0;
 }
