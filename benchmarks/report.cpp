@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
+#include <set>
 
 namespace bench {
 
@@ -122,12 +123,14 @@ std::map<long, double> Figures::series(const std::string &name) const
 
 void print(std::span<const Series> all, const Figures &figures)
 {
-    printf("\nns of one call, by number\n");
+    const char *title = "\nns of one call, by number\n";
     for (const Series &series : all) {
         const std::map<long, double> times = figures.series(series.name);
         if (times.empty()) {
             continue;
         }
+        printf("%s", title);
+        title = "";
         printf("%-17s %-48s", series.name, series.number);
         for (const auto &[number, nanoseconds] : times) {
             printf(" %5ld: %-9.0f", number, nanoseconds);
@@ -140,15 +143,18 @@ void print(std::span<const Row> rows, const Figures &figures)
 {
     printf("%-32s %11s %-17s %-24s %11s %6s %-17s %6s %9s %9s\n", "library", "ns", "goal", "beside", "ns", "ratio",
            "goal", "alloc.", "instr.", "peer's");
+    std::set<std::string> printed; // alone once, and not at all beside lines with a peer
     for (const Row &row : rows) {
         const auto names = names_of(row.conditions);
         for (size_t i = 0; i < names.size(); ++i) {
             const std::string work = row.work;
             const Figure &library = figures.of(work + "/library" + names[i]);
             const Figure &peer = row.peer != nullptr ? figures.of(work + '/' + row.peer + names[i]) : figures.of("");
-            if (!library.times.empty()) {
-                const char *peer_name = peer.times.empty() ? nullptr : row.peer;
-                print_line(work + names[i], library, peer_name, peer, row.ratios[i], row.nanoseconds[i]);
+            const bool is_alone = peer.times.empty();
+            if (!library.times.empty() && (!is_alone || printed.insert(work + names[i]).second)) {
+                print_line(work + names[i], library, is_alone ? nullptr : row.peer, peer, row.ratios[i],
+                           row.nanoseconds[i]);
+                printed.insert(work + names[i]);
             }
         }
     }
