@@ -118,16 +118,10 @@ constexpr Readout readout_of(const Setting &setting)
     }
 }
 
-constexpr uint8_t byte_offset(const Setting &setting, size_t block)
+constexpr uint8_t byte_offset(const Setting &setting, uint32_t block)
 {
-    const auto &[way, numbers] = setting.read;
-    if (way == Read::PLAIN || way == Read::REPLACED) {
-        return setting.place.offset;
-    }
-    if (way == Read::MULTI_SHOT_OR) {
-        return static_cast<uint8_t>(numbers[block == BLOCK_MULTI_SHOT ? 0 : 1]);
-    }
-    return static_cast<uint8_t>(numbers[readout_of(setting) == Readout::BYTE_OF_BLOCK ? block : 0]);
+    const bool is_in_place = setting.read.way == Read::PLAIN || setting.read.way == Read::REPLACED;
+    return is_in_place ? setting.place.offset : static_cast<uint8_t>(byte_offset(setting.read, block));
 }
 
 // What each byte of a setting reads as, and the smallest one from which on all read as one id.
@@ -171,7 +165,7 @@ constexpr auto BYTE_TABLES = [] {
         if (member.readout == Readout::OTHER) {
             continue;
         }
-        for (size_t block = 0; block < std::size(member.offsets); ++block) {
+        for (uint32_t block = 0; block < std::size(member.offsets); ++block) {
             member.offsets[block] = byte_offset(setting, block);
         }
         const ByteIds bytes = byte_ids(setting);

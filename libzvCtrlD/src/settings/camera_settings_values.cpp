@@ -79,10 +79,10 @@ int32_t plain_value(const settings_field_t &field, const SettingsSource &source)
     return width == 4 ? static_cast<int32_t>(le32(bytes)) : *bytes;
 }
 
-int32_t block_value(const SettingsSource &source, const uint16_t (&offsets)[3])
+int32_t block_value(const SettingsSource &source, const ReadWay &read)
 {
     const uint32_t block = block_read_in(flat_mode_of(source));
-    return block != NO_BLOCK ? source.settings[offsets[block]] : 0;
+    return block != NO_BLOCK ? source.settings[byte_offset(read, block)] : 0;
 }
 
 const char *path_of(uint32_t setting, uint32_t model)
@@ -91,12 +91,12 @@ const char *path_of(uint32_t setting, uint32_t model)
     return camera_settings_id_table(model, &count)[setting].json_path;
 }
 
-int32_t image_control(const settings_field_t &field, const SettingsSource &source, const uint16_t (&offsets)[3])
+int32_t image_control(const settings_field_t &field, const SettingsSource &source, const ReadWay &read)
 {
     const uint8_t flat_mode = flat_mode_of(source);
     const uint32_t block = block_read_in(flat_mode);
     if (block != NO_BLOCK) {
-        return source.settings[offsets[block]];
+        return source.settings[byte_offset(read, block)];
     }
     if (!SILENT_MODES.contains(flat_mode) && reported_modes[field.id - SETTING_VELLIX].add(flat_mode)) {
         ZV_LOG(ZV_LOG_DEBUG, "%s: Flat mode[%d] doesn't support %s", "get_field_value", flat_mode,
@@ -189,17 +189,16 @@ int32_t field_value(const settings_field_t &field, const SettingsSource &source)
     case Read::BYTE:
     case Read::SIGNED:
     case Read::LOCKED_AS_ONE:
-        return byte_value(read, source.settings[numbers[0]]);
+    case Read::MULTI_SHOT_OR:
+        return byte_value(read, source.settings[byte_offset(read, block_read_in(flat_mode_of(source)))]);
     case Read::NUMBER:
         return static_cast<int32_t>(le32(source.settings + numbers[0]));
     case Read::STATUS:
         return signed_status(source, numbers[0]);
     case Read::OF_BLOCK:
-        return block_value(source, numbers);
+        return block_value(source, read);
     case Read::OF_BLOCK_OR_PLAIN:
-        return image_control(field, source, numbers);
-    case Read::MULTI_SHOT_OR:
-        return byte_value(read, source.settings[numbers[MULTI_SHOT_MODES.contains(flat_mode_of(source)) ? 0 : 1]]);
+        return image_control(field, source, read);
     case Read::SHORTCUT:
         return shortcut_value(field, source, numbers[0]);
     case Read::SCHEDULE:

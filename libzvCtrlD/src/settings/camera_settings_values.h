@@ -30,6 +30,21 @@ constexpr uint32_t block_read_in(uint8_t flat_mode)
     return MULTI_SHOT_MODES.contains(flat_mode) ? uint32_t{BLOCK_MULTI_SHOT} : NO_BLOCK;
 }
 
+// Where the byte lies in the settings record that a way of reading takes from a place of its own, in a flat mode that
+// is read from this block. NO_BLOCK is none to a way that has an offset for each.
+constexpr uint16_t byte_offset(const ReadWay &read, uint32_t block)
+{
+    switch (read.way) {
+    case Read::OF_BLOCK:
+    case Read::OF_BLOCK_OR_PLAIN:
+        return read.numbers[block];
+    case Read::MULTI_SHOT_OR:
+        return read.numbers[block == BLOCK_MULTI_SHOT ? 0 : 1];
+    default:
+        return read.numbers[0];
+    }
+}
+
 // The value of a setting that is read from one byte of the settings record.
 constexpr int32_t byte_value(const ReadWay &read, uint8_t byte)
 {

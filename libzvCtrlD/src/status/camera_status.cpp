@@ -222,18 +222,24 @@ std::string_view status_text(const uint8_t *status, int32_t offset, int32_t size
     return {text, strnlen(text, static_cast<size_t>(std::min(size, RECORD_SIZE - offset)))};
 }
 
-uint64_t read_status_number(StatusOutput output, const uint8_t *status, int32_t offset)
+namespace {
+
+constexpr bool is_written_as_number(StatusOutput output)
+{
+    return output != StatusOutput::TEXT && output != StatusOutput::SIGNED;
+}
+
+// What is not read in place.
+[[gnu::noinline]] uint64_t read_worked_out(StatusOutput output, const uint8_t *status, int32_t offset)
 {
     using enum StatusOutput;
     const uint8_t *field = status + offset;
     switch (output) {
     case NONE:
     case TEXT:
-        return 0;
-    case BYTE:
-        return *field;
-    case NUMBER:
-        return le32(field);
+    case BYTE:   // read_number reads
+    case NUMBER: // these two
+        break;
     case LONG_NUMBER:
         return le64(field);
     case SIGNED:
@@ -266,20 +272,14 @@ uint64_t read_status_number(StatusOutput output, const uint8_t *status, int32_t 
     return 0;
 }
 
-namespace {
-
-constexpr bool is_written_as_number(StatusOutput output)
-{
-    return output != StatusOutput::TEXT && output != StatusOutput::SIGNED;
-}
-
-// Most values are plain numbers, for which no function is called.
+// The number that an output publishes; a SIGNED one is sign-extended to 64 bits. 0 for NONE and TEXT. Most are plain
+// numbers, for which no function is called.
 inline uint64_t read_number(StatusOutput output, const uint8_t *status, int32_t offset)
 {
     if (output == StatusOutput::BYTE) {
         return status[offset];
     }
-    return output == StatusOutput::NUMBER ? le32(status + offset) : read_status_number(output, status, offset);
+    return output == StatusOutput::NUMBER ? le32(status + offset) : read_worked_out(output, status, offset);
 }
 
 inline void write_value(JsonWriter &json, StatusOutput output, const uint8_t *status, int32_t offset)

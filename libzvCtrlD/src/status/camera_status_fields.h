@@ -71,9 +71,6 @@ StatusRows pushed_statuses();
 // Bytes of a network's name, which has no NUL where it fills them.
 inline constexpr int32_t NETWORK_NAME_SIZE = 33;
 
-// The number that an output publishes; a SIGNED one is sign-extended to 64 bits. 0 for NONE and TEXT.
-uint64_t read_status_number(StatusOutput output, const uint8_t *status, int32_t offset);
-
 // The unsigned number of 1, 4 or 8 bytes; 0, with a log line, for another size or a place that leaves the record.
 uint64_t read_unsigned(const uint8_t *status, int32_t offset, int32_t size);
 
