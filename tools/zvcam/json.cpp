@@ -122,9 +122,7 @@ Json &Json::quoted(std::string_view text)
 std::string member_name(std::string_view name)
 {
     std::string result(name);
-    for (char &c : result) {
-        c = c == ' ' ? '_' : c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
+    std::transform(result.begin(), result.end(), result.begin(), member_character);
     return result;
 }
 

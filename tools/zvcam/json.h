@@ -51,6 +51,10 @@ class Json {
 extern const char JSON_WORDS[];
 
 // A name that people read as a member's: "GOP size" is "gop_size".
+constexpr char member_character(char c)
+{
+    return c == ' ' ? '_' : c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
 std::string member_name(std::string_view name);
 
 // Shows something in words, where `write` gets null, or with --json as the members of one object, which is printed when

@@ -6,8 +6,11 @@
 #include "links.h"
 #include "options.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace zvcam {
 
@@ -55,6 +58,25 @@ void show_or_set(const Arguments &arguments)
         set_number(camera, number, arguments.words.front());
     }
     show(arguments, [&camera](Json *json) { show_number(camera, number, json); });
+}
+
+// What that prints with --json, for its help: {"gop_size":VALUE}
+template <const Number &number>
+inline constexpr auto NUMBER_AS_JSON = [] {
+    constexpr std::string_view NAME = number.name;
+    constexpr std::string_view HEAD = R"({")";
+    constexpr std::string_view END = R"(":VALUE})";
+    std::array<char, HEAD.size() + NAME.size() + END.size() + 1> text = {};
+    auto next = std::copy(HEAD.begin(), HEAD.end(), text.begin());
+    next = std::transform(NAME.begin(), NAME.end(), next, member_character);
+    std::copy(END.begin(), END.end(), next);
+    return text;
+}();
+
+template <const Number &number>
+constexpr Command number_command(const char *name, const char *operand, const char *help)
+{
+    return {name, operand, help, show_or_set<number>, {}, NUMBER_AS_JSON<number>.data()};
 }
 
 // A format: resolution, frame rate and field of view, each the firmware's number of an option of a setting.
