@@ -147,7 +147,7 @@ int32_t peer(Poll &poll)
     static Writer writer;
     writer.start(poll.stream);
     writer.begin("status");
-    for (const zv::StatusField &row : zv::status_fields) {
+    for (const zv::StatusField &row : zv::published_statuses()) {
         read_status(poll.record->bytes, row, [&](auto value) { writer.member(row.id, value); });
     }
     writer.end();

@@ -115,9 +115,9 @@ Bytes text(const char *characters)
 // The camera's answer to a remote API call: acknowledge, error, and a payload.
 Bytes camera_answer(size_t payload)
 {
-    Bytes answer(7 + payload, 0x42);
-    std::fill_n(answer.begin(), 5, 0);
-    zv::put_be16(answer.data() + 5, static_cast<uint16_t>(payload));
+    Bytes answer(zv::REMOTE_ANSWER_PAYLOAD + payload, 0x42);
+    std::fill_n(answer.begin(), zv::REMOTE_ANSWER_SIZE, 0);
+    zv::put_be16(answer.data() + zv::REMOTE_ANSWER_SIZE, static_cast<uint16_t>(payload));
     Bytes message(4);
     sntlv_msg_init(message.data(), 4, zv::CATEGORY_CAMERA + 1);
     add(message, TLV_CMD, text(zv::REMOTE_API_COMMAND));

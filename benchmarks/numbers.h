@@ -22,8 +22,7 @@ struct DigitTable {
             return ToChars::write(next, value);
         }
         const Digits &digits = TABLE[static_cast<size_t>(value)];
-        memcpy(next, digits.text,
-               sizeof digits.text); // one block of four bytes, of which the next text overwrites the rest
+        memcpy(next, digits.text, sizeof digits.text); // a block, of which the next text overwrites the rest
         return next + digits.size;
     }
 

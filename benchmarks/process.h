@@ -18,8 +18,8 @@ void run_as_peer(Cores cores);
 // The number that a command prints first; 0 when it fails.
 double number_printed_by(const std::string &command);
 
-// Starts a program and waits for its end; it prints into nothing. `argument` may be null. False when it can't be
-// started, or failed.
+// Starts a program and waits for its end; it prints into nothing. `argument` may be null. False when it cannot
+// be started, or failed.
 bool run_program(const char *program, const char *argument);
 
 } // namespace bench

@@ -18,10 +18,8 @@ class TableWriter {
   public:
     TableWriter()
     {
-        for (const zv::StatusField &row : zv::status_fields) {
-            if (row.output != zv::StatusOutput::NONE) {
-                m_status.push_back({Key(row.id), row});
-            }
+        for (const zv::StatusField &row : zv::published_statuses()) {
+            m_status.push_back({Key(row.id), row});
         }
         for (const SettingRow &row : settings_rows()) {
             m_settings.push_back({Key(row.field.id), row});

@@ -15,7 +15,7 @@ int32_t status_library(Poll &poll)
 
 int32_t status_table(Poll &poll)
 {
-    for (const zv::StatusField &row : zv::status_fields) {
+    for (const zv::StatusField &row : zv::published_statuses()) {
         read_status(poll.record->bytes, row, [&](auto value) {
             if constexpr (std::is_arithmetic_v<decltype(value)>) {
                 poll.values[row.id] = static_cast<uint32_t>(value);
