@@ -109,6 +109,15 @@ TEST_F(Log, StampsALineWithTheCounterOrTheClock)
     EXPECT_EQ("[00000042]", stamp());
     EXPECT_EQ(4, counter.opens);
     getlogtime(nullptr);
+
+    testing::internal::CaptureStdout();
+    zvUtilTellCounterFailures(false);
+    counter.read_result = 4;
+    stamp();
+    counter.present = false;
+    EXPECT_EQ(-1, timestampinit());
+    zvUtilTellCounterFailures(true);
+    EXPECT_EQ("", testing::internal::GetCapturedStdout());
 }
 
 TEST_F(Log, LongMessagesAreCutAndKeepTheirSource)

@@ -129,6 +129,13 @@ ZV_API void getlogtime(char *buf);
  */
 ZV_API int32_t timestampinit(void);
 
+/*
+ * Whether the messages of the two functions above about the counter go to standard output, as they do at start: each
+ * log line of a machine without the counter comes with one. A program whose standard output is its answer turns them
+ * off. For the whole process; any thread may call.
+ */
+ZV_API void zvUtilTellCounterFailures(bool tell);
+
 /* ---- Assertions ---------------------------------------------------------------------------------------------------
  * For faults of this library only; they stay in release builds. A source that uses them defines ZV_SOURCE_PATH, its
  * path without the ending, such as "libzvCommon/src/zvTlv".
