@@ -18,16 +18,16 @@ if(ZVCTRL_COVERAGE)
 endif()
 
 # Everything outside the library includes <zvctrl/name.h>, in the tree as after an installation, and so sees what a
-# service sees and no more.
+# service sees and no more; everything outside the service core <zvservice/name.h>.
 set(ZVCTRL_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
 
-function(zvctrl_public_headers)
-  file(MAKE_DIRECTORY ${ZVCTRL_INCLUDE_DIR}/zvctrl)
+function(zvctrl_public_headers folder)
+  file(MAKE_DIRECTORY ${ZVCTRL_INCLUDE_DIR}/${folder})
   foreach(header IN LISTS ARGN)
     cmake_path(GET header FILENAME name)
     cmake_path(ABSOLUTE_PATH header)
-    file(CREATE_LINK ${header} ${ZVCTRL_INCLUDE_DIR}/zvctrl/${name} SYMBOLIC)
-    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zvctrl)
+    file(CREATE_LINK ${header} ${ZVCTRL_INCLUDE_DIR}/${folder}/${name} SYMBOLIC)
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${folder})
   endforeach()
 endfunction()
 
@@ -42,5 +42,12 @@ function(zvctrl_library_part name)
   target_compile_options(${name} PRIVATE -fno-semantic-interposition -fno-plt)
   target_include_directories(${name} PUBLIC ${PART_ROOMS})
   target_link_libraries(${name} PUBLIC zvctrl_protocol csi PRIVATE zvctrl_options)
-  zvctrl_public_headers(${PART_HEADERS})
+  zvctrl_public_headers(zvctrl ${PART_HEADERS})
+endfunction()
+
+# The pkg-config file of a library, with the prefix as seen from the file, so that an installed tree can be moved.
+function(zvctrl_pkg_config name)
+  file(RELATIVE_PATH ZVCTRL_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/${name}.pc.in ${name}.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()

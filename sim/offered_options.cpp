@@ -2,12 +2,12 @@
 
 #include "easy_mode.h"
 #include "flat_modes.h"
-#include "rules.h"
 #include "setting_writes.h"
 #include "state.h"
 
 #include <zvctrl/camera_records.h>
 #include <zvctrl/camera_settings.h>
+#include <zvservice/availability.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -43,8 +43,8 @@ bool take_once(Camera &camera)
     const uint32_t model = camera.state().model();
     all_status_settings_t record = {};
     std::copy(camera.state().record().begin(), camera.state().record().end(), record.bytes);
-    const CameraState state = read_state(record, model);
-    const Availability availability(state, model);
+    const zvservice::CameraState state = zvservice::read_state(record, model);
+    const zvservice::Availability availability(state, model);
     bool taken = false;
     for (const auto &[setting, options] : getCameraOptions(model)) {
         const std::vector<const option_t *> left = availability.options(setting);

@@ -6,12 +6,12 @@
 #
 # The picture is the block that opens with "```picture": a line for each room, "room -> room, room", with a line of dashes
 # between floors. A room is named after its folder, or after the folder above where that is "src". A public header belongs
-# to the room that its file is in, also where it is included as <zvctrl/name.h>.
+# to the room that its file is in, also where it is included as <zvctrl/name.h> or <zvservice/name.h>.
 set -eu
 cd "$1"
 
 # shellcheck disable=SC2016
-find protocol platform libzvCommon libzvCtrlD sim tools -name '*.h' -o -name '*.cpp' | sort | xargs awk '
+find protocol platform libzvCommon libzvCtrlD service sim tools -name '*.h' -o -name '*.cpp' | sort | xargs awk '
 function complain(text)
 {
     print "architecture: " text
@@ -41,6 +41,9 @@ function included_file(i,    neighbour, name)
         return neighbour
     }
     name = to[i]
+    if (sub("^zvservice/", "service/src/", name)) {
+        return name
+    }
     sub("^zvctrl/", "", name)
     if (count[name] > 1) {
         complain(where[i] " includes " name ", which is the name of " count[name] " files")

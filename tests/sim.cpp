@@ -5,7 +5,6 @@
 #include "firmware_peer.h"
 #include "interpose.h"
 #include "offered_options.h"
-#include "rules.h"
 #include "setting_writes.h"
 #include "zvc_broadcast.h"
 #include "zvc_commands_zvx.h"
@@ -18,6 +17,7 @@
 #include <gtest/gtest.h>
 #include <set>
 #include <sys/stat.h>
+#include <zvservice/availability.h>
 
 using namespace test;
 using namespace zv::sim;
@@ -383,8 +383,8 @@ std::set<uint32_t> offered_settings(const Camera &camera)
 {
     all_status_settings_t record = {};
     std::copy(camera.state().record().begin(), camera.state().record().end(), record.bytes);
-    const zv::CameraState state = zv::read_state(record, 62);
-    const zv::Availability availability(state, 62);
+    const zvservice::CameraState state = zvservice::read_state(record, 62);
+    const zvservice::Availability availability(state, 62);
     std::set<uint32_t> offered;
     for (const auto &[setting, options] : getCameraOptions(62)) {
         if (!availability.options(setting).empty()) {

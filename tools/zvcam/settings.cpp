@@ -14,10 +14,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
-#include <rules.h>
 #include <string>
 #include <vector>
 #include <zvctrl/camera_interface.h>
+#include <zvservice/availability.h>
 
 namespace zvcam {
 
@@ -31,14 +31,14 @@ constexpr char NOT_AVAILABLE[] = "  (not available now)";
 constexpr int LOOKS = 10;
 constexpr timespec BETWEEN_LOOKS = {0, 100000000};
 
-zv::Availability availability_in(const State &state)
+zvservice::Availability availability_in(const State &state)
 {
-    return zv::Availability(zv::read_state(state.all, camera_model()), camera_model());
+    return zvservice::Availability(zvservice::read_state(state.all, camera_model()), camera_model());
 }
 
 uint32_t option_now(const State &state, uint32_t setting)
 {
-    return zv::read_state(state.all, camera_model()).settings.at(setting);
+    return zvservice::read_state(state.all, camera_model()).settings.at(setting);
 }
 
 uint32_t number_of(const Member &member)
@@ -77,24 +77,24 @@ void print_choices(const std::vector<const option_t *> &options)
 // "setting 2 video/resolution", "status 89 app_current_mode"
 std::string condition_name(const filter_info_t &condition)
 {
-    return zv::condition_name(condition) + " " +
+    return zvservice::condition_name(condition) + " " +
            (condition.type == FILTER_INFO_STATUS ? status_name(condition.id) : setting_name(condition.id));
 }
 
 // "rule 89, because setting 2 video/resolution is 4K"
-std::string reason(const zv::Removal &removal)
+std::string reason(const zvservice::Removal &removal)
 {
-    return "rule " + std::to_string(removal.rule) + ", because " + zv::because(removal, condition_name);
+    return "rule " + std::to_string(removal.rule) + ", because " + zvservice::because(removal, condition_name);
 }
 
-void print_removals(const std::vector<zv::Removal> &removals)
+void print_removals(const std::vector<zvservice::Removal> &removals)
 {
-    for (const zv::Removal &removal : removals) {
+    for (const zvservice::Removal &removal : removals) {
         print("%s%s\n", INDENT, reason(removal).c_str());
     }
 }
 
-void write_condition(Json &json, const zv::MetCondition &met)
+void write_condition(Json &json, const zvservice::MetCondition &met)
 {
     const uint32_t id = met.condition->id;
     json.open('{');
@@ -107,12 +107,12 @@ void write_condition(Json &json, const zv::MetCondition &met)
     json.close();
 }
 
-void write_removals(Json &json, const std::vector<zv::Removal> &removals)
+void write_removals(Json &json, const std::vector<zvservice::Removal> &removals)
 {
     json.key("rules").open('[');
-    for (const zv::Removal &removal : removals) {
+    for (const zvservice::Removal &removal : removals) {
         json.open('{').member("rule", removal.rule).key("because").open('[');
-        for (const zv::MetCondition &met : removal.conditions) {
+        for (const zvservice::MetCondition &met : removal.conditions) {
             write_condition(json, met);
         }
         json.close().close();
@@ -121,25 +121,26 @@ void write_removals(Json &json, const std::vector<zv::Removal> &removals)
 }
 
 // The rules that forbid the option now; none for an option that no rule knows, unless the whole setting is forbidden.
-std::vector<zv::Removal> removals_of(const zv::Availability &availability, uint32_t setting, uint32_t option)
+std::vector<zvservice::Removal> removals_of(const zvservice::Availability &availability, uint32_t setting,
+                                            uint32_t option)
 {
-    const std::vector<zv::Removal> removals = availability.why(setting, option);
+    const std::vector<zvservice::Removal> removals = availability.why(setting, option);
     return removals.empty() ? availability.why(setting) : removals;
 }
 
-bool is_available(const zv::Availability &availability, uint32_t setting, uint32_t option)
+bool is_available(const zvservice::Availability &availability, uint32_t setting, uint32_t option)
 {
     return removals_of(availability, setting, option).empty();
 }
 
 // Whether there is anything to set it to. A setting that lists no options takes what it is given.
-bool has_choice(const zv::Availability &availability, uint32_t setting)
+bool has_choice(const zvservice::Availability &availability, uint32_t setting)
 {
     return options_of(setting).empty() || !availability.options(setting).empty();
 }
 
 // The members of a setting, whose present option is `now`.
-void write_setting(Json &json, const zv::Availability &availability, uint32_t setting, uint32_t now)
+void write_setting(Json &json, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
 {
     json.member("setting", setting).member("name", setting_name(setting));
     json.member("available", has_choice(availability, setting));
@@ -156,12 +157,12 @@ void write_default(Json &json, uint32_t setting)
 }
 
 // Whether "settings --available" lists it: no rule takes it away as a whole.
-bool is_listed(const zv::Availability &availability, uint32_t setting)
+bool is_listed(const zvservice::Availability &availability, uint32_t setting)
 {
     return availability.offers(setting) || options_of(setting).empty();
 }
 
-void write_available(Json &json, const zv::Availability &availability, uint32_t setting, uint32_t now)
+void write_available(Json &json, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
 {
     json.open('{');
     write_setting(json, availability, setting, now);
@@ -174,7 +175,7 @@ void write_available(Json &json, const zv::Availability &availability, uint32_t 
     json.close().close();
 }
 
-void print_available(const zv::Availability &availability, uint32_t setting, uint32_t now)
+void print_available(const zvservice::Availability &availability, uint32_t setting, uint32_t now)
 {
     print_setting(setting, now, is_available(availability, setting, now) ? "" : NOT_AVAILABLE);
     if (has_choice(availability, setting)) {
@@ -186,7 +187,7 @@ void print_available(const zv::Availability &availability, uint32_t setting, uin
 
 void show_available(const Arguments &arguments, const State &state)
 {
-    const zv::Availability availability = availability_in(state);
+    const zvservice::Availability availability = availability_in(state);
     show(arguments, [&](Json *json) {
         if (json != nullptr) {
             json->key("available").open('[');
@@ -228,7 +229,7 @@ void get(const Arguments &arguments)
 {
     const State state(DaemonLink().poll());
     const uint32_t setting = find_setting(arguments.words.at(0));
-    const zv::Availability availability = availability_in(state);
+    const zvservice::Availability availability = availability_in(state);
     const uint32_t now = option_now(state, setting);
     show(arguments, [&](Json *json) {
         if (json == nullptr) {
@@ -256,7 +257,7 @@ std::string option_or_present(uint32_t setting, uint32_t option, uint32_t now)
     return option_text(setting, option) + (option == now ? ", the present option," : "");
 }
 
-void print_why(const zv::Availability &availability, uint32_t setting, uint32_t now)
+void print_why(const zvservice::Availability &availability, uint32_t setting, uint32_t now)
 {
     const auto whole = availability.why(setting);
     const std::string name = setting_name(setting);
@@ -275,7 +276,7 @@ void print_why(const zv::Availability &availability, uint32_t setting, uint32_t 
     }
 }
 
-void write_why(Json &json, const zv::Availability &availability, uint32_t setting, uint32_t now)
+void write_why(Json &json, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
 {
     write_setting(json, availability, setting, now);
     write_removals(json, availability.why(setting));
@@ -289,7 +290,7 @@ void write_why(Json &json, const zv::Availability &availability, uint32_t settin
     json.close();
 }
 
-void show_why(const Arguments &arguments, const zv::Availability &availability, uint32_t setting, uint32_t now)
+void show_why(const Arguments &arguments, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
 {
     show(arguments, [&](Json *json) {
         if (json != nullptr) {
@@ -303,7 +304,8 @@ void show_why(const Arguments &arguments, const zv::Availability &availability, 
     }
 }
 
-void show_why_option(const Arguments &arguments, const zv::Availability &availability, uint32_t setting, uint32_t now)
+void show_why_option(const Arguments &arguments, const zvservice::Availability &availability, uint32_t setting,
+                     uint32_t now)
 {
     const uint32_t option = parse_option(setting, arguments.words[1], now);
     const auto removals = removals_of(availability, setting, option);
@@ -335,10 +337,10 @@ void why(const Arguments &arguments)
     show_answer(arguments, availability_in(state), setting, option_now(state, setting));
 }
 
-void forbid(uint32_t setting, uint32_t option, const std::vector<zv::Removal> &removals)
+void forbid(uint32_t setting, uint32_t option, const std::vector<zvservice::Removal> &removals)
 {
     std::string reasons;
-    for (const zv::Removal &removal : removals) {
+    for (const zvservice::Removal &removal : removals) {
         reasons += "\n  " + reason(removal);
     }
     fail(FORBIDDEN, "%u %s: %s is not available now; --force sends it all the same%s", setting,

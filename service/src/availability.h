@@ -2,10 +2,10 @@
 //
 // An Availability is worked out once from a state, and then answers for every setting and option:
 //
-//     const zv::Availability availability(zv::read_state(record, model), model);
-//     for (const zv::Removal &removal : availability.why(3, 0)) {
+//     const zvservice::Availability availability(zvservice::read_state(record, model), model);
+//     for (const zvservice::Removal &removal : availability.why(3, 0)) {
 //         // rule 83, because setting 2 is 5_3K
-//         std::cout << "rule " << removal.rule << ", because " << zv::because(removal) << '\n';
+//         std::cout << "rule " << removal.rule << ", because " << zvservice::because(removal) << '\n';
 //     }
 //
 // Only the sable_knoll generation has options and rules: with any other model every setting is unknown here. Pointers
@@ -19,19 +19,19 @@
 #include <vector>
 #include <zvctrl/camera_settings.h>
 
-namespace zv {
+namespace zvservice {
 
-inline constexpr size_t RULES_SETTING_COUNT = SETTINGS_ID_TABLE_COUNT;
-inline constexpr size_t RULES_STATUS_COUNT = 119;
+inline constexpr size_t SETTING_COUNT = SETTINGS_ID_TABLE_COUNT;
+inline constexpr size_t STATUS_COUNT = 119;
 
 // What the rules look at, in the numbers that clients see.
 struct CameraState {
-    std::vector<uint32_t> settings = std::vector<uint32_t>(RULES_SETTING_COUNT); // option ids, by setting id
-    std::vector<uint32_t> statuses = std::vector<uint32_t>(RULES_STATUS_COUNT);  // values, by status id
+    std::vector<uint32_t> settings = std::vector<uint32_t>(SETTING_COUNT); // option ids, by setting id
+    std::vector<uint32_t> statuses = std::vector<uint32_t>(STATUS_COUNT);  // values, by status id
 };
 
 // The state that a snapshot shows. Change an entry before an Availability looks at it to ask "what if".
-CameraState read_state(const all_status_settings_t &record, uint32_t model);
+ZV_API CameraState read_state(const all_status_settings_t &record, uint32_t model);
 
 // A condition that holds, and what it met: the current option's key (its id where the setting does not list it), or the
 // status value.
@@ -48,12 +48,13 @@ struct Removal {
 };
 
 // What a condition looks at: "setting 2" or "status 89".
-std::string condition_name(const filter_info_t &condition);
+ZV_API std::string condition_name(const filter_info_t &condition);
 
 // "setting 2 is 5_3K and status 89 is 12", with conditions as `name` calls them.
-std::string because(const Removal &removal, std::string (*name)(const filter_info_t &condition) = condition_name);
+ZV_API std::string because(const Removal &removal,
+                           std::string (*name)(const filter_info_t &condition) = condition_name);
 
-class Availability {
+class ZV_API Availability {
   public:
     Availability(const CameraState &state, uint32_t model);
 
@@ -94,4 +95,4 @@ class Availability {
     std::map<uint32_t, Offer> m_offers;
 };
 
-} // namespace zv
+} // namespace zvservice

@@ -1,15 +1,14 @@
-#include "rules.h"
-
 #include <algorithm>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
 #include <set>
+#include <zvservice/availability.h>
 
 using testing::ElementsAre;
-using zv::Availability;
-using zv::CameraState;
-using zv::Removal;
+using zvservice::Availability;
+using zvservice::CameraState;
+using zvservice::Removal;
 
 namespace {
 
@@ -113,7 +112,7 @@ TEST_F(Rules, ReadASnapshotAsClientsSeeIt)
     status[STATUS_LIVEVIEW_EXPOSURE_SELECT_TYPE] = 1;
     settings[SETTINGS_SETUP_CURRENT_FLAT_MODE] = 16;
     settings[SETTINGS_VIDEO_RESOLUTION] = 24;
-    const CameraState read = zv::read_state(record, SABLE);
+    const CameraState read = zvservice::read_state(record, SABLE);
     EXPECT_EQ(100U, read.settings[2]);
     EXPECT_EQ(16U, read.settings[144]);
     EXPECT_EQ(16U, read.statuses[FLAT_MODE]);

@@ -1,10 +1,10 @@
-#include "rules.h"
+#include "availability.h"
 
 #include <algorithm>
 #include <utility>
 #include <zvctrl/camera_status.h>
 
-namespace zv {
+namespace zvservice {
 
 namespace {
 
@@ -154,4 +154,4 @@ std::vector<Removal> Availability::why(uint32_t setting, uint32_t option_id) con
     return option != nullptr ? removals(setting, option->key) : std::vector<Removal>{};
 }
 
-} // namespace zv
+} // namespace zvservice
