@@ -72,7 +72,7 @@ std::string condition_name(const filter_info_t &condition)
     return (condition.type == FILTER_INFO_STATUS ? "status " : "setting ") + std::to_string(condition.id);
 }
 
-std::string because(const Removal &removal, std::string (*name)(const filter_info_t &condition))
+std::string because(const Removal &removal, const std::function<std::string(const filter_info_t &condition)> &name)
 {
     std::string text;
     for (const MetCondition &met : removal.conditions) {
@@ -137,6 +137,11 @@ bool Availability::offers(uint32_t setting, uint32_t option_id) const
     return std::any_of(left.begin(), left.end(), [option_id](const option_t *o) { return o->id == option_id; });
 }
 
+bool Availability::has_choice(uint32_t setting) const
+{
+    return m_offers.find(setting) == m_offers.end() || !options(setting).empty();
+}
+
 std::vector<const option_t *> Availability::options(uint32_t setting) const
 {
     const auto offer = m_offers.find(setting);
@@ -152,6 +157,11 @@ std::vector<Removal> Availability::why(uint32_t setting, uint32_t option_id) con
 {
     const option_t *option = find_option(m_catalogue, setting, option_id);
     return option != nullptr ? removals(setting, option->key) : std::vector<Removal>{};
+}
+
+std::vector<Removal> Availability::against(uint32_t setting, uint32_t option_id) const
+{
+    return find_option(m_catalogue, setting, option_id) != nullptr ? why(setting, option_id) : why(setting);
 }
 
 } // namespace zvservice

@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -52,7 +53,7 @@ ZV_API std::string condition_name(const filter_info_t &condition);
 
 // "setting 2 is 5_3K and status 89 is 12", with conditions as `name` calls them.
 ZV_API std::string because(const Removal &removal,
-                           std::string (*name)(const filter_info_t &condition) = condition_name);
+                           const std::function<std::string(const filter_info_t &condition)> &name = condition_name);
 
 class ZV_API Availability {
   public:
@@ -65,6 +66,9 @@ class ZV_API Availability {
     // Whether an option is offered: its setting is, and no rule takes the option away. False for an unknown one.
     bool offers(uint32_t setting, uint32_t option_id) const;
 
+    // Whether there is anything to set a setting to: an option is offered, or it lists none and takes what it is given.
+    bool has_choice(uint32_t setting) const;
+
     // The options that are offered, in menu order.
     std::vector<const option_t *> options(uint32_t setting) const;
 
@@ -73,6 +77,10 @@ class ZV_API Availability {
 
     // The rules that take away an option, by itself or with its setting. Empty for an unknown one.
     std::vector<Removal> why(uint32_t setting, uint32_t option_id) const;
+
+    // The rules that are against setting it to this now: those, and for an id that it does not list those that take
+    // away the setting.
+    std::vector<Removal> against(uint32_t setting, uint32_t option_id) const;
 
   private:
     // A rule whose conditions all hold.
