@@ -1,5 +1,7 @@
 #include "availability.h"
 
+#include "generation.h"
+
 #include <algorithm>
 #include <utility>
 #include <zvctrl/camera_status.h>
@@ -81,9 +83,9 @@ std::string because(const Removal &removal, const std::function<std::string(cons
     return text;
 }
 
-Availability::Availability(const CameraState &state, uint32_t model) : m_catalogue(getCameraOptions(model))
+Availability::Availability(const CameraState &state, uint32_t model) : m_catalogue(options_of(model))
 {
-    for (const auto &[number, elements] : getCameraFilters(model)) {
+    for (const auto &[number, elements] : rules_of(model)) {
         Applied rule = {number, &elements, {}};
         const bool applies = std::all_of(elements.begin(), elements.end(), [&](const filter_info_t *element) {
             if (element->type == FILTER_INFO_BLOCK) {

@@ -1,5 +1,7 @@
 #include "catalogue.h"
 
+#include "generation.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
@@ -54,10 +56,9 @@ std::string suggestion(const std::string &word, const std::vector<std::string> &
 template <class Options>
 std::string ids_and_keys(const Options &options)
 {
-    std::vector<std::string> words;
-    for (const option_t *option : options) {
-        words.push_back(std::to_string(option->id) + " " + option->key);
-    }
+    std::vector<std::string> words(options.size());
+    std::transform(options.begin(), options.end(), words.begin(),
+                   [](const option_t *option) { return std::to_string(option->id) + " " + option->key; });
     return listed(words);
 }
 
@@ -163,7 +164,7 @@ const settings_id_entry_t &Catalogue::row(uint32_t setting) const
 
 std::string Catalogue::name(uint32_t setting) const
 {
-    const std::string path = row(setting).json_path;
+    std::string path = row(setting).json_path;
     constexpr char HEAD[] = "modes/";
     constexpr char MIDDLE[] = "/settings/";
     const size_t block = strlen(HEAD);
@@ -199,10 +200,9 @@ Result Catalogue::find_setting(const std::string &text, uint32_t &setting) const
         return {Outcome::NO_SUCH_SETTING, "this camera has no setting \"" + text + "\"" + suggestion(text, names)};
     }
     if (found.size() > 1) {
-        std::vector<std::string> candidates;
-        for (const uint32_t number : found) {
-            candidates.push_back(std::to_string(number) + " " + name(number));
-        }
+        std::vector<std::string> candidates(found.size());
+        std::transform(found.begin(), found.end(), candidates.begin(),
+                       [this](uint32_t number) { return std::to_string(number) + " " + name(number); });
         return {Outcome::NO_SUCH_SETTING, "\"" + text + "\" names several settings: " + listed(candidates)};
     }
     setting = found.front();
@@ -212,7 +212,7 @@ Result Catalogue::find_setting(const std::string &text, uint32_t &setting) const
 const std::vector<option_t *> &Catalogue::options(uint32_t setting) const
 {
     static const std::vector<option_t *> NONE;
-    const auto &options = getCameraOptions(m_model);
+    const auto &options = options_of(m_model);
     const auto found = options.find(setting);
     return found == options.end() ? NONE : found->second;
 }
