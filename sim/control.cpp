@@ -16,6 +16,7 @@ namespace {
 
 constexpr char CONTROL_QUEUE[] = "/to_zvsim";
 constexpr size_t CONTROL_MESSAGE_MAX = 8192;
+constexpr int PATIENCE_MS = 2000;
 constexpr char MEDIA[] = "media "; // and the queue that the listing goes to
 
 // The lock lies on the control queue itself: it belongs to the same machine as the other queues, and ends with the
@@ -44,15 +45,26 @@ std::string cut_listing(std::string listing)
     return listing;
 }
 
+void wait_until_taken()
+{
+    constexpr useconds_t MILLISECOND = 1000;
+    const mqd_t control = mq_open(CONTROL_QUEUE, O_WRONLY | O_CLOEXEC);
+    mq_attr present = {};
+    for (int left = PATIENCE_MS; left > 0 && mq_getattr(control, &present) == 0 && present.mq_curmsgs > 0; --left) {
+        usleep(MILLISECOND);
+    }
+    mq_close(control);
+}
+
 void take_order(const std::string &order, Simulator &simulator)
 {
     FaultRule rule;
     if (order == CLEAR_FAULTS) {
-        simulator.faults().clear();
+        simulator.clear_faults();
     } else if (order.starts_with(MEDIA)) {
         post(order.substr(strlen(MEDIA)), view_of(cut_listing(simulator.camera().card().listing())));
     } else if (parse_fault(order, rule).empty()) {
-        simulator.faults().add(rule);
+        simulator.add_fault(rule);
     }
 }
 
@@ -91,12 +103,15 @@ std::string give_order(const std::string &order)
     if (!is_running()) {
         return "no simulated camera is running on this machine";
     }
-    return post(CONTROL_QUEUE, view_of(order)) ? "" : "the simulated camera takes no orders now";
+    if (!post(CONTROL_QUEUE, view_of(order))) {
+        return "the simulated camera takes no orders now";
+    }
+    wait_until_taken();
+    return {};
 }
 
 std::string ask_for_media(std::string &listing)
 {
-    constexpr int PATIENCE_MS = 2000;
     Queue reply;
     if (std::string wrong = reply.open(CONTROL_QUEUE + std::to_string(getpid()), CONTROL_MESSAGE_MAX); !wrong.empty()) {
         return wrong;

@@ -17,7 +17,9 @@ void take_orders(Queue &control, Simulator &simulator);
 
 inline constexpr char CLEAR_FAULTS[] = "clear";
 
-// Gives the running camera an order: a fault rule, or CLEAR_FAULTS.
+// Gives the running camera an order: a fault rule, or CLEAR_FAULTS. Returns when the camera has taken it, so that what
+// is sent to the camera afterwards comes after it. One that is stopped takes it when it goes on; this waits no longer
+// than two seconds for that.
 std::string give_order(const std::string &order);
 
 // Asks the running camera for what is on its card.

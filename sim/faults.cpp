@@ -11,6 +11,12 @@
 
 namespace zv::sim {
 
+enum class Begin : uint8_t {
+    AT_REQUESTS, // that the rule selects
+    AT_ONCE,     // and once; nothing is selected
+    EITHER,      // at once, unless the rule selects requests
+};
+
 struct FaultKind {
     const char *name;
     const char *help;
@@ -19,6 +25,7 @@ struct FaultKind {
     int32_t usual_of_daemon; // the same on the daemon link
     void (*apply)(Effects &effects, int32_t amount);
     bool of_both_links = false; // without link=, whichever link the request came on
+    Begin begin = Begin::AT_REQUESTS;
 };
 
 namespace {
@@ -30,6 +37,7 @@ constexpr char REQUESTS[] = "requests";
 
 constexpr int32_t DELAY_MS = 15000; // longer than a client waits
 constexpr int32_t OUTAGE_MS = 3000;
+constexpr int32_t UNTIL_THAWED = 0;
 constexpr int32_t CORRUPT_BYTES = 4;
 constexpr auto HALF = static_cast<int32_t>(CUT_TO_HALF);
 
@@ -55,13 +63,20 @@ constexpr FaultKind KINDS[] = {
      [](Effects &effects, int32_t amount) { effects.error = amount; }},
     {"off", "the camera answers that it is switched off", nullptr, 0, 0,
      [](Effects &effects, int32_t) { effects.switched_off = true; }},
+    {"on", "ends every off", nullptr, 0, 0, [](Effects &effects, int32_t) { effects.switched_on = true; }, true,
+     Begin::AT_ONCE},
     {"die", "nothing is answered, and what came meanwhile is forgotten (ms=3000)", MILLISECONDS, OUTAGE_MS, OUTAGE_MS,
      [](Effects &effects, int32_t amount) { effects.dead_ms = static_cast<uint32_t>(amount); }},
-    {"restart", "the queue is removed, and made anew later; without link both queues (ms=3000)", MILLISECONDS,
-     OUTAGE_MS, OUTAGE_MS, [](Effects &effects, int32_t amount) { effects.restart_ms = static_cast<uint32_t>(amount); },
-     true},
+    {"restart", "the queue is removed, and made anew later; without link both (ms=3000)", MILLISECONDS, OUTAGE_MS,
+     OUTAGE_MS, [](Effects &effects, int32_t amount) { effects.restart_ms = static_cast<uint32_t>(amount); }, true,
+     Begin::EITHER},
     {"full", "nothing is read, and the queue is full (ms=3000)", MILLISECONDS, OUTAGE_MS, OUTAGE_MS,
      [](Effects &effects, int32_t amount) { effects.full_ms = static_cast<uint32_t>(amount); }},
+    {"freeze", "nothing is read or answered, all waits for the end (ms=0: until thaw)", MILLISECONDS, UNTIL_THAWED,
+     UNTIL_THAWED, [](Effects &effects, int32_t amount) { effects.freeze_ms = static_cast<uint32_t>(amount); }, true,
+     Begin::AT_ONCE},
+    {"thaw", "ends freeze", nullptr, 0, 0, [](Effects &effects, int32_t) { effects.thaw = true; }, true,
+     Begin::AT_ONCE},
 };
 
 struct Selector {
@@ -121,6 +136,9 @@ std::string read_option(const std::string &name, const std::string &value, const
     if (!is_amount && selector == nullptr && counter == nullptr) {
         return std::string(kind.name) + " has no option '" + name + "'";
     }
+    if (!is_amount && kind.begin == Begin::AT_ONCE) {
+        return std::string(kind.name) + " begins at once and selects no requests: it has no '" + name + "'";
+    }
     int32_t number = 0;
     if (!read_number(value, number)) {
         return name + " takes a number, not '" + value + "'";
@@ -135,6 +153,7 @@ std::string read_option(const std::string &name, const std::string &value, const
     } else {
         rule.*counter->value = static_cast<uint32_t>(number);
     }
+    rule.selects = rule.selects || !is_amount;
     return rule.every > 0 ? "" : "every is 1 or more";
 }
 
@@ -157,10 +176,22 @@ void apply(const FaultRule &rule, Link link, Effects &effects)
     effects.both_links = effects.both_links || (rule.kind->of_both_links && !rule.link);
 }
 
-std::string help_line(const char *name, const char *value, const char *help)
+std::string begin_text(Begin begin)
+{
+    switch (begin) {
+    case Begin::AT_ONCE:
+        return "; at once";
+    case Begin::EITHER:
+        return "; at once, unless it selects requests";
+    default:
+        return {};
+    }
+}
+
+std::string help_line(const char *name, const char *value, const std::string &help)
 {
     char line[160];
-    snprintf(line, sizeof line, "  %-16s%s\n", (std::string(name) + value).c_str(), help);
+    snprintf(line, sizeof line, "  %-16s%s\n", (std::string(name) + value).c_str(), help.c_str());
     return line;
 }
 
@@ -201,9 +232,9 @@ std::string fault_help()
 {
     std::string help = "A fault rule is KIND[:NAME=VALUE[,NAME=VALUE]...], such as drop:link=daemon,every=3.\nKinds:\n";
     for (const FaultKind &kind : KINDS) {
-        help += help_line(kind.name, "", kind.help);
+        help += help_line(kind.name, "", kind.help + begin_text(kind.begin));
     }
-    help += "Names, besides a kind's own:\n";
+    help += "Names, besides a kind's own; all but link select requests:\n";
     help += help_line("link", "=LINK", "daemon or camera");
     for (const Selector &selector : SELECTORS) {
         help += help_line(selector.name, "=N", selector.help);
@@ -212,6 +243,31 @@ std::string fault_help()
         help += help_line(counter.name, "=N", counter.help);
     }
     return help;
+}
+
+bool begins_at_once(const FaultRule &rule)
+{
+    return rule.kind->begin == Begin::AT_ONCE || (rule.kind->begin == Begin::EITHER && !rule.selects);
+}
+
+Effects effects_of(const FaultRule &order, Link link)
+{
+    Effects effects;
+    if (order.link.value_or(link) == link) {
+        apply(order, link, effects);
+    }
+    return effects;
+}
+
+void Faults::switch_on(Link link)
+{
+    const auto is_off = [=](const FaultRule &rule) { return effects_of(rule, link).switched_off; };
+    std::erase_if(m_rules, [=](const FaultRule &rule) { return is_off(rule) && rule.link; });
+    for (FaultRule &rule : m_rules) {
+        if (is_off(rule)) { // of both links: the other one's is left
+            rule.link = link == Link::DAEMON ? Link::RELAY : Link::DAEMON;
+        }
+    }
 }
 
 Effects Faults::meet(const Request &request)

@@ -24,6 +24,7 @@ namespace {
 constexpr Link LINKS[] = {Link::DAEMON, Link::RELAY};
 constexpr const char *QUEUE_NAMES[] = {DAEMON_QUEUE, RELAY_QUEUE}; // by Link
 constexpr uint64_t MILLISECOND = 1000;
+constexpr uint64_t NEVER = UINT64_MAX;
 constexpr uint64_t REOPENING = 100 * MILLISECOND; // until the next attempt to make a queue anew
 constexpr int BURST = 16; // more than a queue holds, so that busy clients do not keep the owner from other work
 
@@ -56,7 +57,50 @@ std::string Simulator::open_queue(Link link)
 
 bool Simulator::reads(Link link) const
 {
-    return m_outages[static_cast<size_t>(link)].kind == OutageKind::NONE;
+    return m_outages[static_cast<size_t>(link)].kind == OutageKind::NONE && !frozen(link);
+}
+
+void Simulator::add_fault(const FaultRule &rule)
+{
+    if (!begins_at_once(rule)) {
+        m_faults.add(rule);
+        return;
+    }
+    for (const Link link : LINKS) {
+        carry_out_order(link, effects_of(rule, link));
+    }
+}
+
+void Simulator::clear_faults()
+{
+    m_faults.clear();
+    for (const Link link : LINKS) {
+        thaw(link);
+    }
+}
+
+void Simulator::carry_out_order(Link link, const Effects &effects)
+{
+    if (effects.restart_ms) {
+        begin_restart(link, MILLISECOND * *effects.restart_ms);
+    }
+    if (effects.freeze_ms) {
+        m_thaw_at[static_cast<size_t>(link)] =
+            *effects.freeze_ms == 0 ? NEVER : m_now + MILLISECOND * *effects.freeze_ms;
+    }
+    if (effects.thaw) {
+        thaw(link);
+    }
+    if (effects.switched_on) {
+        m_faults.switch_on(link);
+    }
+}
+
+void Simulator::thaw(Link link)
+{
+    m_thaw_at[static_cast<size_t>(link)] = 0;
+    send_late();
+    end_outages();
 }
 
 void Simulator::serve()
@@ -224,12 +268,22 @@ void Simulator::advance(uint64_t microseconds)
 {
     m_now += microseconds;
     m_camera.advance(microseconds);
-    while (!m_late.empty() && m_late.begin()->first <= m_now) {
-        const Late late = m_late.begin()->second;
-        m_late.erase(m_late.begin());
-        send(late.link, late.queue, late.message);
-    }
+    send_late();
     end_outages();
+}
+
+// The answers that are due, but for those of a frozen peer.
+void Simulator::send_late()
+{
+    for (auto next = m_late.begin(); next != m_late.end() && next->first <= m_now;) {
+        const Late &late = next->second;
+        if (frozen(late.link)) {
+            ++next;
+            continue;
+        }
+        send(late.link, late.queue, late.message);
+        next = m_late.erase(next);
+    }
 }
 
 // True when one has begun: the request is lost.
@@ -251,7 +305,8 @@ bool Simulator::begin_outage(Link link, const Effects &effects)
     return !reads(link) || effects.restart_ms;
 }
 
-// The peer ends in good order: its queue goes, and with it what waits there and what the peer had yet to send.
+// The peer ends in good order: its queue goes, and with it what waits there and what the peer had yet to send. The one
+// that comes back is not frozen.
 void Simulator::begin_restart(Link link, uint64_t length)
 {
     forget(link);
@@ -259,6 +314,7 @@ void Simulator::begin_restart(Link link, uint64_t length)
     std::erase_if(m_late, [=](const auto &late) { return late.second.link == link; });
     std::erase_if(m_held, [=](const Held &held) { return held.link == link; });
     m_outages[static_cast<size_t>(link)] = {OutageKind::RESTART, m_now + length};
+    m_thaw_at[static_cast<size_t>(link)] = 0;
     end_outages();
 }
 
@@ -270,11 +326,12 @@ void Simulator::forget(Link link)
     }
 }
 
+// Those that are over; a frozen peer does not notice the end of its own before it is thawed.
 void Simulator::end_outages()
 {
     for (const Link link : LINKS) {
         Outage &outage = m_outages[static_cast<size_t>(link)];
-        if (outage.kind != OutageKind::NONE && outage.until <= m_now) {
+        if (outage.kind != OutageKind::NONE && outage.until <= m_now && !frozen(link)) {
             outage = end_outage(link) ? Outage() : Outage{outage.kind, m_now + REOPENING};
         }
     }
@@ -296,11 +353,17 @@ bool Simulator::end_outage(Link link)
 
 std::optional<uint64_t> Simulator::next_due() const
 {
-    uint64_t next = m_late.empty() ? UINT64_MAX : m_late.begin()->first;
-    for (const Outage &outage : m_outages) {
-        next = outage.until > m_now ? std::min(next, outage.until) : next;
+    uint64_t next = NEVER;
+    for (const auto &[due, late] : m_late) {
+        next = frozen(late.link) ? next : std::min(next, due);
     }
-    if (next == UINT64_MAX) {
+    for (const Link link : LINKS) {
+        const Outage &outage = m_outages[static_cast<size_t>(link)];
+        for (const uint64_t due : {frozen(link) ? 0 : outage.until, m_thaw_at[static_cast<size_t>(link)]}) {
+            next = due > m_now ? std::min(next, due) : next;
+        }
+    }
+    if (next == NEVER) {
         return std::nullopt;
     }
     return next > m_now ? next - m_now : 0;

@@ -33,7 +33,12 @@ class Simulator {
     void set_trace(std::ostream *trace) { m_trace = trace; }
 
     Camera &camera() { return m_camera; }
-    Faults &faults() { return m_faults; }
+
+    // From now on, or once now: a rule that parse_fault() read, once the queues are there.
+    void add_fault(const FaultRule &rule);
+    // Takes all rules away, and thaws what is frozen. Other outages run their course.
+    void clear_faults();
+
     // Requests that it knows are answered from it, all others by the camera.
     Replay &replay() { return m_replay; }
     mqd_t descriptor(Link link) const { return m_queues[static_cast<size_t>(link)].descriptor(); }
@@ -47,7 +52,7 @@ class Simulator {
     // Lets time pass, in microseconds.
     void advance(uint64_t microseconds);
 
-    // Microseconds until the next late answer or end of outage; nullopt if none.
+    // Microseconds until the next late answer or end of an outage or freeze; nullopt if none.
     std::optional<uint64_t> next_due() const;
 
   private:
@@ -81,6 +86,10 @@ class Simulator {
     Answer ask_peer(const Request &request);
     void distort(const Effects &effects, Bytes &message);
     void send(Link link, const std::string &queue, const Bytes &message);
+    void carry_out_order(Link link, const Effects &effects);
+    bool frozen(Link link) const { return m_thaw_at[static_cast<size_t>(link)] > m_now; }
+    void thaw(Link link);
+    void send_late();
     bool begin_outage(Link link, const Effects &effects);
     void begin_restart(Link link, uint64_t length);
     void forget(Link link);
@@ -95,9 +104,10 @@ class Simulator {
     std::mt19937 m_noise; // apart from the state's, so that faults do not change what the camera does
     std::array<Queue, LINK_COUNT> m_queues;
     std::array<Outage, LINK_COUNT> m_outages;
-    std::multimap<uint64_t, Late> m_late; // by the time at which they are sent
-    std::vector<Held> m_held;             // in the order of their requests
-    uint64_t m_now = 0;                   // microseconds
+    std::array<uint64_t, LINK_COUNT> m_thaw_at = {}; // a peer is frozen before
+    std::multimap<uint64_t, Late> m_late;            // by the time at which they are sent
+    std::vector<Held> m_held;                        // in the order of their requests
+    uint64_t m_now = 0;                              // microseconds
     std::ostream *m_trace = nullptr;
 };
 

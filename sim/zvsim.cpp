@@ -136,14 +136,12 @@ struct Options {
 };
 
 // What is wrong with the rules, or empty.
-std::string load_faults(const Options &options, Simulator &simulator)
+std::string read_faults(const Options &options, std::vector<FaultRule> &rules)
 {
     for (const std::string &text : options.faults) {
-        FaultRule rule;
-        if (const std::string wrong = parse_fault(text, rule); !wrong.empty()) {
+        if (const std::string wrong = parse_fault(text, rules.emplace_back()); !wrong.empty()) {
             return concerning(text, wrong);
         }
-        simulator.faults().add(rule);
     }
     return {};
 }
@@ -181,7 +179,8 @@ Outcome simulate(const Options &options)
     Queue control;                           // before the simulator, and so removed after its queues
     std::ofstream trace;
     Simulator simulator(static_cast<uint8_t>(options.model), options.seed);
-    if (const std::string wrong = load_faults(options, simulator); !wrong.empty()) {
+    std::vector<FaultRule> faults;
+    if (const std::string wrong = read_faults(options, faults); !wrong.empty()) {
         return {WRONG_USAGE, wrong};
     }
     if (const std::string wrong = load_replay(options, simulator); !wrong.empty()) {
@@ -195,6 +194,9 @@ Outcome simulate(const Options &options)
     }
     if (const std::string wrong = simulator.open(); !wrong.empty()) {
         return {FAILED, wrong};
+    }
+    for (const FaultRule &rule : faults) {
+        simulator.add_fault(rule);
     }
     std::cout << "zvsim: camera of model " << options.model << " is ready" << std::endl;
     run(simulator, control, signals);
@@ -224,7 +226,7 @@ int run_program(int argc, char **argv)
     std::string rule;
     app.footer(fault_help());
     app.set_version_flag("--version", ZVSIM_VERSION);
-    CLI::App *fault = app.add_subcommand("fault", "Add a fault rule to the running camera, or clear them all");
+    CLI::App *fault = app.add_subcommand("fault", "Give the running camera a fault rule, or clear them all");
     fault->add_option("rule", rule, "The rule, or clear")->type_name("RULE")->required();
     CLI::App *media = app.add_subcommand("media", "List what is on the running camera's card");
     app.require_subcommand(0, 1);

@@ -64,7 +64,7 @@ TEST_F(FaultyDaemon, APollIsFreshOrTheLastSnapshotAndBusy)
           "restart:link=daemon,every=41"}) {
         FaultRule rule;
         ASSERT_EQ("", parse_fault(text, rule));
-        simulator.faults().add(rule);
+        simulator.add_fault(rule);
     }
     constexpr uint32_t POLLS = 1000;
     const Field mark = status(STATUS_WIRELESS_SCAN_TIME_MSEC, 4); // nothing else writes it

@@ -49,7 +49,7 @@ class SimulatedCamera : public testing::Test {
     {
         FaultRule rule;
         ASSERT_EQ("", parse_fault(text, rule));
-        camera.faults().add(rule);
+        camera.add_fault(rule);
     }
 
     void set_mode(uint8_t flat_mode)
@@ -331,7 +331,7 @@ TEST_F(SimulatedCamera, AnswersFromATrace)
     fault("drop:command=32");
     ask_daemon(32);
     camera.set_trace(nullptr);
-    camera.faults().clear();
+    camera.clear_faults();
     camera.camera().state().set(status(STATUS_APP_DIGITAL_ZOOM), 5);
 
     ASSERT_EQ("", camera.replay().read(trace));
@@ -476,6 +476,11 @@ TEST(FaultRules, SayWhatIsWrongWithThem)
     EXPECT_EQ("drop has no option 'ms'", parse_fault("drop:ms=3", rule));
     EXPECT_EQ("ms cannot be negative", parse_fault("delay:ms=-3", rule));
     EXPECT_EQ("link is daemon or camera, not 'moon'", parse_fault("drop:link=moon", rule));
+    EXPECT_EQ("", parse_fault("freeze:link=daemon,ms=5", rule));
+    for (const std::string name : {"command", "every", "count"}) {
+        EXPECT_EQ("freeze begins at once and selects no requests: it has no '" + name + "'",
+                  parse_fault("freeze:" + name + "=1", rule));
+    }
 }
 
 TEST_F(SimulatedCamera, DropsDoublesAndDelaysByRule)
@@ -580,6 +585,79 @@ TEST_F(SimulatedCamera, MakesItsQueuesAnewByRule)
     mq_close(second);
     context.mq_tx = mq_open("/to_zvnet", O_WRONLY);
     EXPECT_EQ(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7));
+
+    fault("restart:link=daemon,ms=1000"); // no request is selected: now, and once
+    EXPECT_FALSE(exists("/to_zvCtlD"));
+    EXPECT_TRUE(exists("/to_zvnet"));
+    camera.advance(1000000);
+    EXPECT_EQ(1u, ask_daemon(32).size());
+    EXPECT_EQ(1u, ask_daemon(32).size());
+    fault("restart:ms=1000");
+    EXPECT_FALSE(exists("/to_zvCtlD") || exists("/to_zvnet"));
+}
+
+TEST_F(SimulatedCamera, FreezesAndThawsByOrder)
+{
+    using Sizes = std::vector<size_t>;
+    fault("delay:command=33,ms=1000,count=1");
+    EXPECT_EQ(0u, ask_daemon(33).size());
+    fault("freeze:link=daemon");
+    EXPECT_EQ(0u, ask_daemon(32).size());
+    EXPECT_EQ(0u, ask_daemon(34).size());
+    camera.advance(3600ull * 1000000);
+    camera.serve();
+    EXPECT_EQ(0u, answers().size());
+    EXPECT_EQ(std::nullopt, camera.next_due());
+    EXPECT_EQ(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7)); // the relay is awake
+    fault("thaw:link=camera");
+    camera.serve();
+    EXPECT_EQ(0u, answers().size());
+    fault("thaw");
+    camera.serve();
+    EXPECT_EQ((Sizes{394, 238, 634}), records(answers())); // nothing is lost, and all in order
+
+    fault("die:command=32,ms=1000,count=1"); // its end goes unnoticed before that of the freeze
+    EXPECT_EQ(0u, ask_daemon(32).size());
+    fault("freeze:ms=2000");
+    EXPECT_EQ(2000000u, camera.next_due());
+    camera.advance(1999999);
+    EXPECT_EQ(0u, ask_daemon(33).size());
+    EXPECT_NE(ZV_OK, zvc_send_simple_remote_api(&context, 1, 7));
+    camera.advance(1);
+    camera.serve();
+    EXPECT_EQ(0u, answers().size());
+    EXPECT_EQ(1u, ask_daemon(33).size());
+
+    const auto thaws = [&](const std::function<void()> &order) {
+        fault("freeze");
+        const bool frozen = ask_daemon(33).empty();
+        order();
+        return frozen && !ask_daemon(33).empty();
+    };
+    EXPECT_TRUE(thaws([&] { camera.clear_faults(); }));
+    EXPECT_TRUE(thaws([&] { fault("restart:ms=0"); }));
+}
+
+TEST_F(SimulatedCamera, IsSwitchedOffAndOn)
+{
+    using Sizes = std::pair<size_t, size_t>; // of what both links answer
+    const auto ask = [&] {
+        uint8_t *payload = nullptr;
+        uint16_t size = 0;
+        reply.receive();
+        EXPECT_EQ(ZV_OK, zvc_send_remote_api_for_response(&context, 1, 7, &payload, &size));
+        return Sizes(records(ask_daemon(33)).at(0), size);
+    };
+    const Sizes on = ask();
+    fault("off:link=camera,group=1");
+    fault("off");
+    const Sizes off = ask();
+    fault("drop:command=32");
+    fault("on:link=daemon");
+    EXPECT_EQ(Sizes(on.first, off.second), ask());
+    fault("on");
+    EXPECT_EQ(on, ask());
+    EXPECT_EQ(0u, ask_daemon(32).size()); // no other rule is ended
 }
 
 } // namespace

@@ -28,8 +28,14 @@ try 1 'already running' # and leaves the first one its queues
 try 0 '^100SIMUL.SIM00001.MP4 video' media
 try 2 'no option' fault drop:ms=1
 "$zvsim" fault drop:link=daemon || fail "the fault rule"
+"$zvsim" fault restart:link=daemon,ms=60000 || fail "the restart"
+[ "$(ls "$queues")" = "$(printf 'to_zvnet\nto_zvsim')" ] || fail "no restart when the order was given: $(ls "$queues")"
 end_camera TERM
 grep -q '^# zvsim --model 62 --seed 1' "$folder/trace" || fail "the trace's remark"
+
+start_camera --fault restart:ms=60000
+[ "$(ls "$queues")" = to_zvsim ] || fail "no restart from the start: $(ls "$queues")"
+end_camera TERM
 
 start_camera --model 51
 kill -KILL "$camera"
