@@ -175,38 +175,44 @@ std::string Catalogue::name(uint32_t setting) const
     return path.substr(block, middle - block) + "/" + path.substr(middle + strlen(MIDDLE));
 }
 
-Result Catalogue::find_setting(const std::string &text, uint32_t &setting) const
+std::vector<uint32_t> Catalogue::settings_named(const std::string &text) const
 {
     if (uint32_t number = 0; to_number(text, number)) {
-        if (!has(number)) {
-            return {Outcome::NO_SUCH_SETTING, "this camera has no setting " + std::to_string(number)};
-        }
-        setting = number;
-        return {};
+        return has(number) ? std::vector<uint32_t>{number} : std::vector<uint32_t>{};
     }
     std::vector<uint32_t> exact;
     std::vector<uint32_t> by_last_part;
-    std::vector<std::string> names;
-    for (const uint32_t number : settings()) {
-        names.push_back(name(number));
-        if (same(text, names.back().c_str()) || same(text, row(number).json_path)) {
-            exact.push_back(number);
-        } else if (same(text, last_part(names.back()).c_str())) {
-            by_last_part.push_back(number);
+    for (const uint32_t setting : settings()) {
+        const std::string whole = name(setting);
+        if (same(text, whole.c_str()) || same(text, row(setting).json_path)) {
+            exact.push_back(setting);
+        } else if (same(text, last_part(whole).c_str())) {
+            by_last_part.push_back(setting);
         }
     }
-    const std::vector<uint32_t> &found = exact.empty() ? by_last_part : exact;
-    if (found.empty()) {
-        return {Outcome::NO_SUCH_SETTING, "this camera has no setting \"" + text + "\"" + suggestion(text, names)};
-    }
+    return exact.empty() ? by_last_part : exact;
+}
+
+Result Catalogue::find_setting(const std::string &text, uint32_t &setting) const
+{
+    const std::vector<uint32_t> found = settings_named(text);
     if (found.size() > 1) {
         std::vector<std::string> candidates(found.size());
         std::transform(found.begin(), found.end(), candidates.begin(),
                        [this](uint32_t number) { return std::to_string(number) + " " + name(number); });
         return {Outcome::NO_SUCH_SETTING, "\"" + text + "\" names several settings: " + listed(candidates)};
     }
-    setting = found.front();
-    return {};
+    if (!found.empty()) {
+        setting = found.front();
+        return {};
+    }
+    if (uint32_t number = 0; to_number(text, number)) {
+        return {Outcome::NO_SUCH_SETTING, "this camera has no setting " + std::to_string(number)};
+    }
+    const std::vector<uint32_t> numbers = settings();
+    std::vector<std::string> names(numbers.size());
+    std::transform(numbers.begin(), numbers.end(), names.begin(), [this](uint32_t number) { return name(number); });
+    return {Outcome::NO_SUCH_SETTING, "this camera has no setting \"" + text + "\"" + suggestion(text, names)};
 }
 
 const std::vector<option_t *> &Catalogue::options(uint32_t setting) const

@@ -34,6 +34,9 @@ class ZV_API Catalogue {
     // "video/fps" for "modes/video/settings/fps"; a bare name as it is.
     std::string name(uint32_t setting) const;
 
+    // The settings that a person may mean by this: none, one, or several that have the name.
+    std::vector<uint32_t> settings_named(const std::string &text) const;
+
     // The setting that a person names. Otherwise the sentence says what the camera has in its place: the candidates of
     // a name that several have, or names that are nearly the same.
     Result find_setting(const std::string &text, uint32_t &setting) const;

@@ -72,19 +72,11 @@ std::string write_settings(const State &state)
     return stream.str();
 }
 
-// The members of `after` whose text is another one than before, or that were not there.
 std::string changes(const std::vector<Member> &before, const std::vector<Member> &after)
 {
     std::string text;
-    auto old = before.begin();
-    for (const Member &member : after) {
-        while (old != before.end() && old->id < member.id) {
-            ++old;
-        }
-        if (old != before.end() && old->id == member.id && old->text == member.text) {
-            continue;
-        }
-        text.append(text.empty() ? "\"" : ",\"").append(std::to_string(member.id)).append("\":").append(member.text);
+    for (const ChangedMember &member : changed_members(before, after)) {
+        text.append(text.empty() ? "\"" : ",\"").append(std::to_string(member.id)).append("\":").append(member.now);
     }
     return text;
 }
@@ -104,6 +96,22 @@ State::State(const all_status_settings_t &record, uint32_t model)
 uint32_t State::option(uint32_t setting) const
 {
     return setting < m_values.settings.size() ? m_values.settings[setting] : 0;
+}
+
+std::vector<ChangedMember> changed_members(const std::vector<Member> &before, const std::vector<Member> &after)
+{
+    std::vector<ChangedMember> changed;
+    auto old = before.begin();
+    for (const Member &member : after) {
+        while (old != before.end() && old->id < member.id) {
+            ++old;
+        }
+        const std::string_view text = old != before.end() && old->id == member.id ? old->text : std::string_view();
+        if (text != member.text) {
+            changed.push_back({member.id, text, member.text});
+        }
+    }
+    return changed;
 }
 
 std::string Change::json() const

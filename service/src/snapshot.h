@@ -63,6 +63,16 @@ class ZV_API State {
     CameraState m_values;
 };
 
+// A member whose text is another one than before.
+struct ChangedMember {
+    uint32_t id;
+    std::string_view before; // empty for a member that was not there
+    std::string_view now;
+};
+
+// Those of `after`, in its order.
+ZV_API std::vector<ChangedMember> changed_members(const std::vector<Member> &before, const std::vector<Member> &after);
+
 // What differs between two moments, as members with commas between them: `"8":1,"30":"home"`.
 struct Change {
     uint64_t revision = 0; // of the later moment
