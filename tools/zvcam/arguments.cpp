@@ -17,7 +17,7 @@ int64_t parse_number(const std::string &text, const char *what, int64_t low, int
     errno = 0;
     const int64_t number = strtoll(text.c_str(), &end, text.starts_with("0x") ? 16 : 10);
     if (text.empty() || *end != '\0' || errno != 0 || number < low || number > high) {
-        fail(WRONG_USAGE, "%s is a number from %lld to %lld, not \"%s\"", what, static_cast<long long>(low),
+        fail(EXIT_WRONG_USAGE, "%s is a number from %lld to %lld, not \"%s\"", what, static_cast<long long>(low),
              static_cast<long long>(high), text.c_str());
     }
     return number;
@@ -35,12 +35,12 @@ void confirm(const Arguments &arguments, const char *question)
         return;
     }
     if (isatty(STDIN_FILENO) == 0) {
-        fail(WRONG_USAGE, "%s Nobody is here to answer; say --yes.", question);
+        fail(EXIT_WRONG_USAGE, "%s Nobody is here to answer; say --yes.", question);
     }
     fprintf(stderr, "%s [y/N] ", question);
     const int answer = getchar();
     if (answer != 'y' && answer != 'Y') {
-        fail(FAILED, "left as it was");
+        fail(EXIT_FAILED, "left as it was");
     }
 }
 

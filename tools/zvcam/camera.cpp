@@ -73,7 +73,8 @@ void show_field(const InfoField &field, const uint8_t *bytes, Json *json)
 void info(const Arguments &arguments)
 {
     uint8_t camera[CAMERA_INFO_SIZE] = {};
-    check(zvcontrol_get_camera_info(camera), "read the camera's identity from the system information service");
+    check(zvservice::Result::of_call(zvcontrol_get_camera_info(camera),
+                                     "read the camera's identity from the system information service"));
     show(arguments, [&camera](Json *json) {
         for (const InfoField &field : INFO_FIELDS) {
             show_field(field, camera + field.offset, json);
@@ -85,7 +86,7 @@ void shutter(const Arguments &arguments)
 {
     const std::string &state = arguments.words.front();
     if (state != "on" && state != "off") {
-        fail(WRONG_USAGE, "the shutter is on or off, not \"%s\"", state.c_str());
+        fail(EXIT_WRONG_USAGE, "the shutter is on or off, not \"%s\"", state.c_str());
     }
     const bool on = state == "on";
     CameraLink camera;
@@ -139,7 +140,7 @@ void set_format(CameraLink &camera, const Format &wanted)
 {
     const int32_t result = zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov);
     if (result == ZV_ERR_INVALID_PARAM && camera.code() == 0) {
-        fail(REFUSED, "the camera offers no frame rate at %s now",
+        fail(EXIT_REFUSED, "the camera offers no frame rate at %s now",
              value_text(SETTING_VIDEO_RESOLUTION, static_cast<uint32_t>(wanted.resolution)).c_str());
     }
     camera.check(result, "set the format");

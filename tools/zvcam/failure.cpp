@@ -1,6 +1,6 @@
 #include "failure.h"
 
-#include "output.h"
+#include "options.h"
 
 #include <algorithm>
 #include <cstdarg>
@@ -9,6 +9,9 @@
 #include <zvctrl/zvDbg.h>
 
 namespace zvcam {
+
+using zvservice::Outcome;
+using zvservice::Result;
 
 const char EXIT_CODES[] = "Exit codes:\n"
                           "  0  done\n"
@@ -22,23 +25,14 @@ const char EXIT_CODES[] = "Exit codes:\n"
 
 namespace {
 
-struct ResultRow {
-    int32_t result;
-    ExitCode code;
-    const char *meaning;
-};
+constexpr char HINT_LOG[] = "-v shows the library's log";
 
-constexpr ResultRow RESULTS[] = {
-    {ZV_ERR_NO_RESPONSE, NO_ANSWER, "no answer within 10 seconds; is the camera's side still running?"},
-    {ZV_ERR_NAK_OFF, REFUSED, "the camera is switched off"},
-    {ZV_ERR_NOT_SUPPORTED, REFUSED, "this camera has no such command"},
-    {ZV_ERR_NO_SDCARD, REFUSED, "there is no card in the camera"},
-    {ZV_ERR_SDCARD_FULL, REFUSED, "the card is full"},
-    {ZV_ERR_ACCESS_DENIED, REFUSED, "the camera denies access"},
-    {ZV_ERR_INVALID_PARAM, FAILED,
-     "a value is out of range or does not fit here, or the camera's answer has no valid form"},
-    {ZV_ERR_OUTOFMEM, FAILED, "out of memory"},
-};
+// Whether there is no more to say of a call than its code, which the library's log explains.
+bool is_unexplained(const Result &result)
+{
+    return result.outcome() == Outcome::FAILED && result.code() != 0 && result.code() != ZV_ERR_INVALID_PARAM &&
+           result.code() != ZV_ERR_OUTOFMEM;
+}
 
 } // namespace
 
@@ -58,27 +52,25 @@ void fail(ExitCode code, const char *format, ...)
 
 void answer_no()
 {
-    throw Failure{FAILED, {}};
+    throw Failure{EXIT_FAILED, {}};
 }
 
-void check(int32_t result, const char *doing, uint8_t camera_code)
+void check(const Result &result, const char *hint)
 {
-    if (result == ZV_OK) {
+    if (result.done()) {
         return;
     }
-    if (result == ZV_ERR && camera_code != 0) {
-        fail(REFUSED, "cannot %s: the firmware reports error %d", doing, static_cast<int8_t>(camera_code));
+    std::string message = result.sentence();
+    if (hint == nullptr && is_unexplained(result)) {
+        hint = HINT_LOG;
     }
-    if (result == ZV_ERR_NAK || (result == ZV_ERR_INVALID_PARAM && camera_code != 0)) { // the shutter's way to say so
-        fail(REFUSED, "cannot %s: the camera refused it, with acknowledge byte %u", doing, camera_code);
+    if (hint != nullptr) {
+        message.append(message.ends_with('?') ? " " : "; ").append(hint);
     }
-    const std::string name = result == ZV_ERR_NO_RESPONSE ? "ZV_ERR_NO_RESPONSE" : zvErrno2Str(result);
-    for (const ResultRow &row : RESULTS) {
-        if (row.result == result) {
-            fail(row.code, "cannot %s: %s (%s, %d)", doing, row.meaning, name.c_str(), result);
-        }
+    for (const zvservice::Removal &removal : result.reasons()) {
+        message += "\n  " + catalogue().reason(removal);
     }
-    fail(FAILED, "cannot %s: %s, %d; -v shows the library's log", doing, name.c_str(), result);
+    throw Failure{result.exit_code(), message};
 }
 
 } // namespace zvcam

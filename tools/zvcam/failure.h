@@ -2,21 +2,13 @@
 // script can.
 #pragma once
 
-#include <cstdint>
 #include <string>
+#include <zvservice/result.h>
 
 namespace zvcam {
 
-enum ExitCode {
-    DONE = 0,
-    FAILED = 1,
-    WRONG_USAGE = 2,
-    NO_DAEMON = 3,
-    NO_ANSWER = 4,
-    REFUSED = 5,
-    FORBIDDEN = 6,
-    SYSTEM_LIMIT = 7,
-};
+using enum zvservice::ExitCode;
+using zvservice::ExitCode;
 
 // The exit codes in words, for --help.
 extern const char EXIT_CODES[];
@@ -31,8 +23,7 @@ struct Failure {
 // Ends a command whose output says that the answer is no.
 [[noreturn]] void answer_no();
 
-// Ends the command when `result`, of a call of the library, is not 0. `doing` says what was tried, such as "start the
-// capture"; `camera_code` is the context's rtos_error_code.
-void check(int32_t result, const char *doing, uint8_t camera_code = 0);
+// Ends the command unless it is done. `hint` says what a person can do about it; null for nothing.
+void check(const zvservice::Result &result, const char *hint = nullptr);
 
 } // namespace zvcam

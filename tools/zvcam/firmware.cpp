@@ -9,19 +9,21 @@
 
 namespace zvcam {
 
+using zvservice::Result;
+
 namespace {
 
 void download_start(const Arguments &arguments)
 {
     confirm(arguments, "Tell the camera that a firmware download begins?");
-    check(zvc_fwupdate_download_start(nullptr), "store that the download begins");
+    check(Result::of_call(zvc_fwupdate_download_start(nullptr), "store that the download begins"));
     show_done(arguments, "the download begins");
 }
 
 void download_cancel(const Arguments &arguments)
 {
     confirm(arguments, "Tell the camera that the firmware download is given up?");
-    check(zvc_fwupdate_download_cancel(nullptr), "store that the download is given up");
+    check(Result::of_call(zvc_fwupdate_download_cancel(nullptr), "store that the download is given up"));
     show_done(arguments, "the download is given up");
 }
 

@@ -36,7 +36,7 @@ void on_signal(int signal)
     mq_unlink(reply_queue); // one system call each
     mq_unlink(response_queue);
     if (interruption_expected != 0 && (signal == SIGINT || signal == SIGTERM)) {
-        _exit(DONE);
+        _exit(EXIT_DONE);
     }
     raise(signal); // by now its default action again
 }
@@ -50,10 +50,10 @@ mqd_t open_peer(const char *name, const char *who)
             return queue;
         }
         if (errno != ENOENT) {
-            fail(FAILED, "cannot open the queue %s of %s: %s", name, who, strerror(errno));
+            fail(EXIT_FAILED, "cannot open the queue %s of %s: %s", name, who, strerror(errno));
         }
         if (!wait_for_queues || attempt == ATTEMPTS) {
-            fail(NO_DAEMON, "%s is not running: there is no queue %s", who, name);
+            fail(EXIT_NOT_THERE, "%s is not running: there is no queue %s", who, name);
         }
         sleep(1);
     }
@@ -70,19 +70,19 @@ mqd_t open_peer(const char *name, const char *who)
         fclose(file);
     }
     if (limit < needed) {
-        fail(SYSTEM_LIMIT,
+        fail(EXIT_SYSTEM_LIMIT,
              "cannot create %s: it needs messages of %ld bytes and the kernel allows %ld; as root: sysctl -w "
              "fs.mqueue.msgsize_max=16384",
              what, needed, limit);
     }
     rlimit bytes = {};
     if (error == EMFILE && getrlimit(RLIMIT_MSGQUEUE, &bytes) == 0) { // so few descriptors are open that it is not they
-        fail(SYSTEM_LIMIT,
+        fail(EXIT_SYSTEM_LIMIT,
              "cannot create %s: this user's queues reach the limit of %llu bytes (RLIMIT_MSGQUEUE, ulimit -q); those "
              "that ended processes left behind are in /dev/mqueue",
              what, static_cast<unsigned long long>(bytes.rlim_cur));
     }
-    fail(error == ENOSPC ? SYSTEM_LIMIT : FAILED, "cannot create %s: %s", what, strerror(error));
+    fail(error == ENOSPC ? EXIT_SYSTEM_LIMIT : EXIT_FAILED, "cannot create %s: %s", what, strerror(error));
 }
 
 } // namespace
@@ -135,12 +135,13 @@ bool DaemonLink::poll(all_status_settings_t &record)
         return false;
     }
     if (result == ZV_ERR) {
-        fail(FAILED,
+        fail(EXIT_FAILED,
              "the daemon refused to tell the camera's state, or its answer is no use; -v shows the library's log");
     }
-    check(result, "read the camera's state");
+    check(zvservice::Result::of_call(result, "read the camera's state"));
     if (length != sizeof record.bytes) {
-        fail(FAILED, "the daemon's answer has %u bytes where the camera's state has %zu", length, sizeof record.bytes);
+        fail(EXIT_FAILED, "the daemon's answer has %u bytes where the camera's state has %zu", length,
+             sizeof record.bytes);
     }
     m_last = record;
     return true;
@@ -150,7 +151,7 @@ all_status_settings_t DaemonLink::poll()
 {
     all_status_settings_t record = {};
     if (!poll(record)) {
-        check(ZV_ERR_NO_RESPONSE, "read the camera's state");
+        check(zvservice::Result::of_call(ZV_ERR_NO_RESPONSE, "read the camera's state"));
     }
     return record;
 }
@@ -209,7 +210,7 @@ CameraLink::operator zvc_msg_q_context_t *()
 
 void CameraLink::check(int32_t result, const char *doing) const
 {
-    zvcam::check(result, doing, code());
+    zvcam::check(zvservice::Result::of_call(result, doing, code()));
 }
 
 uint32_t camera_model()

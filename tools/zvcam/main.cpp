@@ -167,9 +167,9 @@ int call(const Parser &parser)
     remove_queues_at_signals();
     parser.chosen.command->run(arguments_of(parser));
     if (!flush_output()) {
-        fail(FAILED, "%s", OUTPUT_LOST);
+        fail(EXIT_FAILED, "%s", OUTPUT_LOST);
     }
-    return DONE;
+    return EXIT_DONE;
 }
 
 // Help and complaints may speak of every command.
@@ -179,7 +179,7 @@ int call_or_explain(int argc, char **argv)
     try {
         parser.app.parse(argc, argv);
     } catch (const CLI::ParseError &error) {
-        return parser.app.exit(error) == 0 ? DONE : WRONG_USAGE;
+        return parser.app.exit(error) == 0 ? EXIT_DONE : EXIT_WRONG_USAGE;
     }
     return call(parser);
 }
@@ -212,6 +212,6 @@ int main(int argc, char **argv)
         return failure.code;
     } catch (const std::exception &error) {
         fprintf(stderr, "zvcam: %s\n", error.what());
-        return FAILED;
+        return EXIT_FAILED;
     }
 }

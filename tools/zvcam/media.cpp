@@ -26,7 +26,7 @@ constexpr size_t LIST_FOLDER = 8; // characters of the folder in a list entry
 uint32_t length_of(const std::string &name)
 {
     if (name.empty() || name.size() > LONGEST_NAME) {
-        fail(WRONG_USAGE, "a name has 1 to %zu characters, such as 100ABCDE/CLIP0001.MP4", LONGEST_NAME);
+        fail(EXIT_WRONG_USAGE, "a name has 1 to %zu characters, such as 100ABCDE/CLIP0001.MP4", LONGEST_NAME);
     }
     return static_cast<uint32_t>(name.size());
 }
@@ -35,7 +35,7 @@ file_list_item_t list_item(const std::string &name)
 {
     file_list_item_t item = {1, {}};
     if (name.size() > sizeof item.name || name.find_first_of("/\\") != LIST_FOLDER) {
-        fail(WRONG_USAGE,
+        fail(EXIT_WRONG_USAGE,
              "in a list, a name is a folder of 8 characters, a slash and a file, 22 characters at most: "
              "not \"%s\"",
              name.c_str());
@@ -106,7 +106,7 @@ void room(const Arguments &arguments)
     }
     const std::string interval = value_text(SETTING_VIDEO_LOOPING, looping);
     if (!enough && !arguments.json()) {
-        fail(FAILED, "the card has no room for looping at %s", interval.c_str());
+        fail(EXIT_FAILED, "the card has no room for looping at %s", interval.c_str());
     }
     show(arguments, [&](Json *json) {
         if (json != nullptr) {

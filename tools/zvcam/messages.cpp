@@ -41,7 +41,7 @@ std::vector<uint8_t> parse_bytes(std::string text)
     std::vector<uint8_t> bytes;
     std::erase(text, ' '); // a byte's two digits may be two words
     if (!zv::read_hex(text, bytes) || bytes.size() > LONGEST_PAYLOAD) {
-        fail(WRONG_USAGE, "a payload is up to %zu bytes of two hexadecimal digits each", LONGEST_PAYLOAD);
+        fail(EXIT_WRONG_USAGE, "a payload is up to %zu bytes of two hexadecimal digits each", LONGEST_PAYLOAD);
     }
     return bytes;
 }
@@ -114,7 +114,7 @@ int decode_input(const Arguments &arguments, const zv::DecodeSink &sink)
         std::ifstream file(name);
         const int faults = file ? zv::decode_trace(file, sink) : 0;
         if (!file.is_open() || file.bad()) { // a folder can be opened, and not read
-            fail(FAILED, "cannot read %s: %s", name.c_str(), strerror(errno));
+            fail(EXIT_FAILED, "cannot read %s: %s", name.c_str(), strerror(errno));
         }
         return faults;
     }
@@ -128,10 +128,10 @@ int decode_input(const Arguments &arguments, const zv::DecodeSink &sink)
 void decode(const Arguments &arguments)
 {
     if (arguments.given("--trace") && !arguments.words.empty()) {
-        fail(WRONG_USAGE, "a trace or a message, not both");
+        fail(EXIT_WRONG_USAGE, "a trace or a message, not both");
     }
     if (arguments.words.size() > 1 && arguments.words.front() == "-") {
-        fail(WRONG_USAGE, "a message on standard input (-) or in words, not both");
+        fail(EXIT_WRONG_USAGE, "a message on standard input (-) or in words, not both");
     }
     int faults = 0;
     show(arguments, [&](Json *json) {
@@ -151,7 +151,7 @@ void decode(const Arguments &arguments)
         write_faults(*json, others);
     });
     if (faults > 0) {
-        fail(FAILED, "%d fault%s%s", faults, faults == 1 ? "" : "s", arguments.json() ? "" : ", marked with !");
+        fail(EXIT_FAILED, "%d fault%s%s", faults, faults == 1 ? "" : "s", arguments.json() ? "" : ", marked with !");
     }
 }
 

@@ -1,47 +1,26 @@
-// Settings and options as a person names them. A name may fit several; then the message lists them.
+// Settings and options as a person names them, and as JSON shows them.
 #pragma once
 
 #include "json.h"
 
 #include <cstdint>
 #include <string>
-#include <vector>
-#include <zvctrl/camera_settings.h>
+#include <zvservice/catalogue.h>
 
 namespace zvcam {
 
-// The row of a setting; it must be one.
-const settings_id_entry_t &setting_row(uint32_t setting);
+// The camera's. Made when it is first asked for, and so not before a link is open: the camera may just be coming up.
+const zvservice::Catalogue &catalogue();
 
-// "video/resolution" for "modes/video/settings/resolution"; a bare name as it is.
-std::string setting_name(uint32_t setting);
-
-// The setting with this number, path, or name; other texts are wrong usage.
+// What a person names; other texts end the command. `present` is the setting's option now.
 uint32_t find_setting(const std::string &text);
-
-// In menu order. Empty for a camera without a catalogue, whose options are the firmware's values.
-const std::vector<option_t *> &options_of(uint32_t setting);
-
-// The option that a person names: for the scheduled capture a time of day or off, which keeps the clock format of
-// `present`; for the others as find_option says.
-uint32_t parse_option(uint32_t setting, const std::string &text, uint32_t present);
-
-// The option with this id, key or name, or an id that the setting takes without listing it; other texts are wrong
-// usage. Keys go before names.
-uint32_t find_option(uint32_t setting, const std::string &text);
-
-// An option as a person calls it: its name, with the key after it where another option has the same name.
-std::string option_text(uint32_t setting, uint32_t id);
-std::string option_text(uint32_t setting, const std::string &id);
-
-// The id of the option that an unknown value reads as; false for a setting that takes every value.
-bool default_option(uint32_t setting, uint32_t &id);
+uint32_t find_option(uint32_t setting, const std::string &text, uint32_t present = 0);
 
 // The firmware's value of an option. A value above `high`, the largest that goes out whole, is wrong usage: a setting
 // that lists no options takes any number.
 uint32_t option_value(uint32_t setting, uint32_t id, int64_t high);
 
-// The same for an option given by id, key or name.
+// The same for an option as a person names it.
 uint32_t find_value(uint32_t setting, const std::string &text, int64_t high);
 
 // The firmware's value as an option.

@@ -8,18 +8,29 @@
 #include "links.h"
 #include "options.h"
 #include "output.h"
+#include "state.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <ctime>
+#include <memory>
 #include <string>
 #include <vector>
 #include <zvctrl/camera_interface.h>
 #include <zvservice/availability.h>
+#include <zvservice/snapshot.h>
 
 namespace zvcam {
+
+using zvservice::Availability;
+using zvservice::Member;
+using zvservice::MetCondition;
+using zvservice::Outcome;
+using zvservice::Removal;
+using zvservice::Result;
+using zvservice::State;
 
 namespace {
 
@@ -31,27 +42,17 @@ constexpr char NOT_AVAILABLE[] = "  (not available now)";
 constexpr int LOOKS = 10;
 constexpr timespec BETWEEN_LOOKS = {0, 100000000};
 
-zvservice::Availability availability_in(const State &state)
+Availability availability_in(const State &state)
 {
-    return zvservice::Availability(zvservice::read_state(state.all, camera_model()), camera_model());
-}
-
-uint32_t option_now(const State &state, uint32_t setting)
-{
-    return zvservice::read_state(state.all, camera_model()).settings.at(setting);
-}
-
-uint32_t number_of(const Member &member)
-{
-    return static_cast<uint32_t>(strtoul(member.value.c_str(), nullptr, 10));
+    return Availability(state.values(), state.model());
 }
 
 void print_setting(uint32_t setting, uint32_t option, const char *mark = "")
 {
-    print("%3u %-34s ", setting, setting_name(setting).c_str());
-    const std::string now = option_text(setting, option) + mark;
-    if (uint32_t id = 0; default_option(setting, id)) {
-        print("%-28s default %s\n", now.c_str(), option_text(setting, id).c_str());
+    print("%3u %-34s ", setting, catalogue().name(setting).c_str());
+    const std::string now = catalogue().option_text(setting, option) + mark;
+    if (uint32_t id = 0; catalogue().default_option(setting, id)) {
+        print("%-28s default %s\n", now.c_str(), catalogue().option_text(setting, id).c_str());
     } else {
         print("%s\n", now.c_str());
     }
@@ -74,45 +75,32 @@ void print_choices(const std::vector<const option_t *> &options)
     }
 }
 
-// "setting 2 video/resolution", "status 89 app_current_mode"
-std::string condition_name(const filter_info_t &condition)
+void print_removals(const std::vector<Removal> &removals)
 {
-    return zvservice::condition_name(condition) + " " +
-           (condition.type == FILTER_INFO_STATUS ? status_name(condition.id) : setting_name(condition.id));
-}
-
-// "rule 89, because setting 2 video/resolution is 4K"
-std::string reason(const zvservice::Removal &removal)
-{
-    return "rule " + std::to_string(removal.rule) + ", because " + zvservice::because(removal, condition_name);
-}
-
-void print_removals(const std::vector<zvservice::Removal> &removals)
-{
-    for (const zvservice::Removal &removal : removals) {
-        print("%s%s\n", INDENT, reason(removal).c_str());
+    for (const Removal &removal : removals) {
+        print("%s%s\n", INDENT, catalogue().reason(removal).c_str());
     }
 }
 
-void write_condition(Json &json, const zvservice::MetCondition &met)
+void write_condition(Json &json, const MetCondition &met)
 {
     const uint32_t id = met.condition->id;
     json.open('{');
     if (met.condition->type == FILTER_INFO_STATUS) {
-        json.member("status", id).member("name", status_name(id));
+        json.member("status", id).member("name", zvservice::status_name(id));
         json.member("is", strtoul(met.current.c_str(), nullptr, 10));
     } else {
-        json.member("setting", id).member("name", setting_name(id)).member("is", met.current);
+        json.member("setting", id).member("name", catalogue().name(id)).member("is", met.current);
     }
     json.close();
 }
 
-void write_removals(Json &json, const std::vector<zvservice::Removal> &removals)
+void write_removals(Json &json, const std::vector<Removal> &removals)
 {
     json.key("rules").open('[');
-    for (const zvservice::Removal &removal : removals) {
+    for (const Removal &removal : removals) {
         json.open('{').member("rule", removal.rule).key("because").open('[');
-        for (const zvservice::MetCondition &met : removal.conditions) {
+        for (const MetCondition &met : removal.conditions) {
             write_condition(json, met);
         }
         json.close().close();
@@ -120,49 +108,35 @@ void write_removals(Json &json, const std::vector<zvservice::Removal> &removals)
     json.close();
 }
 
-// The rules that forbid the option now; none for an option that no rule knows, unless the whole setting is forbidden.
-std::vector<zvservice::Removal> removals_of(const zvservice::Availability &availability, uint32_t setting,
-                                            uint32_t option)
+bool is_available(const Availability &availability, uint32_t setting, uint32_t option)
 {
-    const std::vector<zvservice::Removal> removals = availability.why(setting, option);
-    return removals.empty() ? availability.why(setting) : removals;
-}
-
-bool is_available(const zvservice::Availability &availability, uint32_t setting, uint32_t option)
-{
-    return removals_of(availability, setting, option).empty();
-}
-
-// Whether there is anything to set it to. A setting that lists no options takes what it is given.
-bool has_choice(const zvservice::Availability &availability, uint32_t setting)
-{
-    return options_of(setting).empty() || !availability.options(setting).empty();
+    return availability.against(setting, option).empty();
 }
 
 // The members of a setting, whose present option is `now`.
-void write_setting(Json &json, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
+void write_setting(Json &json, const Availability &availability, uint32_t setting, uint32_t now)
 {
-    json.member("setting", setting).member("name", setting_name(setting));
-    json.member("available", has_choice(availability, setting));
+    json.member("setting", setting).member("name", catalogue().name(setting));
+    json.member("available", availability.has_choice(setting));
     write_option(json.key("present").open('{'), setting, now);
     json.member("available", is_available(availability, setting, now)).close();
 }
 
 void write_default(Json &json, uint32_t setting)
 {
-    if (uint32_t id = 0; default_option(setting, id)) {
+    if (uint32_t id = 0; catalogue().default_option(setting, id)) {
         write_option(json.key("default").open('{'), setting, id);
         json.close();
     }
 }
 
 // Whether "settings --available" lists it: no rule takes it away as a whole.
-bool is_listed(const zvservice::Availability &availability, uint32_t setting)
+bool is_listed(const Availability &availability, uint32_t setting)
 {
-    return availability.offers(setting) || options_of(setting).empty();
+    return availability.offers(setting) || catalogue().options(setting).empty();
 }
 
-void write_available(Json &json, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
+void write_available(Json &json, const Availability &availability, uint32_t setting, uint32_t now)
 {
     json.open('{');
     write_setting(json, availability, setting, now);
@@ -175,10 +149,10 @@ void write_available(Json &json, const zvservice::Availability &availability, ui
     json.close().close();
 }
 
-void print_available(const zvservice::Availability &availability, uint32_t setting, uint32_t now)
+void print_available(const Availability &availability, uint32_t setting, uint32_t now)
 {
     print_setting(setting, now, is_available(availability, setting, now) ? "" : NOT_AVAILABLE);
-    if (has_choice(availability, setting)) {
+    if (availability.has_choice(setting)) {
         print_choices(availability.options(setting));
     } else {
         print("%sno option is left\n", INDENT);
@@ -187,13 +161,13 @@ void print_available(const zvservice::Availability &availability, uint32_t setti
 
 void show_available(const Arguments &arguments, const State &state)
 {
-    const zvservice::Availability availability = availability_in(state);
+    const Availability availability = availability_in(state);
     show(arguments, [&](Json *json) {
         if (json != nullptr) {
             json->key("available").open('[');
         }
-        for (const Member &member : settings_members(state)) {
-            const uint32_t now = number_of(member);
+        for (const Member &member : state.settings_members()) {
+            const uint32_t now = state.option(member.id);
             if (!is_listed(availability, member.id)) {
                 continue;
             }
@@ -211,15 +185,15 @@ void show_available(const Arguments &arguments, const State &state)
 
 void settings(const Arguments &arguments)
 {
-    const State state(DaemonLink().poll());
+    const auto state = poll();
     if (arguments.given("--available")) {
-        show_available(arguments, state);
+        show_available(arguments, *state);
     } else if (arguments.json()) {
-        print("{%s}\n", settings_document(state).c_str());
+        print("{%s}\n", state->settings_document().c_str());
     } else {
-        for (const Member &member : settings_members(state)) {
-            const auto &options = options_of(member.id);
-            print_setting(member.id, number_of(member));
+        for (const Member &member : state->settings_members()) {
+            const auto &options = catalogue().options(member.id);
+            print_setting(member.id, state->option(member.id));
             print_choices({options.begin(), options.end()});
         }
     }
@@ -227,14 +201,14 @@ void settings(const Arguments &arguments)
 
 void get(const Arguments &arguments)
 {
-    const State state(DaemonLink().poll());
+    const auto state = poll();
     const uint32_t setting = find_setting(arguments.words.at(0));
-    const zvservice::Availability availability = availability_in(state);
-    const uint32_t now = option_now(state, setting);
+    const Availability availability = availability_in(*state);
+    const uint32_t now = state->option(setting);
     show(arguments, [&](Json *json) {
         if (json == nullptr) {
             print_setting(setting, now);
-            for (const option_t *option : options_of(setting)) {
+            for (const option_t *option : catalogue().options(setting)) {
                 print("%s%c %7u %-34s %s%s\n", INDENT, option->id == now ? '*' : ' ', option->id, option->key,
                       option->name, availability.offers(setting, option->id) ? "" : NOT_AVAILABLE);
             }
@@ -243,7 +217,7 @@ void get(const Arguments &arguments)
         write_setting(*json, availability, setting, now);
         write_default(*json, setting);
         json->key("options").open('[');
-        for (const option_t *option : options_of(setting)) {
+        for (const option_t *option : catalogue().options(setting)) {
             write_option(json->open('{'), setting, option->id);
             json->member("available", availability.offers(setting, option->id)).close();
         }
@@ -254,21 +228,21 @@ void get(const Arguments &arguments)
 // "240, the present option,"
 std::string option_or_present(uint32_t setting, uint32_t option, uint32_t now)
 {
-    return option_text(setting, option) + (option == now ? ", the present option," : "");
+    return catalogue().option_text(setting, option) + (option == now ? ", the present option," : "");
 }
 
-void print_why(const zvservice::Availability &availability, uint32_t setting, uint32_t now)
+void print_why(const Availability &availability, uint32_t setting, uint32_t now)
 {
     const auto whole = availability.why(setting);
-    const std::string name = setting_name(setting);
-    const bool left = has_choice(availability, setting);
+    const std::string name = catalogue().name(setting);
+    const bool left = availability.has_choice(setting);
     if (whole.empty() && !left) {
         print("%u %s is not available: no option is left\n", setting, name.c_str());
     } else {
         print("%u %s is %savailable\n", setting, name.c_str(), left ? "" : "not ");
     }
     print_removals(whole);
-    for (const option_t *option : options_of(setting)) {
+    for (const option_t *option : catalogue().options(setting)) {
         if (whole.empty() && !availability.offers(setting, option->id)) {
             print("  %s is not available\n", option_or_present(setting, option->id, now).c_str());
             print_removals(availability.why(setting, option->id));
@@ -276,12 +250,12 @@ void print_why(const zvservice::Availability &availability, uint32_t setting, ui
     }
 }
 
-void write_why(Json &json, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
+void write_why(Json &json, const Availability &availability, uint32_t setting, uint32_t now)
 {
     write_setting(json, availability, setting, now);
     write_removals(json, availability.why(setting));
     json.key("options").open('[');
-    for (const option_t *option : options_of(setting)) {
+    for (const option_t *option : catalogue().options(setting)) {
         write_option(json.open('{'), setting, option->id);
         json.member("available", availability.offers(setting, option->id));
         write_removals(json, availability.why(setting, option->id));
@@ -290,7 +264,7 @@ void write_why(Json &json, const zvservice::Availability &availability, uint32_t
     json.close();
 }
 
-void show_why(const Arguments &arguments, const zvservice::Availability &availability, uint32_t setting, uint32_t now)
+void show_why(const Arguments &arguments, const Availability &availability, uint32_t setting, uint32_t now)
 {
     show(arguments, [&](Json *json) {
         if (json != nullptr) {
@@ -299,20 +273,19 @@ void show_why(const Arguments &arguments, const zvservice::Availability &availab
             print_why(availability, setting, now);
         }
     });
-    if (!has_choice(availability, setting)) {
+    if (!availability.has_choice(setting)) {
         answer_no();
     }
 }
 
-void show_why_option(const Arguments &arguments, const zvservice::Availability &availability, uint32_t setting,
-                     uint32_t now)
+void show_why_option(const Arguments &arguments, const Availability &availability, uint32_t setting, uint32_t now)
 {
-    const uint32_t option = parse_option(setting, arguments.words[1], now);
-    const auto removals = removals_of(availability, setting, option);
+    const uint32_t option = find_option(setting, arguments.words[1], now);
+    const auto removals = availability.against(setting, option);
     show(arguments, [&](Json *json) {
         if (json == nullptr) {
-            print("%u %s: %s is %savailable\n", setting, setting_name(setting).c_str(),
-                  removals.empty() ? option_text(setting, option).c_str()
+            print("%u %s: %s is %savailable\n", setting, catalogue().name(setting).c_str(),
+                  removals.empty() ? catalogue().option_text(setting, option).c_str()
                                    : option_or_present(setting, option, now).c_str(),
                   removals.empty() ? "" : "not ");
             print_removals(removals);
@@ -331,64 +304,60 @@ void show_why_option(const Arguments &arguments, const zvservice::Availability &
 
 void why(const Arguments &arguments)
 {
-    const State state(DaemonLink().poll());
+    const auto state = poll();
     const uint32_t setting = find_setting(arguments.words.at(0));
     const auto show_answer = arguments.words.size() > 1 ? show_why_option : show_why;
-    show_answer(arguments, availability_in(state), setting, option_now(state, setting));
-}
-
-void forbid(uint32_t setting, uint32_t option, const std::vector<zvservice::Removal> &removals)
-{
-    std::string reasons;
-    for (const zvservice::Removal &removal : removals) {
-        reasons += "\n  " + reason(removal);
-    }
-    fail(FORBIDDEN, "%u %s: %s is not available now; --force sends it all the same%s", setting,
-         setting_name(setting).c_str(), option_text(setting, option).c_str(), reasons.c_str());
+    show_answer(arguments, availability_in(*state), setting, state->option(setting));
 }
 
 // The state as soon as it shows the option, or after a second.
-State state_with(DaemonLink &daemon, uint32_t setting, uint32_t option)
+std::unique_ptr<const State> state_with(DaemonLink &daemon, uint32_t setting, uint32_t option)
 {
     for (int look = 1;; ++look) {
-        const State state(daemon.poll());
-        if (option_now(state, setting) == option || look == LOOKS) {
+        auto state = poll(daemon);
+        if (state->option(setting) == option || look == LOOKS) {
             return state;
         }
         nanosleep(&BETWEEN_LOOKS, nullptr);
     }
 }
 
+void check_rules(const State &state, uint32_t setting, uint32_t option)
+{
+    const std::vector<Removal> against = availability_in(state).against(setting, option);
+    if (!against.empty()) {
+        check(Result(std::to_string(setting) + " " + catalogue().name(setting) + ": " +
+                         catalogue().option_text(setting, option) + " is not available now",
+                     against),
+              "--force sends it all the same");
+    }
+}
+
 void set(const Arguments &arguments)
 {
     DaemonLink daemon;
-    const State before(daemon.poll());
+    const auto before = poll(daemon);
     const uint32_t setting = find_setting(arguments.words.at(0));
-    const uint32_t option = parse_option(setting, arguments.words.at(1), option_now(before, setting));
+    const uint32_t option = find_option(setting, arguments.words.at(1), before->option(setting));
     if (!arguments.given("--force")) {
-        const auto removals = removals_of(availability_in(before), setting, option);
-        if (!removals.empty()) {
-            forbid(setting, option, removals);
-        }
+        check_rules(*before, setting, option);
     }
-    const settings_id_entry_t &row = setting_row(setting);
+    const settings_id_entry_t &row = catalogue().row(setting);
     const uint32_t value = option_value(setting, option, row.value_size == 1 ? UINT8_MAX : UINT32_MAX);
-    Changes changes;
-    changes.look(before);
 
     CameraLink camera;
     camera.check(camera_if_settings_set_value_int(camera, static_cast<int32_t>(setting), row.group_id, row.action_id,
-                                                  value, row.value_size, &before.settings, &before.status),
+                                                  value, row.value_size, &before->settings(), &before->status()),
                  "change the setting");
-    const State after = state_with(daemon, setting, option);
-    changes.look(after);
-    if (changes.any() || arguments.json()) {
-        changes.show(arguments.json());
+    const auto after = state_with(daemon, setting, option);
+    if (arguments.json() || !zvservice::difference(before.get(), *after).empty()) {
+        show_changes(before.get(), *after, arguments.json());
     } else {
         print("nothing changed\n");
     }
-    if (const uint32_t now = option_now(after, setting); now != option) {
-        fail(REFUSED, "the camera took the command and still shows %s", option_text(setting, now).c_str());
+    if (const uint32_t now = after->option(setting); now != option) {
+        check(Result(Outcome::REFUSED,
+                     "the camera took the command and still shows " + catalogue().option_text(setting, now)));
     }
 }
 
@@ -427,8 +396,8 @@ constinit const Commands SETTINGS_COMMANDS = COMMANDS;
 
 void print_settings(const State &state)
 {
-    for (const Member &member : settings_members(state)) {
-        print_setting(member.id, number_of(member));
+    for (const Member &member : state.settings_members()) {
+        print_setting(member.id, state.option(member.id));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "command.h"
 #include "links.h"
+#include "options.h"
 #include "output.h"
 #include "settings.h"
 #include "state.h"
@@ -9,34 +10,38 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <memory>
+#include <utility>
 
 namespace zvcam {
+
+using zvservice::State;
 
 namespace {
 
 constexpr int64_t POLL_MILLISECONDS = 500; // what the camera asks of its clients
 constexpr int64_t LONGEST_INTERVAL = 3600000;
 
-void status(const Arguments &arguments)
+void show_status(const Arguments &arguments)
 {
-    const State state(DaemonLink().poll());
+    const auto state = poll();
     if (arguments.json()) {
-        print("{%s}\n", status_document(state).c_str());
+        print("{%s}\n", state->status_document().c_str());
     } else {
-        print_status(state);
+        print_status(*state);
     }
 }
 
-void poll(const Arguments &arguments)
+void show_poll(const Arguments &arguments)
 {
-    const State state(DaemonLink().poll());
+    const auto state = poll();
     if (arguments.json()) {
-        print("{%s,%s}\n", status_document(state).c_str(), settings_document(state).c_str());
+        print("{%s,%s}\n", state->status_document().c_str(), state->settings_document().c_str());
     } else {
         print("Status\n");
-        print_status(state);
+        print_status(*state);
         print("Settings\n");
-        print_settings(state);
+        print_settings(*state);
     }
 }
 
@@ -55,28 +60,25 @@ void watch(const Arguments &arguments)
     const int64_t interval = arguments.number("--interval", POLL_MILLISECONDS, 1, LONGEST_INTERVAL);
     DaemonLink daemon;
     expect_interruption();
-    const State first(daemon.poll());
-    Changes changes;
-    changes.look(first);
-    for (int64_t look = 1;; ++look) {
-        if (changes.any()) {
-            changes.show(json);
-        }
-        if (!flush_output() || look == count) {
-            return;
-        }
+    auto last = poll(daemon);
+    show_changes(nullptr, *last, json);
+    for (int64_t look = 1; flush_output() && look < count; ++look) {
         pause(interval);
         all_status_settings_t record = {};
         if (!daemon.poll(record)) {
             fprintf(stderr, "zvcam: no answer; this is the last known state\n");
         }
-        changes.look(State(record));
+        auto now = std::make_unique<const State>(record, catalogue().model());
+        if (!zvservice::difference(last.get(), *now).empty()) {
+            show_changes(last.get(), *now, json);
+        }
+        last = std::move(now);
     }
 }
 
 constexpr Command COMMANDS[] = {
-    {"status", "", "the camera's status, by number and name", status, {}, R"({"status":{ID:VALUE,...}})"},
-    {"poll", "", "status and settings of one moment, in one document", poll, {}, STATE_AS_JSON},
+    {"status", "", "the camera's status, by number and name", show_status, {}, R"({"status":{ID:VALUE,...}})"},
+    {"poll", "", "status and settings of one moment, in one document", show_poll, {}, STATE_AS_JSON},
     {"watch",
      "",
      "status and settings once, then what changes, until interrupted",
