@@ -21,6 +21,7 @@ fi
 inside='
 set -eu
 echo 16384 > /proc/sys/fs/mqueue/msgsize_max
+mkdir -p /dev/mqueue 2> /dev/null && mount -t mqueue none /dev/mqueue || :
 here=$(pwd)
 case $here in
 /tmp/*)

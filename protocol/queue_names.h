@@ -15,6 +15,10 @@ inline constexpr char CAMERA_QUEUE[] = "/to_camera";
 inline constexpr char RESPONSE_QUEUE_PREFIX[] = "/to_ZVCU";
 inline constexpr long RESPONSE_QUEUE_DEPTH = 5;
 
+// A client's reply queue on the camera link: this, its process id, a dot, and a count within the process.
+inline constexpr char REPLY_QUEUE_PREFIX[] = "/to_zvsvc";
+inline constexpr long REPLY_QUEUE_DEPTH = 5;
+
 inline constexpr uint8_t CATEGORY_DORSAK = 2; // commands to the relay itself
 inline constexpr uint8_t CATEGORY_CAMERA = 4; // commands to the camera
 inline constexpr char REMOTE_API_COMMAND[] = "YY";

@@ -19,7 +19,7 @@
 
 namespace zvservice {
 
-// A call with no limit of its own: each of its exchanges has the library's ten seconds.
+// A call with no limit of its own: its first exchange waits for room for ten seconds, and each has the library's ten.
 inline constexpr std::chrono::milliseconds NO_LIMIT = std::chrono::milliseconds::max();
 
 // The control daemon. The process can have one of it open at a time: the library's link is the process's own. One
@@ -37,9 +37,10 @@ class ZV_API DaemonLink {
     Result open();
 
     // Reads the camera's whole state, opening the link where that is needed. Waits for the answer no longer than
-    // `patience` (and never past the library's ten seconds, or twenty where the queues must be brought in step). Sends
-    // nothing while the daemon takes nothing: with requests of ours in its queue, or half of that full, there is
-    // NO_ANSWER at once. On any outcome but DONE `record` is untouched.
+    // `patience` (and never past the library's ten seconds, or some twenty where the queues must be brought in step).
+    // Sends nothing to a daemon that takes nothing: while its last request was not answered and messages wait in its
+    // queue, there is NO_ANSWER at once; but every ten seconds it tries once more, unless half of the queue is full. On
+    // any outcome but DONE `record` is untouched.
     Result poll(all_status_settings_t &record, std::chrono::milliseconds patience = NO_LIMIT);
 
     // Ends a poll() that runs now, with NO_ANSWER, or else the next one. Any thread, and more than once.
@@ -89,11 +90,12 @@ ZV_API uint32_t camera_model();
 
 // Removes the response and reply queues of processes that have ended, by the process id in their names: the library's
 // and those of the links. `removed` gets their names. Queues of other users, which may not be removed, stay. FAILED
-// where the queues can't be listed: the file system of the queues is mounted at "/dev/mqueue".
+// where the queues can't be listed: the file system of the queues is mounted at "/dev/mqueue". Not for containers that
+// share their queues and not their processes: there the processes of the others seem to have ended.
 ZV_API Result remove_leftover_queues(std::vector<std::string> &removed);
 
-// Removes the queues that this process's links have open. For a handler of a signal that ends the process: it may be
-// called in one, and leaves errno alone.
+// Removes the queues that this process's links have open, of the first 64. For a handler of a signal that ends the
+// process: it may be called in one, and leaves errno alone.
 ZV_API void remove_own_queues() noexcept;
 
 } // namespace zvservice
