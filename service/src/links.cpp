@@ -292,8 +292,7 @@ bool DaemonLink::Queues::answers_without_echo()
 Result DaemonLink::Queues::judge(int32_t result, uint16_t length) const
 {
     if (result == ZV_ERR) {
-        return cannot(Outcome::FAILED, READ_STATE,
-                      "the daemon refused to tell it, or its answer is no use; the log says more");
+        return {Outcome::FAILED, "the daemon refused to tell the camera's state, or its answer is no use", result};
     }
     if (result == ZV_OK && length != sizeof(all_status_settings_t)) {
         return {Outcome::FAILED, "the daemon's answer has " + std::to_string(length) +
