@@ -8,7 +8,8 @@ zvsim=$2
 tested=$zvcam
 . "$(dirname "$0")/support/program.sh"
 camera=
-trap 'stop_camera; rm -rf "$folder"' EXIT
+watch=
+trap 'stop_camera; stop_watch; rm -rf "$folder"' EXIT
 
 stop_camera() {
     if [ -n "$camera" ]; then
@@ -36,17 +37,37 @@ json() {
     "$zvcam" "$@" --help >"$folder/$documents.help" </dev/null
 }
 
-# await FILE PATTERN: the file gets a line with PATTERN within 40 seconds, room for a lost answer and a resynchronisation.
+# await FILE PATTERN [COUNT]: the file gets a line with PATTERN, or so many, within 2 seconds.
 await() {
-    tries=800
-    until grep -qE -e "$2" "$1"; do
+    tries=40
+    until [ "$(grep -cE -e "$2" "$1")" -ge "${3:-1}" ]; do
         tries=$((tries - 1))
         if [ $tries -eq 0 ]; then
-            fail "no line with \"$2\" comes"
+            fail "no line with \"$2\" comes, ${3:-1} of them"
             return
         fi
         sleep 0.05
     done
+}
+
+stop_watch() {
+    if [ -n "$watch" ]; then
+        kill -TERM "$watch"
+        wait "$watch" || fail "an interrupted watch is a failure"
+        watch=
+    fi
+}
+
+# kill_camera: it leaves its queues.
+kill_camera() {
+    kill -KILL "$camera"
+    wait "$camera" 2>/dev/null
+    camera=
+}
+
+# commands [GROUP]: the commands that the help lists, by their last word.
+commands() {
+    "$zvcam" "$@" --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z-]*\) .*/\1/p'
 }
 
 echo "Nothing to talk to"
@@ -254,29 +275,87 @@ try 5 'acknowledge byte 3' shutter on
 until [ -s "$folder/watch" ]; do
     sleep 0.05
 done
-kill -TERM $zoom $watch
+kill -TERM $zoom
 wait $zoom
 [ $? -eq 143 ] || fail "an interrupted command does not say so"
-wait $watch || fail "an interrupted watch is a failure"
+stop_watch
 stop_camera
 
-echo "A camera that is started anew under a watch"
+echo "A camera that is switched off"
 start_camera
-: >"$folder/anew"
-: >"$folder/lost"
-"$zvcam" watch --interval 100 >"$folder/anew" 2>"$folder/lost" & watch=$!
-await "$folder/anew" '^setting   3 video/fps +60$'
+"$zvsim" fault off
+# Not info, decode and the stages of a firmware download: they do without the camera.
+for group in '' broadcast firmware lens media; do
+    for command in $(commands $group); do
+        command=${group:+$group }$command
+        case $command in
+        info | decode | firmware | media | 'firmware download-start' | 'firmware download-cancel') ;;
+        get | why | 'media room') echo "$command 3" ;;
+        set) echo "$command 3 30" ;;
+        shutter) echo "$command on" ;;
+        raw) echo "$command 1 7" ;;
+        'media delete') printf '%s 100SIMUL/SIM0000%s\n' "$command" 1.MP4 "$command" '2.JPG 100SIMUL/SIM00003.JPG' ;;
+        'media delete-group') echo "$command 100SIMUL/SIM00002.JPG" ;;
+        'media tag') echo "$command 100SIMUL/SIM00001.MP4 5" ;;
+        'media delete-all' | firmware*) echo "$command --yes" ;;
+        mode) printf '%s\n' mode 'mode 12' ;;
+        *' show' | 'broadcast stop') echo "$command" ;;
+        zoom | delay | lens\ * | broadcast\ *) printf '%s\n' "$command" "$command 1" ;;
+        *) echo "$command" ;;
+        esac
+    done
+done >"$folder/commands"
+while read -r words; do
+    # shellcheck disable=SC2086 # words of a command line
+    try 5 'the camera is switched off' $words
+done <"$folder/commands"
+[ "$(wc -l <"$folder/commands")" -ge 50 ] || fail "these are not all commands: $(cat "$folder/commands")"
 stop_camera
-await "$folder/lost" 'no answer'
+
+echo "A camera that is waited for, also one that was killed"
+for command in status zoom; do
+    "$zvcam" --wait $command >"$folder/$command" 2>&1 & waiting="${waiting:-} $!"
+done
 start_camera
-try 0 'video/fps +60 -> 30' set video/fps 30
-await "$folder/anew" '^setting   3 video/fps +60 -> 30$'
-: >"$folder/lost"
-try 0 'video/fps +30 -> 24' set video/fps 24
-await "$folder/anew" '^setting   3 video/fps +30 -> 24$'
-[ -s "$folder/lost" ] && fail "the watch loses answers of the new camera"
-kill -TERM $watch
-wait $watch || fail "an interrupted watch is a failure"
+for command in $waiting; do
+    wait "$command" || fail "no camera in time: $(cat "$folder/status" "$folder/zoom")"
+done
+kill_camera
+waiting=
+for command in status zoom; do
+    "$zvcam" --wait $command >"$folder/$command" 2>&1 & waiting="$waiting $!"
+done
+sleep 0.2
+start_camera
+for command in $waiting; do
+    wait "$command" || fail "no camera in time: $(cat "$folder/status" "$folder/zoom")"
+done
+
+echo "A camera that comes and goes under a watch"
+: >"$folder/seen"
+: >"$folder/told"
+"$zvcam" watch --interval 100 >"$folder/seen" 2>"$folder/told" & watch=$!
+await "$folder/seen" '^setting   3 video/fps +60$'
+outages=0
+for outage in stop_camera kill_camera freeze; do
+    outages=$((outages + 1))
+    if [ $outage = freeze ]; then
+        "$zvsim" fault freeze
+        await "$folder/told" 'no answer' $outages
+        "$zvsim" fault thaw
+    else
+        $outage
+        await "$folder/told" 'no answer' $outages
+        start_camera
+    fi
+    await "$folder/told" 'answers again' $outages
+    try 0 'video/fps +60 -> 30' set video/fps 30
+    await "$folder/seen" '^setting   3 video/fps +60 -> 30$' $outages
+    try 0 'video/fps +30 -> 60' set video/fps 60
+    await "$folder/seen" '^setting   3 video/fps +30 -> 60$' $outages
+done
+[ "$(wc -l <"$folder/told")" -eq 6 ] || fail "the watch says more than it has to: $(cat "$folder/told")"
+stop_watch
 stop_camera
 
 mkdir "$folder/queues"

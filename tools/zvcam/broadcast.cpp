@@ -9,6 +9,7 @@
 #include "output.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <span>
 
 #include <zvctrl/camera_setting_ids.h>
@@ -52,25 +53,29 @@ constexpr FormatKind RECORD = {
     zvc_broadcast_set_record_res_fps_fov,
     {SETTING_BROADCAST_RECORD_RESOLUTION, SETTING_BROADCAST_RECORD_FPS, SETTING_BROADCAST_FOV}};
 
-Format read_format(CameraLink &camera, const FormatKind &kind)
+Format read_format(Camera &camera, const FormatKind &kind)
 {
     Format format = {};
-    camera.check(kind.read(camera, &format.resolution, &format.fps, &format.fov), "read the broadcast's format");
+    check(camera.call("read the broadcast's format", [&](zvc_msg_q_context_t *context) {
+        return kind.read(context, &format.resolution, &format.fps, &format.fov);
+    }));
     return format;
 }
 
 void print_format(const FormatKind &kind, const Format &format)
 {
-    print("%-20s %s\n", kind.name, format_text(format, kind.settings).c_str());
+    printf("%-20s %s\n", kind.name, format_text(format, kind.settings).c_str());
 }
 
 template <const FormatKind &kind>
 void format(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     if (!arguments.words.empty()) {
         const Format wanted = parse_format(arguments, kind.settings, read_format(camera, kind));
-        camera.check(kind.write(camera, wanted.resolution, wanted.fps, wanted.fov), "set the broadcast's format");
+        check(camera.call("set the broadcast's format", [&](zvc_msg_q_context_t *context) {
+            return kind.write(context, wanted.resolution, wanted.fps, wanted.fov);
+        }));
     }
     const Format now = read_format(camera, kind);
     show(arguments, [&](Json *json) {
@@ -88,11 +93,11 @@ void show_record(const char *name, std::span<const unsigned char> bytes, Json *j
         json->member(name, hex(bytes));
         return;
     }
-    print("%s\n", name);
+    printf("%s\n", name);
     print_bytes(bytes);
 }
 
-void show_all(CameraLink &camera, Json *json)
+void show_all(Camera &camera, Json *json)
 {
     for (const FormatKind *kind : {&BROADCAST, &RECORD}) {
         const Format format = read_format(camera, *kind);
@@ -107,31 +112,35 @@ void show_all(CameraLink &camera, Json *json)
         show_number(camera, *number, json);
     }
     zvc_broadcast_settings settings = {};
-    camera.check(zvc_broadcast_get_settings(camera, &settings), "read the broadcast's settings");
+    check(camera.call("read the broadcast's settings",
+                      [&](zvc_msg_q_context_t *context) { return zvc_broadcast_get_settings(context, &settings); }));
     show_record("settings", settings.bytes, json);
     zvc_broadcast_status status = {};
-    camera.check(zvc_broadcast_get_status(camera, &status), "read the broadcast's status");
+    check(camera.call("read the broadcast's status",
+                      [&](zvc_msg_q_context_t *context) { return zvc_broadcast_get_status(context, &status); }));
     show_record("status", status.bytes, json);
 }
 
 void show_broadcast(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     show(arguments, [&camera](Json *json) { show_all(camera, json); });
 }
 
 void start(const Arguments &arguments)
 {
     const int64_t value = arguments.words.empty() ? 1 : parse_number(arguments.words.front(), "the value", 0, BYTE);
-    CameraLink camera;
-    camera.check(zvc_broadcast_set_start(camera, static_cast<int32_t>(value)), "start the broadcast");
+    Camera camera;
+    check(camera.call("start the broadcast", [value](zvc_msg_q_context_t *context) {
+        return zvc_broadcast_set_start(context, static_cast<int32_t>(value));
+    }));
     show_done(arguments, "broadcast started");
 }
 
 void stop(const Arguments &arguments)
 {
-    CameraLink camera;
-    camera.check(zvc_broadcast_set_stop(camera), "stop the broadcast");
+    Camera camera;
+    check(camera.call("stop the broadcast", zvc_broadcast_set_stop));
     show_done(arguments, "broadcast stopped");
 }
 

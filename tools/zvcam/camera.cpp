@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 
 #include <zvctrl/camera_interface.h>
@@ -21,6 +22,9 @@
 #include <zvctrl/zvcontrol_if.h>
 
 namespace zvcam {
+
+using zvservice::Outcome;
+using zvservice::Result;
 
 namespace {
 
@@ -66,15 +70,15 @@ void show_field(const InfoField &field, const uint8_t *bytes, Json *json)
         json->key(member_name(field.name));
         field.is_number ? json->value(zv::le32(bytes)) : json->value(text);
     } else {
-        print("%-18s %s\n", field.name, printable(field.is_number ? std::to_string(zv::le32(bytes)) : text).c_str());
+        printf("%-18s %s\n", field.name, printable(field.is_number ? std::to_string(zv::le32(bytes)) : text).c_str());
     }
 }
 
 void info(const Arguments &arguments)
 {
     uint8_t camera[CAMERA_INFO_SIZE] = {};
-    check(zvservice::Result::of_call(zvcontrol_get_camera_info(camera),
-                                     "read the camera's identity from the system information service"));
+    check(Result::of_call(zvcontrol_get_camera_info(camera),
+                          "read the camera's identity from the system information service"));
     show(arguments, [&camera](Json *json) {
         for (const InfoField &field : INFO_FIELDS) {
             show_field(field, camera + field.offset, json);
@@ -89,66 +93,77 @@ void shutter(const Arguments &arguments)
         fail(EXIT_WRONG_USAGE, "the shutter is on or off, not \"%s\"", state.c_str());
     }
     const bool on = state == "on";
-    CameraLink camera;
-    camera.check(zvc_shutter(camera, on ? 1 : 0), on ? "start the capture" : "stop the capture");
+    Camera camera;
+    check(camera.call(on ? "start the capture" : "stop the capture",
+                      [on](zvc_msg_q_context_t *context) { return zvc_shutter(context, on ? 1 : 0); }));
     show_done(arguments, on ? "capture started" : "capture stopped");
 }
 
 void mode(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     if (!arguments.words.empty()) {
         const uint32_t value = find_value(SETTING_CURRENT_FLAT_MODE, arguments.words.front(), UINT32_MAX);
-        camera.check(
-            camera_if_settings_set_value_int(camera, SETTING_CURRENT_FLAT_MODE, -1, -1, value, 0, nullptr, nullptr),
-            "change the mode");
+        check(camera.call("change the mode", [value](zvc_msg_q_context_t *context) {
+            return camera_if_settings_set_value_int(context, SETTING_CURRENT_FLAT_MODE, -1, -1, value, 0, nullptr,
+                                                    nullptr);
+        }));
     }
     int32_t pair_mode = 0;
     int32_t sub_mode = 0;
     int32_t flat_mode = 0;
-    camera.check(zvc_app_get_mode_flat_mode(camera, &pair_mode, &flat_mode), "read the mode");
-    camera.check(zvc_app_get_mode_sub_mode(camera, &pair_mode, &sub_mode), "read the sub mode");
+    check(camera.call("read the mode", [&](zvc_msg_q_context_t *context) {
+        return zvc_app_get_mode_flat_mode(context, &pair_mode, &flat_mode);
+    }));
+    check(camera.call("read the sub mode", [&](zvc_msg_q_context_t *context) {
+        return zvc_app_get_mode_sub_mode(context, &pair_mode, &sub_mode);
+    }));
     show(arguments, [&](Json *json) {
         if (json != nullptr) {
             write_value(json->key("flat_mode"), SETTING_CURRENT_FLAT_MODE, flat_mode);
             json->member("mode", pair_mode).member("sub_mode", sub_mode);
         } else {
-            print("%s: flat mode %d, mode %d, sub mode %d\n",
-                  value_text(SETTING_CURRENT_FLAT_MODE, static_cast<uint32_t>(flat_mode)).c_str(), flat_mode, pair_mode,
-                  sub_mode);
+            printf("%s: flat mode %d, mode %d, sub mode %d\n",
+                   value_text(SETTING_CURRENT_FLAT_MODE, static_cast<uint32_t>(flat_mode)).c_str(), flat_mode,
+                   pair_mode, sub_mode);
         }
     });
 }
 
-Format read_format(CameraLink &camera)
+Format read_format(Camera &camera)
 {
     Format format = {};
-    camera.check(zvc_video_get_res_fps_fov(camera, &format.resolution, &format.fps, &format.fov), "read the format");
+    check(camera.call("read the format", [&](zvc_msg_q_context_t *context) {
+        return zvc_video_get_res_fps_fov(context, &format.resolution, &format.fps, &format.fov);
+    }));
     return format;
 }
 
 void tell_adjustment(const char *what, uint32_t setting, int32_t wanted, int32_t now)
 {
     if (wanted != now) {
-        print("adjusted: %s %s is not offered there, %s is\n", what,
-              value_text(setting, static_cast<uint32_t>(wanted)).c_str(),
-              value_text(setting, static_cast<uint32_t>(now)).c_str());
+        printf("adjusted: %s %s is not offered there, %s is\n", what,
+               value_text(setting, static_cast<uint32_t>(wanted)).c_str(),
+               value_text(setting, static_cast<uint32_t>(now)).c_str());
     }
 }
 
-void set_format(CameraLink &camera, const Format &wanted)
+void set_format(Camera &camera, const Format &wanted)
 {
-    const int32_t result = zvc_video_set_res_fps_fov(camera, wanted.resolution, wanted.fps, wanted.fov);
-    if (result == ZV_ERR_INVALID_PARAM && camera.code() == 0) {
-        fail(EXIT_REFUSED, "the camera offers no frame rate at %s now",
-             value_text(SETTING_VIDEO_RESOLUTION, static_cast<uint32_t>(wanted.resolution)).c_str());
+    const Result result = camera.call("set the format", [&](zvc_msg_q_context_t *context) {
+        return zvc_video_set_res_fps_fov(context, wanted.resolution, wanted.fps, wanted.fov);
+    });
+    if (result.outcome() == Outcome::FAILED && result.code() == ZV_ERR_INVALID_PARAM) {
+        const auto resolution = static_cast<uint32_t>(wanted.resolution);
+        check(Result(Outcome::NOT_OFFERED, "the camera offers no frame rate at " +
+                                               value_text(SETTING_VIDEO_RESOLUTION, resolution) + " now"));
     }
-    camera.check(result, "set the format");
+    check(result);
 }
 
 void format(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     Format now = read_format(camera);
     const Format wanted = parse_format(arguments, VIDEO_SETTINGS, now);
     if (!arguments.words.empty()) {
@@ -165,13 +180,13 @@ void format(const Arguments &arguments)
         tell_adjustment("resolution", SETTING_VIDEO_RESOLUTION, wanted.resolution, now.resolution);
         tell_adjustment("frame rate", SETTING_VIDEO_FPS, wanted.fps, now.fps);
         tell_adjustment("field of view", SETTING_VIDEO_FOV, wanted.fov, now.fov);
-        print("%s\n", format_text(now, VIDEO_SETTINGS).c_str());
+        printf("%s\n", format_text(now, VIDEO_SETTINGS).c_str());
     });
 }
 
 void lens(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     show(arguments, [&camera](Json *json) {
         for (const Number *number : {&LENS_TYPE, &LENS_STATUS, &LENS_MODE, &LENS_IN_USE}) {
             show_number(camera, *number, json);

@@ -29,17 +29,19 @@ void download_cancel(const Arguments &arguments)
 
 void download_done(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     confirm(arguments, "Tell the camera that the firmware is there?");
-    camera.check(zvc_fwupdate_download_done(camera, arguments.given("--prompt")), "report the download");
+    const bool prompt = arguments.given("--prompt");
+    check(camera.call("report the download",
+                      [prompt](zvc_msg_q_context_t *context) { return zvc_fwupdate_download_done(context, prompt); }));
     show_done(arguments, "the camera knows that the firmware is there");
 }
 
 void flash(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     confirm(arguments, "Flash the firmware now? The camera must not lose power until it is done.");
-    camera.check(zvc_fwupdate_flashing_start(camera), "start flashing");
+    check(camera.call("start flashing", zvc_fwupdate_flashing_start));
     show_done(arguments, "the camera flashes its firmware");
 }
 

@@ -1,7 +1,5 @@
 #include "json.h"
 
-#include "output.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -136,7 +134,7 @@ void show(const Arguments &arguments, const std::function<void(Json *)> &write)
     json.open('{');
     write(&json);
     json.close();
-    print("%s\n", json.text().c_str());
+    printf("%s\n", json.text().c_str());
 }
 
 void show_done(const Arguments &arguments, std::string_view words)
@@ -145,7 +143,7 @@ void show_done(const Arguments &arguments, std::string_view words)
         if (json != nullptr) {
             json->member("done", std::string_view(arguments.command));
         } else {
-            print("%.*s\n", static_cast<int>(words.size()), words.data());
+            printf("%.*s\n", static_cast<int>(words.size()), words.data());
         }
     });
 }

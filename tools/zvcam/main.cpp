@@ -5,6 +5,7 @@
 #include "json.h"
 #include "links.h"
 #include "output.h"
+#include "signals.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -25,14 +26,14 @@ using namespace zvcam;
 constexpr char DESCRIPTION[] = "Look at a camera and command it.\n"
                                "A SETTING or an OPTION is given by its number, its name or its key.";
 
-const Commands ALL_COMMANDS[] = {STATUS_COMMANDS,    SETTINGS_COMMANDS, CAMERA_COMMANDS, MEDIA_COMMANDS,
+const Commands ALL_COMMANDS[] = {STATUS_COMMANDS,    SETTINGS_COMMANDS, CAMERA_COMMANDS,  MEDIA_COMMANDS,
                                  BROADCAST_COMMANDS, FIRMWARE_COMMANDS, MESSAGE_COMMANDS};
 
 constexpr char OUTPUT_LOST[] = "cannot write standard output";
 
 constexpr Option VERBOSE = {"-v,--verbose", nullptr, "show the library's log on standard error; twice for all of it"};
 constexpr Option JSON = {"--json", nullptr, "print JSON; COMMAND --help says which"};
-constexpr Option WAIT = {"--wait", nullptr, "wait up to 12 seconds for the camera's side to come up"};
+constexpr Option WAIT = {"--wait", nullptr, "wait up to 12 seconds for the camera's side to come up and to answer"};
 
 // The words of the command line. A parser for these alone knows the commands that are among them, which is all that it
 // can come across in what it understands, and one for no words knows all.
@@ -161,9 +162,10 @@ void set_up_log(int64_t verbosity)
 int call(const Parser &parser)
 {
     const auto verbosity = static_cast<int64_t>(parser.verbose->count());
-    take_standard_output(verbosity > 0);
     set_up_log(verbosity);
-    wait_for_peers(parser.wait->count() > 0);
+    if (parser.wait->count() > 0) {
+        wait_for_camera();
+    }
     remove_queues_at_signals();
     parser.chosen.command->run(arguments_of(parser));
     if (!flush_output()) {
@@ -200,6 +202,7 @@ int run(int argc, char **argv)
 
 int main(int argc, char **argv)
 {
+    zvUtilTellCounterFailures(false); // they would go to standard output
     try {
         return run(argc, argv);
     } catch (const Failure &failure) {

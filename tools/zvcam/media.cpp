@@ -5,11 +5,11 @@
 #include "json.h"
 #include "links.h"
 #include "options.h"
-#include "output.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -17,6 +17,9 @@
 #include <zvctrl/zvc_storage.h>
 
 namespace zvcam {
+
+using zvservice::Outcome;
+using zvservice::Result;
 
 namespace {
 
@@ -46,10 +49,13 @@ file_list_item_t list_item(const std::string &name)
 
 void remove(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     if (arguments.words.size() == 1) {
         const std::string &name = arguments.words.front();
-        camera.check(zvc_storage_delete_file(camera, name.c_str(), length_of(name)), "delete the file");
+        const uint32_t length = length_of(name);
+        check(camera.call("delete the file", [&](zvc_msg_q_context_t *context) {
+            return zvc_storage_delete_file(context, name.c_str(), length);
+        }));
         show_done(arguments, "deleted");
         return;
     }
@@ -57,52 +63,62 @@ void remove(const Arguments &arguments)
     std::transform(arguments.words.begin(), arguments.words.end(), std::back_inserter(list), list_item);
     for (size_t first = 0; first < list.size(); first += FILE_LIST_MAX) {
         const size_t count = std::min<size_t>(list.size() - first, FILE_LIST_MAX);
-        camera.check(zvc_storage_delete_list(camera, &list[first], static_cast<uint32_t>(count)), "delete the files");
+        check(camera.call("delete the files", [&](zvc_msg_q_context_t *context) {
+            return zvc_storage_delete_list(context, &list[first], static_cast<uint32_t>(count));
+        }));
     }
     show_done(arguments, "deleted " + std::to_string(list.size()) + " files");
 }
 
 void remove_last(const Arguments &arguments)
 {
-    CameraLink camera;
-    camera.check(zvc_storage_delete_last(camera), "delete the last file");
+    Camera camera;
+    check(camera.call("delete the last file", zvc_storage_delete_last));
     show_done(arguments, "deleted the file that was taken last");
 }
 
 void remove_all(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     confirm(arguments, "Delete all media on the card?");
-    camera.check(zvc_storage_delete_all(camera), "delete all media");
+    check(camera.call("delete all media", zvc_storage_delete_all));
     show_done(arguments, "deleted all media");
 }
 
 void remove_group(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     const std::string &name = arguments.words.front();
-    camera.check(zvc_storage_delete_group(camera, name.c_str(), length_of(name)), "delete the group");
+    const uint32_t length = length_of(name);
+    check(camera.call("delete the group", [&](zvc_msg_q_context_t *context) {
+        return zvc_storage_delete_group(context, name.c_str(), length);
+    }));
     show_done(arguments, "deleted");
 }
 
 void tag(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     const std::string &name = arguments.words.front();
     const auto offset = static_cast<uint32_t>(parse_number(arguments.words[1], "an offset", 0, UINT32_MAX));
     const uint32_t enable = arguments.given("--remove") ? 0 : 1;
-    camera.check(zvc_storage_tag_file(camera, name.c_str(), length_of(name), offset, enable), "tag the file");
+    const uint32_t length = length_of(name);
+    check(camera.call("tag the file", [&](zvc_msg_q_context_t *context) {
+        return zvc_storage_tag_file(context, name.c_str(), length, offset, enable);
+    }));
     show_done(arguments, enable != 0 ? "tagged" : "tag removed");
 }
 
 void room(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     const uint32_t looping = find_value(SETTING_VIDEO_LOOPING, arguments.words.front(), UINT8_MAX);
-    const int32_t result = zvc_storage_looping_sd_check(camera, static_cast<uint8_t>(looping));
-    const bool enough = result != ZV_ERR || camera.code() != 0;
+    const Result result = camera.call("ask for the room on the card", [looping](zvc_msg_q_context_t *context) {
+        return zvc_storage_looping_sd_check(context, static_cast<uint8_t>(looping));
+    });
+    const bool enough = result.outcome() != Outcome::FAILED || result.code() != ZV_ERR;
     if (enough) {
-        camera.check(result, "ask for the room on the card");
+        check(result);
     }
     const std::string interval = value_text(SETTING_VIDEO_LOOPING, looping);
     if (!enough && !arguments.json()) {
@@ -113,7 +129,7 @@ void room(const Arguments &arguments)
             write_value(json->key("interval"), SETTING_VIDEO_LOOPING, looping);
             json->member("room", enough);
         } else {
-            print("the card has room for looping at %s\n", interval.c_str());
+            printf("the card has room for looping at %s\n", interval.c_str());
         }
     });
     if (!enough) {

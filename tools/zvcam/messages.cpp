@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <decode.h>
 #include <fstream>
@@ -51,21 +52,27 @@ void raw(const Arguments &arguments)
     const auto group = static_cast<int32_t>(parse_number(arguments.words[0], "a group", 0, UINT8_MAX));
     const auto action = static_cast<int32_t>(parse_number(arguments.words[1], "an action", 0, UINT8_MAX));
     const std::vector<uint8_t> payload = parse_bytes(joined(arguments.words, 2));
-    CameraLink camera;
-    uint8_t *answer = nullptr;
-    uint16_t size = 0;
-    const int32_t result =
-        payload.empty() ? zvc_send_remote_api_for_response(camera, group, action, &answer, &size)
-                        : zvc_send_remote_api_payload_response(camera, group, action, payload.data(),
-                                                               static_cast<int32_t>(payload.size()), &answer, &size);
-    camera.check(result, "send the command");
-    const std::span<const uint8_t> bytes(answer, size);
-    show(arguments, [bytes](Json *json) {
+    Camera camera;
+    std::vector<uint8_t> bytes;
+    check(camera.call("send the command", [&](zvc_msg_q_context_t *context) {
+        uint8_t *answer = nullptr;
+        uint16_t size = 0;
+        const int32_t result =
+            payload.empty()
+                ? zvc_send_remote_api_for_response(context, group, action, &answer, &size)
+                : zvc_send_remote_api_payload_response(context, group, action, payload.data(),
+                                                       static_cast<int32_t>(payload.size()), &answer, &size);
+        if (answer != nullptr) {
+            bytes.assign(answer, answer + size);
+        }
+        return result;
+    }));
+    show(arguments, [&bytes](Json *json) {
         if (json != nullptr) {
             json->member("answer", hex(bytes));
             return;
         }
-        print("done, %zu byte%s of answer\n", bytes.size(), bytes.size() == 1 ? "" : "s");
+        printf("done, %zu byte%s of answer\n", bytes.size(), bytes.size() == 1 ? "" : "s");
         print_bytes(bytes);
     });
 }
@@ -138,7 +145,7 @@ void decode(const Arguments &arguments)
         if (json == nullptr) {
             std::ostringstream text;
             faults = decode_input(arguments, zv::text_sink(text));
-            print("%s", text.str().c_str());
+            printf("%s", text.str().c_str());
             return;
         }
         std::vector<std::string> others;

@@ -1,31 +1,34 @@
 #include "number.h"
 
+#include "failure.h"
 #include "options.h"
-#include "output.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 namespace zvcam {
 
-void show_number(CameraLink &camera, const Number &number, Json *json)
+void show_number(Camera &camera, const Number &number, Json *json)
 {
     int64_t value = 0;
-    camera.check(number.read(camera, value), (std::string("read the ") + number.name).c_str());
+    check(camera.call((std::string("read the ") + number.name).c_str(),
+                      [&](zvc_msg_q_context_t *context) { return number.read(context, value); }));
     if (json != nullptr) {
         write_value(json->key(member_name(number.name)), number.setting, value);
         return;
     }
     const bool named = number.setting != 0 && value >= 0;
-    print("%-20s %s\n", number.name,
-          named ? value_text(number.setting, static_cast<uint32_t>(value)).c_str() : std::to_string(value).c_str());
+    printf("%-20s %s\n", number.name,
+           named ? value_text(number.setting, static_cast<uint32_t>(value)).c_str() : std::to_string(value).c_str());
 }
 
-void set_number(CameraLink &camera, const Number &number, const std::string &text)
+void set_number(Camera &camera, const Number &number, const std::string &text)
 {
     const int64_t value = number.setting != 0 ? find_value(number.setting, text, number.high)
                                               : parse_number(text, number.name, 0, number.high);
-    camera.check(number.write(camera, value), (std::string("set the ") + number.name).c_str());
+    check(camera.call((std::string("set the ") + number.name).c_str(),
+                      [&](zvc_msg_q_context_t *context) { return number.write(context, value); }));
 }
 
 Format parse_format(const Arguments &arguments, const FormatSettings &settings, const Format &present)

@@ -46,14 +46,14 @@ int32_t write_with(zvc_msg_q_context_t *context, int64_t number)
 }
 
 // In words, or as a member of `json` where that is not null.
-void show_number(CameraLink &camera, const Number &number, Json *json);
-void set_number(CameraLink &camera, const Number &number, const std::string &text);
+void show_number(Camera &camera, const Number &number, Json *json);
+void set_number(Camera &camera, const Number &number, const std::string &text);
 
 // The command of one number: sets it to the operand, if there is one, and shows it.
 template <const Number &number>
 void show_or_set(const Arguments &arguments)
 {
-    CameraLink camera;
+    Camera camera;
     if (!arguments.words.empty()) {
         set_number(camera, number, arguments.words.front());
     }

@@ -2,25 +2,26 @@
 
 #include "command.h"
 #include "failure.h"
-#include "links.h"
 
 #include <cstdint>
 #include <zvctrl/camera_setting_ids.h>
 #include <zvctrl/camera_settings.h>
+#include <zvservice/links.h>
 
 namespace zvcam {
 
 const zvservice::Catalogue &catalogue()
 {
-    static const zvservice::Catalogue catalogue(camera_model());
+    static const zvservice::Catalogue catalogue(zvservice::camera_model());
     return catalogue;
 }
 
 uint32_t find_setting(const std::string &text)
 {
     uint32_t setting = 0;
-    const bool unknown = catalogue().settings_named(text).empty();
-    check(catalogue().find_setting(text, setting), unknown ? "\"zvcam settings\" lists them" : nullptr);
+    const zvservice::Result found = catalogue().find_setting(text, setting);
+    const bool unknown = !found.done() && catalogue().settings_named(text).empty();
+    check(found, unknown ? "\"zvcam settings\" lists them" : nullptr);
     return setting;
 }
 

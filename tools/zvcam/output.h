@@ -1,5 +1,4 @@
-// The tool's own standard output. The library writes lines of its own to standard output, so that the tool keeps the
-// real one for itself.
+// What goes to standard output.
 #pragma once
 
 #include <span>
@@ -7,11 +6,6 @@
 #include <string_view>
 
 namespace zvcam {
-
-// Keeps standard output for print() and leads descriptor 1 elsewhere: to standard error, or to nowhere.
-void take_standard_output(bool library_to_standard_error);
-
-void print(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
 // Hands on what was printed so far. False when it got lost, as on a full disk.
 bool flush_output();

@@ -7,18 +7,17 @@
 #include "json.h"
 #include "links.h"
 #include "options.h"
-#include "output.h"
 #include "state.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <memory>
 #include <string>
 #include <vector>
-#include <zvctrl/camera_interface.h>
 #include <zvservice/availability.h>
 #include <zvservice/snapshot.h>
 
@@ -49,12 +48,12 @@ Availability availability_in(const State &state)
 
 void print_setting(uint32_t setting, uint32_t option, const char *mark = "")
 {
-    print("%3u %-34s ", setting, catalogue().name(setting).c_str());
+    printf("%3u %-34s ", setting, catalogue().name(setting).c_str());
     const std::string now = catalogue().option_text(setting, option) + mark;
     if (uint32_t id = 0; catalogue().default_option(setting, id)) {
-        print("%-28s default %s\n", now.c_str(), catalogue().option_text(setting, id).c_str());
+        printf("%-28s default %s\n", now.c_str(), catalogue().option_text(setting, id).c_str());
     } else {
-        print("%s\n", now.c_str());
+        printf("%s\n", now.c_str());
     }
 }
 
@@ -65,20 +64,20 @@ void print_choices(const std::vector<const option_t *> &options)
     for (const option_t *option : options) {
         const std::string choice = std::string(option->key) + " " + std::to_string(option->id);
         if (!line.empty() && line.size() + choice.size() + 2 > LINE_WIDTH) {
-            print("%s%s,\n", INDENT, line.c_str());
+            printf("%s%s,\n", INDENT, line.c_str());
             line.clear();
         }
         line += (line.empty() ? "" : ", ") + choice;
     }
     if (!line.empty()) {
-        print("%s%s\n", INDENT, line.c_str());
+        printf("%s%s\n", INDENT, line.c_str());
     }
 }
 
 void print_removals(const std::vector<Removal> &removals)
 {
     for (const Removal &removal : removals) {
-        print("%s%s\n", INDENT, catalogue().reason(removal).c_str());
+        printf("%s%s\n", INDENT, catalogue().reason(removal).c_str());
     }
 }
 
@@ -155,7 +154,7 @@ void print_available(const Availability &availability, uint32_t setting, uint32_
     if (availability.has_choice(setting)) {
         print_choices(availability.options(setting));
     } else {
-        print("%sno option is left\n", INDENT);
+        printf("%sno option is left\n", INDENT);
     }
 }
 
@@ -189,7 +188,7 @@ void settings(const Arguments &arguments)
     if (arguments.given("--available")) {
         show_available(arguments, *state);
     } else if (arguments.json()) {
-        print("{%s}\n", state->settings_document().c_str());
+        printf("{%s}\n", state->settings_document().c_str());
     } else {
         for (const Member &member : state->settings_members()) {
             const auto &options = catalogue().options(member.id);
@@ -209,8 +208,8 @@ void get(const Arguments &arguments)
         if (json == nullptr) {
             print_setting(setting, now);
             for (const option_t *option : catalogue().options(setting)) {
-                print("%s%c %7u %-34s %s%s\n", INDENT, option->id == now ? '*' : ' ', option->id, option->key,
-                      option->name, availability.offers(setting, option->id) ? "" : NOT_AVAILABLE);
+                printf("%s%c %7u %-34s %s%s\n", INDENT, option->id == now ? '*' : ' ', option->id, option->key,
+                       option->name, availability.offers(setting, option->id) ? "" : NOT_AVAILABLE);
             }
             return;
         }
@@ -237,14 +236,14 @@ void print_why(const Availability &availability, uint32_t setting, uint32_t now)
     const std::string name = catalogue().name(setting);
     const bool left = availability.has_choice(setting);
     if (whole.empty() && !left) {
-        print("%u %s is not available: no option is left\n", setting, name.c_str());
+        printf("%u %s is not available: no option is left\n", setting, name.c_str());
     } else {
-        print("%u %s is %savailable\n", setting, name.c_str(), left ? "" : "not ");
+        printf("%u %s is %savailable\n", setting, name.c_str(), left ? "" : "not ");
     }
     print_removals(whole);
     for (const option_t *option : catalogue().options(setting)) {
         if (whole.empty() && !availability.offers(setting, option->id)) {
-            print("  %s is not available\n", option_or_present(setting, option->id, now).c_str());
+            printf("  %s is not available\n", option_or_present(setting, option->id, now).c_str());
             print_removals(availability.why(setting, option->id));
         }
     }
@@ -284,10 +283,10 @@ void show_why_option(const Arguments &arguments, const Availability &availabilit
     const auto removals = availability.against(setting, option);
     show(arguments, [&](Json *json) {
         if (json == nullptr) {
-            print("%u %s: %s is %savailable\n", setting, catalogue().name(setting).c_str(),
-                  removals.empty() ? catalogue().option_text(setting, option).c_str()
-                                   : option_or_present(setting, option, now).c_str(),
-                  removals.empty() ? "" : "not ");
+            printf("%u %s: %s is %savailable\n", setting, catalogue().name(setting).c_str(),
+                   removals.empty() ? catalogue().option_text(setting, option).c_str()
+                                    : option_or_present(setting, option, now).c_str(),
+                   removals.empty() ? "" : "not ");
             print_removals(removals);
             return;
         }
@@ -311,7 +310,7 @@ void why(const Arguments &arguments)
 }
 
 // The state as soon as it shows the option, or after a second.
-std::unique_ptr<const State> state_with(DaemonLink &daemon, uint32_t setting, uint32_t option)
+std::unique_ptr<const State> state_with(Daemon &daemon, uint32_t setting, uint32_t option)
 {
     for (int look = 1;; ++look) {
         auto state = poll(daemon);
@@ -335,25 +334,20 @@ void check_rules(const State &state, uint32_t setting, uint32_t option)
 
 void set(const Arguments &arguments)
 {
-    DaemonLink daemon;
+    Daemon daemon;
     const auto before = poll(daemon);
     const uint32_t setting = find_setting(arguments.words.at(0));
     const uint32_t option = find_option(setting, arguments.words.at(1), before->option(setting));
     if (!arguments.given("--force")) {
         check_rules(*before, setting, option);
     }
-    const settings_id_entry_t &row = catalogue().row(setting);
-    const uint32_t value = option_value(setting, option, row.value_size == 1 ? UINT8_MAX : UINT32_MAX);
-
-    CameraLink camera;
-    camera.check(camera_if_settings_set_value_int(camera, static_cast<int32_t>(setting), row.group_id, row.action_id,
-                                                  value, row.value_size, &before->settings(), &before->status()),
-                 "change the setting");
+    Camera camera;
+    check(camera.set(*before, setting, option));
     const auto after = state_with(daemon, setting, option);
     if (arguments.json() || !zvservice::difference(before.get(), *after).empty()) {
         show_changes(before.get(), *after, arguments.json());
     } else {
-        print("nothing changed\n");
+        printf("nothing changed\n");
     }
     if (const uint32_t now = after->option(setting); now != option) {
         check(Result(Outcome::REFUSED,

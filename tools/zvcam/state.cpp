@@ -1,8 +1,10 @@
 #include "state.h"
 
+#include "failure.h"
 #include "options.h"
 #include "output.h"
 
+#include <cstdio>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,39 +34,40 @@ std::vector<ChangedMember> changes(const State *before, const State &after,
 void print_changes(const State *before, const State &after)
 {
     for (const ChangedMember &member : changes(before, after, &State::status_members)) {
-        print("status  %3u %-42s ", member.id, zvservice::status_name(member.id));
+        printf("status  %3u %-42s ", member.id, zvservice::status_name(member.id));
         if (!member.before.empty()) {
-            print("%s -> ", plain(member.before).c_str());
+            printf("%s -> ", plain(member.before).c_str());
         }
-        print("%s\n", plain(member.now).c_str());
+        printf("%s\n", plain(member.now).c_str());
     }
     for (const ChangedMember &member : changes(before, after, &State::settings_members)) {
-        print("setting %3u %-42s ", member.id, catalogue().name(member.id).c_str());
+        printf("setting %3u %-42s ", member.id, catalogue().name(member.id).c_str());
         if (before != nullptr) {
-            print("%s -> ", catalogue().option_text(member.id, before->option(member.id)).c_str());
+            printf("%s -> ", catalogue().option_text(member.id, before->option(member.id)).c_str());
         }
-        print("%s\n", catalogue().option_text(member.id, after.option(member.id)).c_str());
+        printf("%s\n", catalogue().option_text(member.id, after.option(member.id)).c_str());
     }
 }
 
 } // namespace
 
-std::unique_ptr<const State> poll(DaemonLink &daemon)
+std::unique_ptr<const State> poll(Daemon &daemon)
 {
-    const all_status_settings_t record = daemon.poll();
+    all_status_settings_t record;
+    check(daemon.poll(record));
     return std::make_unique<const State>(record, catalogue().model());
 }
 
 std::unique_ptr<const State> poll()
 {
-    DaemonLink daemon;
+    Daemon daemon;
     return poll(daemon);
 }
 
 void print_status(const State &state)
 {
     for (const Member &member : state.status_members()) {
-        print("%3u %-42s %s\n", member.id, zvservice::status_name(member.id), plain(member.text).c_str());
+        printf("%3u %-42s %s\n", member.id, zvservice::status_name(member.id), plain(member.text).c_str());
     }
 }
 
@@ -72,7 +75,7 @@ void show_changes(const State *before, const State &after, bool json)
 {
     if (json) {
         const zvservice::Change change = zvservice::difference(before, after);
-        print("{\"status\":{%s},\"settings\":{%s}}\n", change.status.c_str(), change.settings.c_str());
+        printf("{\"status\":{%s},\"settings\":{%s}}\n", change.status.c_str(), change.settings.c_str());
     } else {
         print_changes(before, after);
     }

@@ -12,7 +12,7 @@ namespace zvcam {
 inline constexpr char STATE_AS_JSON[] = R"({"status":{ID:VALUE,...},"settings":{ID:OPTION_ID,...}})";
 
 // The camera's state as it is now; no answer ends the command.
-std::unique_ptr<const zvservice::State> poll(DaemonLink &daemon);
+std::unique_ptr<const zvservice::State> poll(Daemon &daemon);
 std::unique_ptr<const zvservice::State> poll(); // on a link of its own
 
 // A line for each member: id, name, value.

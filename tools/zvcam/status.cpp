@@ -1,12 +1,15 @@
 // What the camera says of itself: status, poll, watch.
 
 #include "command.h"
+#include "failure.h"
 #include "links.h"
 #include "options.h"
 #include "output.h"
 #include "settings.h"
+#include "signals.h"
 #include "state.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
@@ -26,7 +29,7 @@ void show_status(const Arguments &arguments)
 {
     const auto state = poll();
     if (arguments.json()) {
-        print("{%s}\n", state->status_document().c_str());
+        printf("{%s}\n", state->status_document().c_str());
     } else {
         print_status(*state);
     }
@@ -36,11 +39,11 @@ void show_poll(const Arguments &arguments)
 {
     const auto state = poll();
     if (arguments.json()) {
-        print("{%s,%s}\n", state->status_document().c_str(), state->settings_document().c_str());
+        printf("{%s,%s}\n", state->status_document().c_str(), state->settings_document().c_str());
     } else {
-        print("Status\n");
+        printf("Status\n");
         print_status(*state);
-        print("Settings\n");
+        printf("Settings\n");
         print_settings(*state);
     }
 }
@@ -53,26 +56,43 @@ void pause(int64_t milliseconds)
     nanosleep(&length, nullptr);
 }
 
+// The state now, or null while the camera's side does not answer, which is said once, and so is its return.
+std::unique_ptr<const State> look_again(Daemon &daemon, bool &answers)
+{
+    all_status_settings_t record;
+    const zvservice::Result result = daemon.poll(record, LOOK_PATIENCE);
+    const bool lost = is_unanswered(result);
+    if (lost == answers) {
+        answers = !lost;
+        fprintf(stderr,
+                lost ? "zvcam: no answer; this is the last known state\n" : "zvcam: the camera answers again\n");
+    }
+    if (lost) {
+        return nullptr;
+    }
+    check(result);
+    return std::make_unique<const State>(record, catalogue().model());
+}
+
 void watch(const Arguments &arguments)
 {
     const bool json = arguments.json();
     const int64_t count = arguments.number("--count", INT64_MAX, 1, INT64_MAX);
     const int64_t interval = arguments.number("--interval", POLL_MILLISECONDS, 1, LONGEST_INTERVAL);
-    DaemonLink daemon;
+    Daemon daemon;
     expect_interruption();
     auto last = poll(daemon);
     show_changes(nullptr, *last, json);
+    bool answers = true;
     for (int64_t look = 1; flush_output() && look < count; ++look) {
-        pause(interval);
-        all_status_settings_t record = {};
-        if (!daemon.poll(record)) {
-            fprintf(stderr, "zvcam: no answer; this is the last known state\n");
-        }
-        auto now = std::make_unique<const State>(record, catalogue().model());
-        if (!zvservice::difference(last.get(), *now).empty()) {
+        pause(answers ? interval : std::min(interval, POLL_MILLISECONDS));
+        auto now = look_again(daemon, answers);
+        if (now != nullptr && !zvservice::difference(last.get(), *now).empty()) {
             show_changes(last.get(), *now, json);
         }
-        last = std::move(now);
+        if (now != nullptr) {
+            last = std::move(now);
+        }
     }
 }
 
