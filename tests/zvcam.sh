@@ -101,6 +101,17 @@ try 2 'several settings: 186 easy_presets, 187 easy_presets, 191 easy_presets' g
 try 2 'no setting "bogus"' get bogus
 try 2 'no setting 4;' get 4
 
+echo "Queues that a killed command leaves"
+: >"$folder/killed"
+"$zvcam" watch >"$folder/killed" & watch=$!
+await "$folder/killed" '^setting'
+kill -KILL $watch
+wait $watch 2>/dev/null
+left=$watch
+watch=
+json 0 "^\{\"removed\":\[\"/to_ZVCU$left\"\]\}\$" clean
+try 0 '^no queues were left behind$' clean
+
 echo "Settings"
 try 0 '^setting   3 video/fps +60 -> 30$' set video/fps 30
 try 0 '"3":5' set 3 60 --json
@@ -284,12 +295,12 @@ stop_camera
 echo "A camera that is switched off"
 start_camera
 "$zvsim" fault off
-# Not info, decode and the stages of a firmware download: they do without the camera.
+# Not info, decode, clean and the stages of a firmware download: they do without the camera.
 for group in '' broadcast firmware lens media; do
     for command in $(commands $group); do
         command=${group:+$group }$command
         case $command in
-        info | decode | firmware | media | 'firmware download-start' | 'firmware download-cancel') ;;
+        info | decode | clean | firmware | media | 'firmware download-start' | 'firmware download-cancel') ;;
         get | why | 'media room') echo "$command 3" ;;
         set) echo "$command 3 30" ;;
         shutter) echo "$command on" ;;

@@ -55,6 +55,7 @@ extern const Commands MEDIA_COMMANDS;
 extern const Commands BROADCAST_COMMANDS;
 extern const Commands FIRMWARE_COMMANDS;
 extern const Commands MESSAGE_COMMANDS;
+extern const Commands CLEAN_COMMANDS;
 
 constexpr Option YES = {"--yes", nullptr, "do not ask"};
 

@@ -27,7 +27,7 @@ constexpr char DESCRIPTION[] = "Look at a camera and command it.\n"
                                "A SETTING or an OPTION is given by its number, its name or its key.";
 
 const Commands ALL_COMMANDS[] = {STATUS_COMMANDS,    SETTINGS_COMMANDS, CAMERA_COMMANDS,  MEDIA_COMMANDS,
-                                 BROADCAST_COMMANDS, FIRMWARE_COMMANDS, MESSAGE_COMMANDS};
+                                 BROADCAST_COMMANDS, FIRMWARE_COMMANDS, MESSAGE_COMMANDS, CLEAN_COMMANDS};
 
 constexpr char OUTPUT_LOST[] = "cannot write standard output";
 
