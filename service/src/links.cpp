@@ -2,6 +2,7 @@
 
 #include "alarm.h"
 #include "catalogue.h"
+#include "doing.h"
 #include "own_queues.h"
 #include "peer_queue.h"
 #include "queue_names.h"
@@ -35,7 +36,6 @@ constexpr milliseconds STEP_PATIENCE{1000};
 // How long a daemon that takes nothing is left alone before it gets one more request.
 constexpr milliseconds SILENCE{10000};
 
-constexpr char READ_STATE[] = "read the camera's state";
 constexpr char CANNOT_OPEN_DAEMON[] = "cannot create the queue for the daemon's answers";
 constexpr char CANNOT_OPEN_CAMERA[] = "cannot create the queue for the camera's answers";
 
@@ -75,26 +75,21 @@ Result in_a_child()
     return {Outcome::NOT_THERE, "this link belongs to the process that it was opened in, and not to its child"};
 }
 
-Result cannot(Outcome outcome, const char *doing, const char *why)
-{
-    return {outcome, std::string("cannot ") + doing + ": " + why};
-}
-
 Result no_answer(const char *doing, Alarm &alarm)
 {
-    return cannot(Outcome::NO_ANSWER, doing,
-                  alarm.interrupted() ? "the call was interrupted"
-                                      : "no answer in time; is the camera's side still running?");
+    return Result::cannot(Outcome::NO_ANSWER, doing,
+                          alarm.interrupted() ? "the call was interrupted"
+                                              : "no answer in time; is the camera's side still running?");
 }
 
 Result takes_nothing(const char *doing)
 {
-    return cannot(Outcome::NO_ANSWER, doing, "the camera's side takes no requests; is it still running?");
+    return Result::cannot(Outcome::NO_ANSWER, doing, "the camera's side takes no requests; is it still running?");
 }
 
 Result no_alarm(const char *doing, int error)
 {
-    return cannot(Outcome::FAILED, doing, (std::string("no thread can be started: ") + strerror(error)).c_str());
+    return Result::cannot(Outcome::FAILED, doing, std::string("no thread can be started: ") + strerror(error));
 }
 
 // Opens a queue of this process's own for the alarm.
@@ -218,17 +213,22 @@ Result DaemonLink::Queues::open_library()
         zvcontrol_interface_close(); // the copy of a parent's
         library_link.owner = 0;
     }
-    if (is_zvcontrol_interface_open() != 0) {
+    pid_t nobody = 0;
+    const bool is_mine = library_link.owner.compare_exchange_strong(nobody, getpid());
+    if (!is_mine || is_zvcontrol_interface_open() != 0) {
+        if (is_mine) {
+            library_link.owner = 0; // the program has opened it by itself
+        }
         return {Outcome::FAILED, "cannot open the link to the daemon: this process has it open already"};
     }
     m_name.emplace(zv::RESPONSE_QUEUE_PREFIX + std::to_string(getpid()));
     if (!make_queue([] { return zvcontrol_interface_open() == ZV_OK; })) {
         const int error = errno;
         m_name.reset();
+        library_link.owner = 0;
         return error == ENOENT ? m_daemon.not_there() : queue_failure(CANNOT_OPEN_DAEMON, error, DAEMON_MSG_MAX);
     }
     m_home.settle();
-    library_link.owner = getpid();
     m_bell = open_bell(m_name->text());
     if (m_bell < 0) {
         const int error = errno;
@@ -566,7 +566,7 @@ Result CameraLink::set(const State &state, uint32_t setting, uint32_t option, mi
                                              std::to_string(UINT8_MAX) + ", not \"" + std::to_string(value) + "\""};
     }
     return call(
-        "change the setting",
+        CHANGE_SETTING,
         [&](zvc_msg_q_context_t *context) {
             return camera_if_settings_set_value_int(context, static_cast<int32_t>(setting), row.group_id, row.action_id,
                                                     value, row.value_size, &state.settings(), &state.status());

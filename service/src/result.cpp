@@ -64,11 +64,6 @@ constexpr CodeRow CODES[] = {
     {ZV_ERR_OUTOFMEM, Outcome::FAILED, "out of memory"},
 };
 
-std::string cannot(const char *doing, const std::string &why)
-{
-    return std::string("cannot ") + doing + ": " + why;
-}
-
 // The code's name and number. The code of a lost answer has no row in the library's names.
 std::string name_of(int32_t code)
 {
@@ -98,24 +93,28 @@ Result Result::of_call(int32_t result, const char *doing, uint8_t camera_code)
     }
     if (result == ZV_ERR && camera_code != 0) {
         const auto error = static_cast<int8_t>(camera_code);
-        return {Outcome::FIRMWARE_ERROR, cannot(doing, "the firmware reports error " + std::to_string(error)), error};
+        return cannot(Outcome::FIRMWARE_ERROR, doing, "the firmware reports error " + std::to_string(error), error);
     }
     if (result == ZV_ERR_NAK || (result == ZV_ERR_INVALID_PARAM && camera_code != 0)) { // the shutter's way to say so
-        return {Outcome::REFUSED,
-                cannot(doing, "the camera refused it, with acknowledge byte " + std::to_string(camera_code)),
-                camera_code};
+        return cannot(Outcome::REFUSED, doing,
+                      "the camera refused it, with acknowledge byte " + std::to_string(camera_code), camera_code);
     }
     for (const CodeRow &row : CODES) {
         if (row.code == result) {
-            return {row.outcome, cannot(doing, std::string(row.meaning) + " (" + name_of(result) + ")"), result};
+            return cannot(row.outcome, doing, std::string(row.meaning) + " (" + name_of(result) + ")", result);
         }
     }
-    return {Outcome::FAILED, cannot(doing, name_of(result)), result};
+    return cannot(Outcome::FAILED, doing, name_of(result), result);
+}
+
+Result Result::cannot(Outcome outcome, const char *doing, const std::string &why, int32_t code)
+{
+    return {outcome, std::string("cannot ") + doing + ": " + why, code};
 }
 
 Result Result::switched_off(const char *doing)
 {
-    return {Outcome::SWITCHED_OFF, cannot(doing, "the camera is switched off")};
+    return cannot(Outcome::SWITCHED_OFF, doing, "the camera is switched off");
 }
 
 ExitCode Result::exit_code() const

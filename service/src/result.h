@@ -54,6 +54,9 @@ class ZV_API Result {
     // was tried, such as "start the capture". A switched-off camera that gives 0 is not seen here; CameraLink sees it.
     static Result of_call(int32_t result, const char *doing, uint8_t camera_code = 0);
 
+    // What could not be done, as `doing` above, and why: "cannot start the capture: the camera is switched off".
+    static Result cannot(Outcome outcome, const char *doing, const std::string &why, int32_t code = 0);
+
     // The camera is switched off, and so could not do it.
     static Result switched_off(const char *doing);
 
