@@ -66,7 +66,7 @@ class ZV_API Camera {
     // What is known now; never null. At once, whatever goes on.
     std::shared_ptr<const Snapshot> snapshot() const;
 
-    // The whole first, then what changes. See Subscription.
+    // The whole first, then what changes. See Subscription. Throws std::system_error where its descriptor can't be had.
     Subscription subscribe();
 
     // Polls at once, and waits for the outcome: the snapshot is then from after the call.
@@ -78,7 +78,8 @@ class ZV_API Camera {
     Result call(const char *doing, CameraLink::Operation operation, std::chrono::milliseconds patience = CALL_PATIENCE);
 
     // Changes a setting to an option by its id: looks both up, checks the rules by the present state, writes, and waits
-    // until the camera tells the new option. Without any state yet there is nothing to decide by: NOT_THERE.
+    // until the camera tells the new option. Without any state yet there is nothing to decide by: NOT_THERE, or
+    // SWITCHED_OFF where the camera says that.
     Written set(uint32_t setting, uint32_t option, const SetOptions &options = {});
 
     // ---- Operations of the camera, one call() each

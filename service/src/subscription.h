@@ -23,7 +23,7 @@ struct Event {
 };
 
 // One reader's queue of events. It holds EVENT_MAX; a reader that is slower loses them all and gets the WHOLE in their
-// place. May outlive its Camera. One thread at a time.
+// place. May outlive its Camera. In a child after a fork it has ended. One thread at a time.
 class ZV_API Subscription {
   public:
     static constexpr size_t EVENT_MAX = 64;
