@@ -34,6 +34,9 @@ constexpr bench::Row rows[] = {
     {CORES, "service_poll", nullptr, {}, {0, 20000}}, // the scheduler by itself leaves both on one core
     {CORES, "service_changes", nullptr},
     {ONCE, "service_documents", nullptr},
+    {ONCE, "event_median", nullptr},
+    {ONCE, "event_99_percent", nullptr},
+    {ONCE, "idle_second_at_2_hz", nullptr}, // of the processor
     {ONCE, "zvcam_status", "busctl_version", {}, {2200000}},
     {ONCE, "start", "empty_library", {1.3}},
     {ONCE, "load", "empty_library", {1.4}},
@@ -49,6 +52,7 @@ constexpr bench::Series series[] = {
     {"remote_payload", "remote API exchange, bytes of the answer"},
     {"daemon_payload", "daemon exchange, bytes of the answer"},
     {"clients", "whole poll, clients at once"},
+    {"snapshot", "snapshot of the service core, threads at once"},
 };
 
 std::vector<std::string> default_options()
