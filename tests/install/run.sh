@@ -1,7 +1,7 @@
 #!/bin/sh
 # Installs the build into an empty folder and uses it from there, as a service would: with pkg-config in C11 and C++17,
 # and with the CMake package. Compiles the code of the headers and the docs, and runs the docs' programs. Also compares
-# what the library exports with what its headers promise.
+# what the libraries export with what their headers promise.
 #
 #     run.sh BUILD_FOLDER SOURCE_FOLDER
 set -eu
@@ -46,7 +46,11 @@ if ! diff "$stage/promised" "$stage/exported"; then
     echo "Above: < promised by a header and not exported, > exported and in no header" >&2
     exit 1
 fi
-if nm -D --defined-only "$library" | grep -E ' _Z(N|NK|TI|TS|TV)?(St|S[a-z])'; then
-    echo "The standard library's symbols leave the library" >&2
+if nm -D --defined-only "$library" "$lib/libzvService.so" | grep -E ' _Z(N|NK|T[ISV]N?)?(St|S[a-z])'; then
+    echo "The standard library's symbols leave a library" >&2
+    exit 1
+fi
+if nm -DC --defined-only "$lib/libzvService.so" | grep -vE '^[0-9a-f]+ . (.* for )?zvservice::'; then
+    echo "The service core exports names outside its namespace" >&2
     exit 1
 fi
