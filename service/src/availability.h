@@ -2,11 +2,18 @@
 //
 // An Availability is worked out once from a state, and then answers for every setting and option:
 //
+// ```cpp
+// #include <iostream>
+//
+// void explain(const all_status_settings_t &record, uint32_t model)
+// {
 //     const zvservice::Availability availability(zvservice::read_state(record, model), model);
 //     for (const zvservice::Removal &removal : availability.why(3, 0)) {
 //         // rule 83, because setting 2 is 5_3K
 //         std::cout << "rule " << removal.rule << ", because " << zvservice::because(removal) << '\n';
 //     }
+// }
+// ```
 //
 // Only the sable_knoll generation has options and rules: with any other model every setting is unknown here. Pointers
 // lead into the catalogue and live as long as the process.

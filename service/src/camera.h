@@ -4,9 +4,15 @@
 // operations out, in order. Both block all signals, and write nothing to standard output. Both links come back by
 // themselves after a restart of the camera's side, in less than two seconds.
 //
-//     zvservice::Camera camera;
-//     zvservice::Subscription changes = camera.subscribe();
-//     while (const std::optional<zvservice::Event> event = changes.next(std::chrono::seconds(1))) { ... }
+// ```cpp
+// #include <iostream>
+//
+// zvservice::Camera camera;
+// zvservice::Subscription events = camera.subscribe();
+// while (const std::optional<zvservice::Event> event = events.next(std::chrono::seconds(60))) {
+//     std::cout << "revision " << event->snapshot->revision << '\n';
+// }
+// ```
 //
 // A child after a fork has no camera: there snapshot() answers with the state at the fork, every call is NOT_THERE, and
 // the object can be destroyed, which leaves the parent's queues alone.

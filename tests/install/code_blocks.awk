@@ -49,14 +49,14 @@ function write_block(    name, i, includes, body) {
 {
     line = $0
     if (header != "") {
-        if (line !~ /^ \*/) {
+        if (line !~ /^( \*|\/\/)/) {
             if (language != "") {
                 fail("the block has no end")
                 language = ""
             }
             next
         }
-        sub(/^ \* ?/, "", line)
+        sub(/^( \*|\/\/) ?/, "", line)
     }
 }
 

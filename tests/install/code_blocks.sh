@@ -14,9 +14,10 @@ folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 warnings="-Wall -Wextra -Wpedantic -Werror -Wno-unused"
 
-for page in "$include"/zvctrl/*.h; do
+for page in "$include"/zvctrl/*.h "$include"/zvservice/*.h; do
     name=$(basename "$page")
-    awk -v folder="$folder" -v page="$name" -v header="zvctrl/$name" -f "$here/code_blocks.awk" "$page"
+    header=${page#"$include/"}
+    awk -v folder="$folder" -v page="$name" -v header="$header" -f "$here/code_blocks.awk" "$page"
 done >"$folder/blocks"
 for page in "$project"/README.md "$project"/docs/*.md; do
     awk -v folder="$folder" -v page="$(basename "$page")" -v header= -f "$here/code_blocks.awk" "$page"
@@ -56,15 +57,19 @@ while read -r block; do
         continue
         ;;
     *.c) compile="cc -std=c11 -D_POSIX_C_SOURCE=200809L" ;;
-    *) compile="c++ -std=c++17" ;;
+    *) compile="c++ -std=c++17 -pthread" ;;
     esac
+    package=zvctrl
+    if grep -q '^#include <zvservice/' "$block"; then
+        package=zvservice
+    fi
     if grep -q '^int main' "$block"; then
         # shellcheck disable=SC2046,SC2086
-        $compile $warnings "$block" -o "$programs/$(basename "${block%.*}")" $(pkg-config --cflags --libs zvctrl) ||
+        $compile $warnings "$block" -o "$programs/$(basename "${block%.*}")" $(pkg-config --cflags --libs $package) ||
             failures=$((failures + 1))
     else
         # shellcheck disable=SC2046,SC2086
-        $compile $warnings -fsyntax-only "$block" $(pkg-config --cflags zvctrl) || failures=$((failures + 1))
+        $compile $warnings -fsyntax-only "$block" $(pkg-config --cflags $package) || failures=$((failures + 1))
     fi
 done <"$folder/blocks"
 

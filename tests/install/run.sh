@@ -31,11 +31,24 @@ cmake -S "$source" -B "$stage/outside" -DCMAKE_PREFIX_PATH="$stage/usr" >/dev/nu
 cmake --build "$stage/outside" >/dev/null
 "$stage/outside/outside_c" >/dev/null
 "$stage/outside/outside_cpp" >/dev/null
+"$stage/outside/outside_core" >"$stage/outcomes"
+# shellcheck disable=SC2016
+sed -nE 's/^\| `([A-Z_]+)` \|.*\| ([0-9]+) \| ([0-9]+) \|$/\1 \2 \3/p' "$project/docs/linking.md" >"$stage/told"
+if ! diff "$stage/told" "$stage/outcomes"; then
+    echo "Above: < an outcome in docs/linking.md, > what a service finds" >&2
+    exit 1
+fi
+
+for header in "$stage"/usr/include/zvservice/*.h; do
+    # shellcheck disable=SC2046,SC2086
+    echo "#include <zvservice/$(basename "$header")>" |
+        c++ -std=c++17 $warnings -fsyntax-only -x c++ - $(pkg-config --cflags zvservice)
+done
 
 mkdir "$stage/programs"
 "$source/code_blocks.sh" "$stage/usr/include" "$project" "$stage/programs"
 (cd "$project" && env -u ZVCTRL_NAMESPACE "$project/packaging/private-namespace.sh" \
-    "$source/linking.sh" "$stage/usr/bin/zvsim" "$stage/programs")
+    "$source/docs.sh" "$stage/usr/bin/zvsim" "$stage/programs")
 
 # Every exported plain name is declared in a header as ZV_API, and the other way round.
 cat "$stage"/usr/include/zvctrl/*.h | tr '\n' ' ' | sed 's|/\*[^*]*\*\+\([^/*][^*]*\*\+\)*/||g; s/[;{]/\n/g' |
