@@ -10,7 +10,7 @@ write=$2/library-alone.md-2
 tested=$service
 . "$(dirname "$0")/../support/program.sh"
 camera=
-trap 'kill $camera; rm -rf "$folder"' EXIT
+trap 'kill $camera 2>/dev/null; rm -rf "$folder"' EXIT
 
 # A program that takes lines from its standard input, which descriptor 3 leads to. It ends when nobody has that open.
 begin() {

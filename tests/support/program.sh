@@ -16,7 +16,10 @@ start_camera() {
     "$zvsim" "$@" >>"$folder/camera" 2>&1 &
     camera=$!
     until grep -q ready "$folder/camera"; do
-        kill -0 "$camera" || exit 1
+        kill -0 "$camera" 2>/dev/null || {
+            cat "$folder/camera"
+            exit 1
+        }
         sleep 0.05
     done
 }
