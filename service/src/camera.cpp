@@ -1,10 +1,10 @@
 #include "camera.h"
 
 #include "calls.h"
-#include "catalogue.h"
 #include "deadline.h"
 #include "doing.h"
 #include "forks.h"
+#include "permission.h"
 #include "poller.h"
 #include "publication.h"
 #include "service_thread.h"
@@ -43,29 +43,8 @@ Result judge(const Snapshot &present, uint32_t setting, uint32_t option, bool fo
                    ? Result::switched_off(CHANGE_SETTING)
                    : Result::cannot(Outcome::NOT_THERE, CHANGE_SETTING, "the camera has not told its state yet");
     }
-    const Catalogue catalogue(present.state->model());
-    const std::string number = std::to_string(setting);
-    if (Result found = catalogue.find_setting(number, setting); !found.done()) {
-        return found;
-    }
-    if (!catalogue.takes(setting, option)) {
-        return {Outcome::NO_SUCH_OPTION,
-                "setting " + number + ", " + catalogue.name(setting) + ", has no option " + std::to_string(option)};
-    }
-    if (force) {
-        return {};
-    }
-    std::vector<Removal> reasons =
-        Availability(present.state->values(), present.state->model()).against(setting, option);
-    if (reasons.empty()) {
-        return {};
-    }
-    std::string sentence = number + " " + catalogue.name(setting) + ": " + catalogue.option_text(setting, option) +
-                           " is not available now";
-    for (const Removal &removal : reasons) {
-        sentence += "\n  " + catalogue.reason(removal);
-    }
-    return {std::move(sentence), std::move(reasons)};
+    Result permitted = permission(*present.state, setting, option);
+    return force && permitted.outcome() == Outcome::FORBIDDEN ? Result() : permitted;
 }
 
 } // namespace

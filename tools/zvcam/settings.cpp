@@ -19,6 +19,7 @@
 #include <string>
 #include <vector>
 #include <zvservice/availability.h>
+#include <zvservice/permission.h>
 #include <zvservice/snapshot.h>
 
 namespace zvcam {
@@ -321,17 +322,6 @@ std::unique_ptr<const State> state_with(Daemon &daemon, uint32_t setting, uint32
     }
 }
 
-void check_rules(const State &state, uint32_t setting, uint32_t option)
-{
-    const std::vector<Removal> against = availability_in(state).against(setting, option);
-    if (!against.empty()) {
-        check(Result(std::to_string(setting) + " " + catalogue().name(setting) + ": " +
-                         catalogue().option_text(setting, option) + " is not available now",
-                     against),
-              "--force sends it all the same");
-    }
-}
-
 void set(const Arguments &arguments)
 {
     Daemon daemon;
@@ -339,7 +329,7 @@ void set(const Arguments &arguments)
     const uint32_t setting = find_setting(arguments.words.at(0));
     const uint32_t option = find_option(setting, arguments.words.at(1), before->option(setting));
     if (!arguments.given("--force")) {
-        check_rules(*before, setting, option);
+        check(permission(*before, setting, option), "--force sends it all the same");
     }
     Camera camera;
     check(camera.set(*before, setting, option));
