@@ -1,6 +1,7 @@
 #include "camera.h"
 
 #include "calls.h"
+#include "catalogue.h"
 #include "deadline.h"
 #include "doing.h"
 #include "forks.h"
@@ -35,16 +36,39 @@ Result no_camera_in_a_child(const char *doing)
     return Result::cannot(Outcome::NOT_THERE, doing, "a forked process has not got its parent's camera");
 }
 
+// Whether there is a state to decide by.
+Result has_state(const Snapshot &present)
+{
+    if (present.state != nullptr) {
+        return {};
+    }
+    return present.switched_off
+               ? Result::switched_off(CHANGE_SETTING)
+               : Result::cannot(Outcome::NOT_THERE, CHANGE_SETTING, "the camera has not told its state yet");
+}
+
 // Why the option is not to be sent; DONE when nothing is against it.
 Result judge(const Snapshot &present, uint32_t setting, uint32_t option, bool force)
 {
-    if (present.state == nullptr) {
-        return present.switched_off
-                   ? Result::switched_off(CHANGE_SETTING)
-                   : Result::cannot(Outcome::NOT_THERE, CHANGE_SETTING, "the camera has not told its state yet");
+    if (Result known = has_state(present); !known.done()) {
+        return known;
     }
     Result permitted = permission(*present.state, setting, option);
     return force && permitted.outcome() == Outcome::FORBIDDEN ? Result() : permitted;
+}
+
+// The numbers of what a person names.
+Result find(const Snapshot &present, const std::string &setting, const std::string &option, uint32_t &number,
+            uint32_t &id)
+{
+    if (Result known = has_state(present); !known.done()) {
+        return known;
+    }
+    const Catalogue catalogue(present.state->model());
+    if (Result found = catalogue.find_setting(setting, number); !found.done()) {
+        return found;
+    }
+    return catalogue.find_option(number, option, present.state->option(number), id);
 }
 
 } // namespace
@@ -246,6 +270,15 @@ Result Camera::call(const char *doing, CameraLink::Operation operation, millisec
 Written Camera::set(uint32_t setting, uint32_t option, const SetOptions &options)
 {
     return std::shared_ptr<Engine>(m_engine)->set(setting, option, options);
+}
+
+Written Camera::set(const std::string &setting, const std::string &option, const SetOptions &options)
+{
+    uint32_t number = 0;
+    uint32_t id = 0;
+    Written written;
+    written.result = find(*snapshot(), setting, option, number, id);
+    return written.result.done() ? set(number, id, options) : written;
 }
 
 Result Camera::start_capture(milliseconds patience)

@@ -88,6 +88,9 @@ class ZV_API Camera {
     // SWITCHED_OFF where the camera says that.
     Written set(uint32_t setting, uint32_t option, const SetOptions &options = {});
 
+    // The same for what a person calls them, as Catalogue finds it.
+    Written set(const std::string &setting, const std::string &option, const SetOptions &options = {});
+
     // ---- Operations of the camera, one call() each
 
     Result start_capture(std::chrono::milliseconds patience = CALL_PATIENCE);
