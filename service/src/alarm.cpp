@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::chrono::milliseconds BETWEEN_RINGS{10};
 constexpr std::chrono::hours LONGEST{24}; // what is longer is no limit
-constexpr size_t STACK_SIZE = 128 * 1024; // with room for what a sanitizer adds
+constexpr size_t STACK_SIZE = 131072;     // with room for what a sanitizer adds
 
 } // namespace
 

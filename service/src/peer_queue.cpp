@@ -1,9 +1,9 @@
 #include "peer_queue.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <sys/eventfd.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -20,13 +20,8 @@ constexpr char QUEUE_COUNT_LIMIT[] = "/proc/sys/fs/mqueue/queues_max";
 long kernel_limit(const char *path, long otherwise)
 {
     long limit = otherwise;
-    if (std::FILE *file = fopen(path, "re"); file != nullptr) {
-        if (fscanf(file, "%ld", &limit) != 1) {
-            limit = otherwise;
-        }
-        fclose(file);
-    }
-    return limit;
+    std::ifstream(path) >> limit;
+    return limit > 0 ? limit : otherwise;
 }
 
 std::string resource_limit(decltype(RLIMIT_NOFILE) resource)
@@ -108,16 +103,20 @@ Result queue_failure(const std::string &cannot, int error, long message_size)
     return {Outcome::FAILED, cannot + ": " + strerror(error)};
 }
 
-bool is_out_of_queue_bytes(int error)
+bool may_open_files(int count)
 {
-    if (error != EMFILE) {
+    const int file = eventfd(0, EFD_CLOEXEC);
+    if (file < 0) {
         return false;
     }
-    const int spare = eventfd(0, EFD_CLOEXEC); // the same error says that too many files are open
-    if (spare >= 0) {
-        close(spare);
-    }
-    return spare >= 0;
+    const bool more = count <= 1 || may_open_files(count - 1);
+    close(file);
+    return more;
+}
+
+bool is_out_of_queue_bytes(int error)
+{
+    return error == EMFILE && may_open_files(1); // the same error says that too many files are open
 }
 
 } // namespace zvservice

@@ -51,6 +51,9 @@ bool is_removed(mqd_t queue);
 // sentence does, with its value and the remedy.
 Result queue_failure(const std::string &cannot, int error, long message_size);
 
+// Whether this process may open so many files more.
+bool may_open_files(int count);
+
 // Whether `error`, of a queue that was to be made, says that the user's queues have all the bytes that they may have.
 bool is_out_of_queue_bytes(int error);
 

@@ -1,0 +1,115 @@
+#include "link_parts.h"
+
+#include "links.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace zvservice {
+
+namespace {
+
+using std::chrono::milliseconds;
+
+// How long a look for room may last before it looks whether the call was interrupted.
+constexpr milliseconds ROOM_SLICE{50};
+
+Result cannot(Outcome outcome, const char *doing, const std::string &why)
+{
+    return {outcome, std::string("cannot ") + doing + ": " + why};
+}
+
+} // namespace
+
+void Home::settle()
+{
+    m_process = getpid();
+}
+
+bool Home::is_elsewhere() const
+{
+    const pid_t process = m_process;
+    return process != 0 && process != getpid();
+}
+
+void Home::abandon(std::unique_ptr<Alarm> &alarm) const
+{
+    if (is_elsewhere()) {
+        static_cast<void>(alarm.release());
+    }
+}
+
+bool make_queue(const std::function<bool()> &make)
+{
+    errno = 0;
+    if (make()) {
+        return true;
+    }
+    const int error = errno;
+    std::vector<std::string> removed;
+    if (is_out_of_queue_bytes(error) && remove_leftover_queues(removed).done() && !removed.empty()) {
+        return make();
+    }
+    errno = error;
+    return false;
+}
+
+mqd_t open_bell(const char *name)
+{
+    return mq_open(name, O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+}
+
+void close_queue(mqd_t &queue)
+{
+    if (queue >= 0) {
+        mq_close(queue);
+        queue = -1;
+    }
+}
+
+bool wait_for_room(const PeerQueue &peer, Alarm &alarm)
+{
+    const Alarm::Clock::time_point end = Alarm::Clock::now() + LIBRARY_PATIENCE;
+    while (Alarm::Clock::now() < end) {
+        const milliseconds slice = alarm.left(ROOM_SLICE);
+        if (slice == milliseconds::zero()) {
+            return false;
+        }
+        pollfd entry = {peer.descriptor(), POLLOUT, 0};
+        if (poll(&entry, 1, static_cast<int>(slice.count())) > 0) {
+            return (entry.revents & POLLOUT) != 0;
+        }
+    }
+    return false;
+}
+
+Result in_a_child()
+{
+    return {Outcome::NOT_THERE, "this link belongs to the process that it was opened in, and not to its child"};
+}
+
+Result no_answer(const char *doing, Alarm &alarm)
+{
+    return cannot(Outcome::NO_ANSWER, doing,
+                  alarm.interrupted() ? "the call was interrupted"
+                                      : "no answer in time; is the camera's side still running?");
+}
+
+Result not_sent(const char *doing, Alarm &alarm)
+{
+    return cannot(Outcome::NO_ANSWER, doing,
+                  alarm.interrupted() ? "the call was interrupted"
+                                      : "the camera's side takes no requests; is it still running?");
+}
+
+Result no_alarm(const char *doing, int error)
+{
+    return cannot(Outcome::FAILED, doing, std::string("no thread can be started: ") + strerror(error));
+}
+
+} // namespace zvservice
