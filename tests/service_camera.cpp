@@ -102,6 +102,8 @@ void come_up_from_no_camera_at_all()
     EXPECT_EQ(FPS_60, up->state->option(SETTING_VIDEO_FPS));
     EXPECT_LT(up->age(), 1s);
     EXPECT_EQ(*first->epoch, *up->epoch);
+    ASSERT_TRUE(comes([&] { return camera.snapshot()->taken != up->taken; }));
+    EXPECT_GE(camera.snapshot()->taken - up->taken, 450ms); // the camera asks for a poll each 500
 
     for (const Result &result :
          {camera.start_capture(), camera.stop_capture(), camera.delete_last(), camera.delete_all()}) {
@@ -484,6 +486,16 @@ TEST(Camera, EndsWithinASecondWhateverItsCameraDoes)
     }
     sim.thaw();
     EXPECT_TRUE(comes(*second, LinkState::UP));
+
+    const auto stay = [](zvc_msg_q_context_t *) {
+        std::this_thread::sleep_for(1300ms);
+        return 0;
+    };
+    EXPECT_EQ(Outcome::NO_ANSWER, second->call("stay", stay, 10ms).outcome());
+    const auto stuck = Clock::now();
+    second.reset();
+    EXPECT_LT(since(stuck), 1s);
+    std::this_thread::sleep_for(500ms); // its thread comes, and takes the rest with it
 }
 
 } // namespace
