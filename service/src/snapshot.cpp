@@ -72,6 +72,18 @@ std::string write_settings(const State &state)
     return stream.str();
 }
 
+// The option ids are those of the document: to read them once more would cost a camera without options one more line in
+// the log for each.
+CameraState values_of(const State &state)
+{
+    CameraState values;
+    update_camera_status(&state.status(), state.model(), values.statuses);
+    for (const Member &member : state.settings_members()) {
+        std::from_chars(member.text.data(), member.text.data() + member.text.size(), values.settings.at(member.id));
+    }
+    return values;
+}
+
 std::string changes(const std::vector<Member> &before, const std::vector<Member> &after)
 {
     std::string text;
@@ -89,7 +101,7 @@ State::State(const all_status_settings_t &record, uint32_t model)
       m_system(part_of<zvcontrol_system_settings>(record, ALL_SYSTEM_SETTINGS_OFFSET)),
       m_status_document(write_status(m_status, model)), m_settings_document(write_settings(*this)),
       m_status_members(split(m_status_document, m_status)), m_settings_members(split(m_settings_document, m_status)),
-      m_values(read_state(record, model))
+      m_values(values_of(*this))
 {
 }
 
