@@ -9,8 +9,8 @@
 
 namespace zvservice {
 
-// The reader owns it. A child after a fork can only let go of what its parent made: a thread that it lacks may have been
-// at work inside, and what is read from the descriptor is lost for the parent.
+// The reader owns it. A child after a fork can only let go of what its parent made: a thread that it lacks may have
+// been at work inside, and what is read from the descriptor is lost for the parent.
 class Subscription::Queue {
   public:
     // Begins with the whole. Throws std::system_error where no descriptor can be had.
