@@ -452,6 +452,23 @@ TEST(Camera, ServesManyReadersAndWritersAtOnce)
     }
 }
 
+TEST(DaemonLink, IsOpenOnceInAProcess)
+{
+    const SimProcess sim;
+    for (int round = 0; round < 50; ++round) {
+        DaemonLink links[2];
+        std::atomic<int> ready = 0;
+        const auto open = [&ready](DaemonLink &link) {
+            for (++ready; ready < 2;) { // both at once
+            }
+            return link.open().done();
+        };
+        auto other = std::async(std::launch::async, open, std::ref(links[1]));
+        const bool is_open = open(links[0]);
+        EXPECT_NE(is_open, other.get());
+    }
+}
+
 TEST(Camera, EndsWithinASecondWhateverItsCameraDoes)
 {
     SimProcess sim;

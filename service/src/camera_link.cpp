@@ -1,4 +1,5 @@
 #include "catalogue.h"
+#include "doing.h"
 #include "link_parts.h"
 #include "links.h"
 #include "message_format.h"
@@ -211,7 +212,7 @@ Result CameraLink::set(const State &state, uint32_t setting, uint32_t option, mi
                                              std::to_string(UINT8_MAX) + ", not \"" + std::to_string(value) + "\""};
     }
     return call(
-        "change the setting",
+        CHANGE_SETTING,
         [&](zvc_msg_q_context_t *context) {
             return camera_if_settings_set_value_int(context, static_cast<int32_t>(setting), row.group_id, row.action_id,
                                                     value, row.value_size, &state.settings(), &state.status());

@@ -1,3 +1,4 @@
+#include "doing.h"
 #include "link_parts.h"
 #include "links.h"
 #include "own_queues.h"
@@ -25,15 +26,19 @@ constexpr milliseconds SILENCE{10000};
 
 constexpr int FILES = 3; // the library's two queues, and one of them for the alarm
 
-constexpr char READ_STATE[] = "read the camera's state";
 constexpr char CANNOT_CREATE[] = "cannot create the queue for the daemon's answers";
 
 // The library's link to the daemon, which is the process's own; and so is what is known of it.
 struct LibraryLink {
-    std::atomic<pid_t> owner{0};          // the process that one of these links has it open in
+    std::atomic<pid_t> owner{0};          // the process that one of these links has it in, open or about to be
     std::atomic<bool> out_of_step{false}; // answers may come that the library takes for later ones
 };
 constinit LibraryLink library_link;
+
+Result open_already()
+{
+    return {Outcome::FAILED, "cannot open the link to the daemon: this process has it open already"};
+}
 
 } // namespace
 
@@ -50,6 +55,7 @@ class DaemonLink::Queues {
 
   private:
     Result open_library();
+    Result open_queues();
     void close();
     bool takes_requests();
     bool bring_in_step();
@@ -105,9 +111,19 @@ Result DaemonLink::Queues::open_library()
         zvcontrol_interface_close(); // the copy of a parent's
         library_link.owner = 0;
     }
-    if (is_zvcontrol_interface_open() != 0) {
-        return {Outcome::FAILED, "cannot open the link to the daemon: this process has it open already"};
+    pid_t nobody = 0;
+    if (!library_link.owner.compare_exchange_strong(nobody, getpid())) {
+        return open_already();
     }
+    Result opened = is_zvcontrol_interface_open() != 0 ? open_already() : open_queues();
+    if (!opened.done()) {
+        library_link.owner = 0;
+    }
+    return opened;
+}
+
+Result DaemonLink::Queues::open_queues()
+{
     if (!may_open_files(FILES)) {
         return queue_failure(CANNOT_CREATE, EMFILE, 0); // the library would wait for better times
     }
@@ -118,7 +134,6 @@ Result DaemonLink::Queues::open_library()
         return error == ENOENT ? m_daemon.not_there() : queue_failure(CANNOT_CREATE, error, DAEMON_MSG_MAX);
     }
     m_home.settle();
-    library_link.owner = getpid();
     m_bell = open_bell(m_name->text());
     if (m_bell < 0) {
         const int error = errno;

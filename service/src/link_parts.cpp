@@ -19,11 +19,6 @@ using std::chrono::milliseconds;
 // How long a look for room may last before it looks whether the call was interrupted.
 constexpr milliseconds ROOM_SLICE{50};
 
-Result cannot(Outcome outcome, const char *doing, const std::string &why)
-{
-    return {outcome, std::string("cannot ") + doing + ": " + why};
-}
-
 } // namespace
 
 void Home::settle()
@@ -95,21 +90,21 @@ Result in_a_child()
 
 Result no_answer(const char *doing, Alarm &alarm)
 {
-    return cannot(Outcome::NO_ANSWER, doing,
-                  alarm.interrupted() ? "the call was interrupted"
-                                      : "no answer in time; is the camera's side still running?");
+    return Result::cannot(Outcome::NO_ANSWER, doing,
+                          alarm.interrupted() ? "the call was interrupted"
+                                              : "no answer in time; is the camera's side still running?");
 }
 
 Result not_sent(const char *doing, Alarm &alarm)
 {
-    return cannot(Outcome::NO_ANSWER, doing,
-                  alarm.interrupted() ? "the call was interrupted"
-                                      : "the camera's side takes no requests; is it still running?");
+    return Result::cannot(Outcome::NO_ANSWER, doing,
+                          alarm.interrupted() ? "the call was interrupted"
+                                              : "the camera's side takes no requests; is it still running?");
 }
 
 Result no_alarm(const char *doing, int error)
 {
-    return cannot(Outcome::FAILED, doing, std::string("no thread can be started: ") + strerror(error));
+    return Result::cannot(Outcome::FAILED, doing, std::string("no thread can be started: ") + strerror(error));
 }
 
 } // namespace zvservice
