@@ -93,6 +93,7 @@ void come_up_from_no_camera_at_all()
     EXPECT_EQ(Outcome::NOT_THERE, camera.refresh().outcome());
     EXPECT_EQ(Outcome::NOT_THERE, camera.start_capture().outcome());
     EXPECT_EQ(Outcome::NOT_THERE, camera.set(SETTING_VIDEO_FPS, FPS_30).result.outcome());
+    EXPECT_EQ(Outcome::NOT_THERE, camera.set("video/fps", "30").result.outcome());
 
     const SimProcess sim;
     ASSERT_TRUE(comes(camera, LinkState::UP));
@@ -250,6 +251,10 @@ TEST(Camera, SetsWhatTheRulesAllowAndTellsWhatChangedWithIt)
         EXPECT_EQ(revision + (*row.change != '\0' ? 1 : 0), camera.snapshot()->revision);
         EXPECT_EQ(row.outcome == Outcome::FORBIDDEN, !written.result.reasons().empty());
     }
+    EXPECT_THAT(camera.set("video/fps", "30").change.settings, HasSubstr("\"3\":8"));
+    EXPECT_EQ(Outcome::NO_SUCH_SETTING, camera.set("video/fsp", "30").result.outcome());
+    EXPECT_EQ(Outcome::NO_SUCH_OPTION, camera.set("video/fps", "31").result.outcome());
+
     SimProcess::fault("drop:link=daemon"); // what is set can't be seen
     SetOptions options;
     options.confirmation = 100ms;
