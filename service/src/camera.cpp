@@ -190,14 +190,16 @@ Written Camera::Engine::set(uint32_t setting, uint32_t option, const SetOptions 
     if (!written.result.done()) {
         return written;
     }
-    // What other calls changed while this one waited for its turn is not its own. The call may end before the work
-    // does.
+    // What other calls changed while this one waited for its turn is not its own, and the rules may have another say by
+    // then. The call may end before the work does.
     const auto before = std::make_shared<std::shared_ptr<const State>>();
     written.result = call(
         CHANGE_SETTING,
-        [this, before, setting, option](CameraLink &link, milliseconds left) {
-            *before = snapshot()->state;
-            return link.set(**before, setting, option, left);
+        [this, before, setting, option, force = options.force](CameraLink &link, milliseconds left) {
+            const std::shared_ptr<const Snapshot> present = snapshot();
+            *before = present->state;
+            Result permitted = judge(*present, setting, option, force);
+            return permitted.done() ? link.set(*present->state, setting, option, left) : permitted;
         },
         deadline);
     if (written.result.done()) {
