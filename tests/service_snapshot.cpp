@@ -62,6 +62,9 @@ TEST(Snapshot, TellsWhatDiffersBetweenTwoMoments)
     EXPECT_EQ(5u, before.option(3));
     EXPECT_EQ(0u, before.option(100000));
     EXPECT_EQ(0, Snapshot().age().count());
+    EXPECT_STREQ("down", link_state_name(Snapshot().link));
+    EXPECT_STREQ("stale", link_state_name(LinkState::STALE));
+    EXPECT_STREQ("up", link_state_name(LinkState::UP));
 }
 
 } // namespace
