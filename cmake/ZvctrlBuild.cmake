@@ -45,6 +45,27 @@ function(zvctrl_library_part name)
   zvctrl_public_headers(zvctrl ${PART_HEADERS})
 endfunction()
 
+# A shared library of these objects, which is installed. Nothing interposes our functions: calls inside a library stay
+# inside, and each symbol that need not be looked up makes loading faster. The standard library's templates bring
+# visibility of their own; the map keeps them inside. What a library keeps lives as long as the process, such as the
+# catalogue, or a thread that a peer keeps from ending: it is never unloaded.
+function(zvctrl_shared_library name)
+  add_library(${name} SHARED ${ARGN})
+  add_library(zvctrl::${name} ALIAS ${name})
+  set_target_properties(${name} PROPERTIES SOVERSION 1 VERSION ${PROJECT_VERSION} LINKER_LANGUAGE CXX)
+  target_compile_features(${name} INTERFACE cxx_std_17)
+  target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:zvctrl_options> rt)
+  target_link_options(${name} PRIVATE
+    LINKER:-Bsymbolic-functions
+    LINKER:--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map
+    LINKER:-z,relro LINKER:-z,now LINKER:-z,nodelete LINKER:--as-needed
+  )
+  if(NOT ZVCTRL_SANITIZE)
+    target_link_options(${name} PRIVATE LINKER:--no-undefined)
+  endif()
+  install(TARGETS ${name} EXPORT zvctrl DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endfunction()
+
 # The pkg-config file of a library, with the prefix as seen from the file, so that an installed tree can be moved.
 function(zvctrl_pkg_config name)
   file(RELATIVE_PATH ZVCTRL_PC_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
