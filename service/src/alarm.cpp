@@ -9,8 +9,7 @@ namespace zvservice {
 namespace {
 
 constexpr std::chrono::milliseconds BETWEEN_RINGS{10};
-constexpr std::chrono::hours LONGEST{24}; // what is longer is no limit
-constexpr size_t STACK_SIZE = 131072;     // with room for what a sanitizer adds
+constexpr size_t STACK_SIZE = 131072; // with room for what a sanitizer adds
 
 } // namespace
 
@@ -38,7 +37,7 @@ std::chrono::milliseconds Alarm::left(std::chrono::milliseconds most)
     if (is_due()) {
         return std::chrono::milliseconds::zero();
     }
-    return m_limited ? std::min(most, std::chrono::ceil<std::chrono::milliseconds>(m_deadline - Clock::now())) : most;
+    return m_limited ? std::min(most, left_until(m_deadline)) : most;
 }
 
 int Alarm::arm(mqd_t queue)
@@ -75,8 +74,8 @@ void Alarm::begin(std::chrono::milliseconds patience)
 {
     const std::lock_guard lock(m_mutex);
     m_rang = false;
-    m_limited = patience < LONGEST;
-    m_deadline = Clock::now() + (m_limited ? patience : LONGEST);
+    m_limited = patience < LONGEST_WAIT;
+    m_deadline = deadline_after(patience);
 }
 
 void Alarm::end()

@@ -5,6 +5,8 @@
 // be lost so: the alarm goes on until it is disarmed.
 #pragma once
 
+#include "deadline.h"
+
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
@@ -21,8 +23,6 @@ inline constexpr uint8_t ALARM_BYTE = 0xFF; // no message begins with it: their 
 // missing there, and the lock may be taken.
 class Alarm {
   public:
-    using Clock = std::chrono::steady_clock;
-
     Alarm() = default;
     ~Alarm();
     Alarm(const Alarm &) = delete;
@@ -72,7 +72,7 @@ class Alarm {
     bool m_limited = false;
     bool m_rang = false;
     mqd_t m_queue = -1; // where it rings, while it is armed
-    Clock::time_point m_deadline;
+    Deadline m_deadline;
     pthread_t m_thread = {};
 };
 

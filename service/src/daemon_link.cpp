@@ -1,3 +1,4 @@
+#include "deadline.h"
 #include "doing.h"
 #include "link_parts.h"
 #include "links.h"
@@ -15,7 +16,6 @@ namespace zvservice {
 namespace {
 
 using std::chrono::milliseconds;
-using Clock = Alarm::Clock;
 
 // Old answers may come before the echo of a fresh key: it is tried so often, but no longer than this.
 constexpr int STEP_ATTEMPTS = 3;
@@ -172,7 +172,7 @@ bool DaemonLink::Queues::bring_in_step()
     if (!library_link.out_of_step && zvcontrol_is_response_queue_sychronized()) {
         return true;
     }
-    const Clock::time_point end = Clock::now() + STEP_PATIENCE;
+    const Deadline end = deadline_after(STEP_PATIENCE);
     for (int attempt = 0; attempt < STEP_ATTEMPTS && Clock::now() < end; ++attempt) {
         zvcontrol_flush_response_queue();
         if (!wait_for_room(m_daemon, *m_alarm)) {

@@ -1,5 +1,6 @@
 #include "link_parts.h"
 
+#include "deadline.h"
 #include "links.h"
 
 #include <cerrno>
@@ -69,8 +70,8 @@ void close_queue(mqd_t &queue)
 
 bool wait_for_room(const PeerQueue &peer, Alarm &alarm)
 {
-    const Alarm::Clock::time_point end = Alarm::Clock::now() + LIBRARY_PATIENCE;
-    while (Alarm::Clock::now() < end) {
+    const Deadline end = deadline_after(LIBRARY_PATIENCE);
+    while (Clock::now() < end) {
         const milliseconds slice = alarm.left(ROOM_SLICE);
         if (slice == milliseconds::zero()) {
             return false;
