@@ -60,44 +60,32 @@ bool is_alarm(const zvIoBuf_t &answer)
 
 } // namespace
 
-class CameraLink::Queues {
+class CameraLink::Queues : public LinkQueues {
   public:
-    Queues() = default;
+    Queues() : LinkQueues(zv::RELAY_QUEUE, "the relay to the firmware") {}
     ~Queues();
-    Queues(const Queues &) = delete;
-    Queues &operator=(const Queues &) = delete;
 
     Result open();
     Result call(const char *doing, const Operation &operation, milliseconds patience);
-    void interrupt() noexcept;
 
   private:
     Result open_replies();
     void close();
     Result carry_out(const char *doing, const Operation &operation);
 
-    Home m_home;
-    PeerQueue m_relay{zv::RELAY_QUEUE, "the relay to the firmware"};
-    std::optional<OwnQueueName> m_name;
     mqd_t m_replies = -1;
-    mqd_t m_bell = -1;   // the same queue, open for the alarm
     bool m_late = false; // an answer may yet come for a call that did not wait for it
-    std::unique_ptr<Alarm> m_alarm = std::make_unique<Alarm>();
     zvc_msg_q_context_t m_context = {};
 };
 
 CameraLink::Queues::~Queues()
 {
     close();
-    m_home.abandon(m_alarm);
 }
 
 Result CameraLink::Queues::open()
 {
-    if (m_home.is_elsewhere()) {
-        return in_a_child();
-    }
-    if (Result found = m_relay.open(); !found.done()) {
+    if (Result found = open_peer(); !found.done()) {
         return found;
     }
     if (m_late || (m_replies >= 0 && is_removed(m_replies))) {
@@ -108,7 +96,7 @@ Result CameraLink::Queues::open()
             return opened;
         }
     }
-    m_context.mq_tx = m_relay.descriptor();
+    m_context.mq_tx = m_peer.descriptor();
     return {};
 }
 
@@ -121,7 +109,7 @@ Result CameraLink::Queues::open_replies()
         m_name.reset();
         return queue_failure(CANNOT_CREATE, error, ZVMSG_MAX);
     }
-    m_home.settle();
+    settle();
     m_bell = open_bell(m_name->text());
     if (m_bell < 0) {
         const int error = errno;
@@ -138,7 +126,7 @@ Result CameraLink::Queues::open_replies()
 // In a child this closes the child's copies alone.
 void CameraLink::Queues::close()
 {
-    if (m_replies >= 0 && !m_home.is_elsewhere()) {
+    if (m_replies >= 0 && !is_elsewhere()) {
         mq_unlink(m_name->text());
     }
     close_queue(m_replies);
@@ -165,7 +153,7 @@ Result CameraLink::Queues::carry_out(const char *doing, const Operation &operati
 
 Result CameraLink::Queues::call(const char *doing, const Operation &operation, milliseconds patience)
 {
-    if (m_home.is_elsewhere()) {
+    if (is_elsewhere()) {
         return in_a_child();
     }
     const Alarm::Call call(*m_alarm, patience);
@@ -175,17 +163,10 @@ Result CameraLink::Queues::call(const char *doing, const Operation &operation, m
     if (m_alarm->left(LIBRARY_PATIENCE) == milliseconds::zero()) {
         return no_answer(doing, *m_alarm);
     }
-    if (!wait_for_room(m_relay, *m_alarm)) {
+    if (!wait_for_room(m_peer, *m_alarm)) {
         return not_sent(doing, *m_alarm);
     }
     return carry_out(doing, operation);
-}
-
-void CameraLink::Queues::interrupt() noexcept
-{
-    if (!m_home.is_elsewhere()) {
-        m_alarm->interrupt();
-    }
 }
 
 CameraLink::CameraLink() : m_queues(std::make_unique<Queues>()) {}

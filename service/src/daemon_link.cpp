@@ -42,16 +42,13 @@ Result open_already()
 
 } // namespace
 
-class DaemonLink::Queues {
+class DaemonLink::Queues : public LinkQueues {
   public:
-    explicit Queues(uint8_t caller_id) : m_caller_id(caller_id) {}
+    explicit Queues(uint8_t caller_id) : LinkQueues(zv::DAEMON_QUEUE, "the control daemon"), m_caller_id(caller_id) {}
     ~Queues();
-    Queues(const Queues &) = delete;
-    Queues &operator=(const Queues &) = delete;
 
     Result open();
     Result poll(all_status_settings_t &record, milliseconds patience);
-    void interrupt() noexcept;
 
   private:
     Result open_library();
@@ -64,12 +61,7 @@ class DaemonLink::Queues {
     Result judge(int32_t result, uint16_t length) const;
 
     uint8_t m_caller_id;
-    Home m_home;
-    PeerQueue m_daemon{zv::DAEMON_QUEUE, "the control daemon"};
     unsigned m_generation = 0; // of the daemon's queue that the library is known to have
-    std::optional<OwnQueueName> m_name;
-    mqd_t m_bell = -1; // the response queue, open for the alarm; open while the library's link is
-    std::unique_ptr<Alarm> m_alarm = std::make_unique<Alarm>();
 
     bool m_silent = false;         // the last request was not answered
     Clock::time_point m_sent = {}; // when that was
@@ -78,15 +70,11 @@ class DaemonLink::Queues {
 DaemonLink::Queues::~Queues()
 {
     close();
-    m_home.abandon(m_alarm);
 }
 
 Result DaemonLink::Queues::open()
 {
-    if (m_home.is_elsewhere()) {
-        return in_a_child();
-    }
-    if (Result found = m_daemon.open(); !found.done()) {
+    if (Result found = open_peer(); !found.done()) {
         return found;
     }
     if (m_bell >= 0 && is_removed(m_bell)) {
@@ -96,11 +84,11 @@ Result DaemonLink::Queues::open()
         if (Result opened = open_library(); !opened.done()) {
             return opened;
         }
-    } else if (m_generation != m_daemon.generation()) {
+    } else if (m_generation != m_peer.generation()) {
         library_link.out_of_step = true;
         m_silent = false;
     }
-    m_generation = m_daemon.generation();
+    m_generation = m_peer.generation();
     return {};
 }
 
@@ -131,9 +119,9 @@ Result DaemonLink::Queues::open_queues()
     if (!make_queue([] { return zvcontrol_interface_open() == ZV_OK; })) {
         const int error = errno;
         m_name.reset();
-        return error == ENOENT ? m_daemon.not_there() : queue_failure(CANNOT_CREATE, error, DAEMON_MSG_MAX);
+        return error == ENOENT ? m_peer.not_there() : queue_failure(CANNOT_CREATE, error, DAEMON_MSG_MAX);
     }
-    m_home.settle();
+    settle();
     m_bell = open_bell(m_name->text());
     if (m_bell < 0) {
         const int error = errno;
@@ -148,7 +136,7 @@ Result DaemonLink::Queues::open_queues()
 void DaemonLink::Queues::close()
 {
     close_queue(m_bell);
-    if (m_name && (!m_home.is_elsewhere() || library_link.owner != getpid())) { // the child may have one of its own
+    if (m_name && (!is_elsewhere() || library_link.owner != getpid())) { // the child may have one of its own
         zvcontrol_interface_close();
         library_link.owner = 0;
     }
@@ -159,11 +147,11 @@ void DaemonLink::Queues::close()
 // more requests would keep the other clients from it, and all be carried out when it comes back.
 bool DaemonLink::Queues::takes_requests()
 {
-    const PeerQueue::Fill fill = m_daemon.fill();
+    const PeerQueue::Fill fill = m_peer.fill();
     if (m_silent && fill.messages > 0 && (Clock::now() - m_sent < SILENCE || 2 * fill.messages >= fill.capacity)) {
         return false;
     }
-    return wait_for_room(m_daemon, *m_alarm);
+    return wait_for_room(m_peer, *m_alarm);
 }
 
 // Makes sure that the next answer is the one to the next command.
@@ -175,7 +163,7 @@ bool DaemonLink::Queues::bring_in_step()
     const Deadline end = deadline_after(STEP_PATIENCE);
     for (int attempt = 0; attempt < STEP_ATTEMPTS && Clock::now() < end; ++attempt) {
         zvcontrol_flush_response_queue();
-        if (!wait_for_room(m_daemon, *m_alarm)) {
+        if (!wait_for_room(m_peer, *m_alarm)) {
             return false;
         }
         if (zvcontrol_send_resync() == ZV_OK) {
@@ -192,7 +180,7 @@ bool DaemonLink::Queues::bring_in_step()
 int32_t DaemonLink::Queues::ask(all_status_settings_t &answer, uint16_t &length)
 {
     const bool in_step = bring_in_step();
-    if (!in_step && (!zvcontrol_is_response_queue_sychronized() || !wait_for_room(m_daemon, *m_alarm))) {
+    if (!in_step && (!zvcontrol_is_response_queue_sychronized() || !wait_for_room(m_peer, *m_alarm))) {
         return ZV_ERR_NO_RESPONSE;
     }
     const int32_t result = zvcontrol_send_command_param_response_ex_internal(
@@ -236,7 +224,7 @@ Result DaemonLink::Queues::read_state(all_status_settings_t &record)
 
 Result DaemonLink::Queues::poll(all_status_settings_t &record, milliseconds patience)
 {
-    if (m_home.is_elsewhere()) {
+    if (is_elsewhere()) {
         return in_a_child();
     }
     const Alarm::Call call(*m_alarm, patience);
@@ -250,13 +238,6 @@ Result DaemonLink::Queues::poll(all_status_settings_t &record, milliseconds pati
         return not_sent(READ_STATE, *m_alarm);
     }
     return read_state(record);
-}
-
-void DaemonLink::Queues::interrupt() noexcept
-{
-    if (!m_home.is_elsewhere()) {
-        m_alarm->interrupt();
-    }
 }
 
 DaemonLink::DaemonLink(uint8_t caller_id) : m_queues(std::make_unique<Queues>(caller_id)) {}

@@ -22,22 +22,34 @@ constexpr milliseconds ROOM_SLICE{50};
 
 } // namespace
 
-void Home::settle()
+LinkQueues::~LinkQueues()
+{
+    if (is_elsewhere()) {
+        static_cast<void>(m_alarm.release());
+    }
+}
+
+void LinkQueues::interrupt() noexcept
+{
+    if (!is_elsewhere()) {
+        m_alarm->interrupt();
+    }
+}
+
+void LinkQueues::settle()
 {
     m_process = getpid();
 }
 
-bool Home::is_elsewhere() const
+bool LinkQueues::is_elsewhere() const
 {
     const pid_t process = m_process;
     return process != 0 && process != getpid();
 }
 
-void Home::abandon(std::unique_ptr<Alarm> &alarm) const
+Result LinkQueues::open_peer()
 {
-    if (is_elsewhere()) {
-        static_cast<void>(alarm.release());
-    }
+    return is_elsewhere() ? in_a_child() : m_peer.open();
 }
 
 bool make_queue(const std::function<bool()> &make)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "alarm.h"
+#include "own_queues.h"
 #include "peer_queue.h"
 #include "result.h"
 
@@ -10,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <mqueue.h>
+#include <optional>
 #include <sys/types.h>
 
 namespace zvservice {
@@ -17,16 +19,35 @@ namespace zvservice {
 // What the library waits for room, and as long again for an answer.
 inline constexpr std::chrono::milliseconds LIBRARY_PATIENCE{10000};
 
-// The process that a link's queues belong to: the one that opened it.
-class Home {
+// A link's side of its peer, and the process that its queues belong to: the one that opened them.
+class LinkQueues {
   public:
-    void settle();
+    LinkQueues(const LinkQueues &) = delete;
+    LinkQueues &operator=(const LinkQueues &) = delete;
 
-    // Whether this is a child of that process.
-    bool is_elsewhere() const;
+    // Ends the call that runs now, or else the next one. Any thread.
+    void interrupt() noexcept;
+
+  protected:
+    // As for PeerQueue.
+    LinkQueues(const char *peer_queue, const char *peer) : m_peer(peer_queue, peer) {}
 
     // Gives up what cannot be destroyed in a child, where the alarm has no thread and its lock may be taken for ever.
-    void abandon(std::unique_ptr<Alarm> &alarm) const;
+    ~LinkQueues();
+
+    // From now on the queues are this process's.
+    void settle();
+
+    // Whether this is a child of the process that they belong to.
+    bool is_elsewhere() const;
+
+    // Opens the peer's queue where that is needed. NOT_THERE where it has none, and in a child.
+    Result open_peer();
+
+    PeerQueue m_peer;
+    std::optional<OwnQueueName> m_name; // of the queue for answers
+    mqd_t m_bell = -1;                  // that queue, open for the alarm
+    std::unique_ptr<Alarm> m_alarm = std::make_unique<Alarm>();
 
   private:
     std::atomic<pid_t> m_process{0};
