@@ -29,8 +29,6 @@ constexpr milliseconds END_PATIENCE(900);
 // Between two looks whether the camera tells a new option.
 constexpr milliseconds BETWEEN_LOOKS(50);
 
-constexpr size_t LONGEST_NAME = 255;
-
 Result no_camera_in_a_child(const char *doing)
 {
     return Result::cannot(Outcome::NOT_THERE, doing, "a forked process has not got its parent's camera");
@@ -307,9 +305,9 @@ Result Camera::delete_all(milliseconds patience)
 
 Result Camera::tag(const std::string &file, uint32_t offset_ms, bool remove, milliseconds patience)
 {
-    if (file.empty() || file.size() > LONGEST_NAME) {
+    if (file.empty() || file.size() > STORAGE_NAME_MAX) {
         return {Outcome::FAILED,
-                "a name has 1 to " + std::to_string(LONGEST_NAME) + " characters, such as 100ABCDE/CLIP0001.MP4"};
+                "a name has 1 to " + std::to_string(STORAGE_NAME_MAX) + " characters, such as 100ABCDE/CLIP0001.MP4"};
     }
     return call(
         "tag the file",

@@ -23,13 +23,12 @@ using zvservice::Result;
 
 namespace {
 
-constexpr size_t LONGEST_NAME = 255;
 constexpr size_t LIST_FOLDER = 8; // characters of the folder in a list entry
 
 uint32_t length_of(const std::string &name)
 {
-    if (name.empty() || name.size() > LONGEST_NAME) {
-        fail(EXIT_WRONG_USAGE, "a name has 1 to %zu characters, such as 100ABCDE/CLIP0001.MP4", LONGEST_NAME);
+    if (name.empty() || name.size() > STORAGE_NAME_MAX) {
+        fail(EXIT_WRONG_USAGE, "a name has 1 to %d characters, such as 100ABCDE/CLIP0001.MP4", STORAGE_NAME_MAX);
     }
     return static_cast<uint32_t>(name.size());
 }

@@ -15,7 +15,6 @@ namespace {
 // Messages of this file end in a line feed, but for those of zvc_storage_tag_file.
 
 constexpr uint8_t MODEL_WITH_SLASHES = 32;
-constexpr uint32_t NAME_MAX_LENGTH = 255;
 
 // A path on the card as the firmware names it, such as "DCIM\100ABCDE\CLIP0001.MP4".
 struct CardPath {
@@ -40,7 +39,7 @@ constexpr uint32_t LOOPING_SECONDS[] = {1200, 360, 1500, 3900, 7500};
 
 bool is_usable(const char *name, uint32_t name_len)
 {
-    return name != nullptr && name_len <= NAME_MAX_LENGTH;
+    return name != nullptr && name_len <= STORAGE_NAME_MAX;
 }
 
 // False for a name that is too long for the card, whatever the caller says of its length.

@@ -16,10 +16,13 @@ extern "C" {
 ZV_API int32_t zvc_storage_delete_all(zvc_msg_q_context_t *context);
 ZV_API int32_t zvc_storage_delete_last(zvc_msg_q_context_t *context);
 
+/* The longest name of a file, in characters. */
+#define STORAGE_NAME_MAX 255
+
 /*
  * Deletes or tags one file or one group. `name` is relative to the media folder, such as "100ABCDE/CLIP0001.MP4", with
  * either slash and one leading slash or none, and ends at its terminating 0; `name_len` is its length as the caller
- * sees it, at most 255. ZV_ERR_INVALID_PARAM, and nothing sent, for a longer or a null name.
+ * sees it, at most STORAGE_NAME_MAX. ZV_ERR_INVALID_PARAM, and nothing sent, for a longer or a null name.
  */
 ZV_API int32_t zvc_storage_delete_file(zvc_msg_q_context_t *context, const char *name, uint32_t name_len);
 ZV_API int32_t zvc_storage_delete_group(zvc_msg_q_context_t *context, const char *name, uint32_t name_len);
