@@ -1,0 +1,67 @@
+// How a Camera's exchanges went since it was made, and what of a camera is measured, as OpenMetrics text.
+#pragma once
+
+#include "result.h"
+#include "snapshot.h"
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zvservice {
+
+// How often something took how long.
+struct Histogram {
+    // In seconds: a count for what took no longer than that, and one for all that took longer.
+    static constexpr std::array<double, 12> BOUNDS = {0.0001, 0.00025, 0.0005, 0.001, 0.0025, 0.01,
+                                                      0.05,   0.25,    1,      2.5,   5,      15};
+    std::array<uint64_t, BOUNDS.size() + 1> counts = {}; // each bucket's own, not summed up
+    double sum = 0;                                      // in seconds
+
+    ZV_API void add(std::chrono::steady_clock::duration time) noexcept;
+};
+
+// How often something came to which outcome.
+inline constexpr size_t OUTCOME_COUNT = static_cast<size_t>(Outcome::SYSTEM_LIMIT) + 1;
+using OutcomeCounts = std::array<uint64_t, OUTCOME_COUNT>;
+
+struct Statistics {
+    OutcomeCounts polls = {}; // by the Outcome's number
+    Histogram poll_time;      // of those that were answered
+    OutcomeCounts calls = {}; // on the camera link; what the rules forbade or what was not found was no call
+    Histogram call_time;      // from a call's arrival to its outcome, waiting included
+};
+
+// "done", "no_answer", "switched_off": an outcome in a metric's label.
+ZV_API const char *outcome_name(Outcome outcome);
+
+// A text of OpenMetrics 1.0, family by family.
+class ZV_API MetricsText {
+  public:
+    // Begins a family. `type` is "counter", "gauge", "histogram", "stateset" or "info"; a counter's samples get
+    // "_total".
+    void family(std::string_view name, std::string_view type, std::string_view help);
+
+    // A sample of the family. `labels` is `status="200"`, or empty; values of labels are escaped by the caller where
+    // they are not plain.
+    void sample(std::string_view labels, uint64_t value);
+    void sample(std::string_view labels, double value);
+    void sample(std::string_view labels, const Histogram &histogram);
+
+    // Ends the text, and hands it out.
+    std::string end();
+
+  private:
+    std::string m_text;
+    std::string m_family;
+    std::string m_suffix;
+};
+
+// The families of a camera: zv_polls, zv_poll_seconds, zv_calls, zv_call_seconds, zv_link, zv_revision,
+// zv_state_age_seconds, and the numeric status values under their names, zv_status_system_encoding_active and so on.
+ZV_API void write_metrics(MetricsText &text, const Snapshot &snapshot, const Statistics &statistics);
+
+} // namespace zvservice
