@@ -234,6 +234,11 @@ Camera::Camera(const CameraOptions &options)
 
 Camera::~Camera()
 {
+    end();
+}
+
+void Camera::end()
+{
     if (!m_engine->in_child()) {
         m_engine->end();
     }

@@ -66,6 +66,10 @@ class ZV_API Camera {
     // Ends within a second, whatever the peers do. Calls that wait in other threads return NO_ANSWER first;
     // subscriptions end, and may live on.
     ~Camera();
+
+    // Lets go of the camera as the destructor does, for a program whose threads still hold the object: snapshot() stays
+    // as it is, and every call returns NO_ANSWER. One thread at a time, and more than once.
+    void end();
     Camera(const Camera &) = delete;
     Camera &operator=(const Camera &) = delete;
 
