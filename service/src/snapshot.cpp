@@ -1,5 +1,7 @@
 #include "snapshot.h"
 
+#include "member_json.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
@@ -86,11 +88,11 @@ CameraState values_of(const State &state)
 
 std::string changes(const std::vector<Member> &before, const std::vector<Member> &after)
 {
-    std::string text;
+    Json members;
     for (const ChangedMember &member : changed_members(before, after)) {
-        text.append(text.empty() ? "\"" : ",\"").append(std::to_string(member.id)).append("\":").append(member.now);
+        write_member(members, member.id, member.now);
     }
-    return text;
+    return members.text();
 }
 
 } // namespace

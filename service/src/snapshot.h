@@ -36,7 +36,8 @@ class ZV_API State {
     const appc_setup_all_settings &settings() const { return m_settings; }
     const zvcontrol_system_settings &system() const { return m_system; }
 
-    // The library's documents, `"status":{...}` and `"settings":{...}`, without braces around them.
+    // The library's documents, `"status":{...}` and `"settings":{...}`, without braces around them. The names of
+    // networks (29 and 30) are as somebody typed them: where they may hold anything, documents.h has valid JSON.
     const std::string &status_document() const { return m_status_document; }
     const std::string &settings_document() const { return m_settings_document; }
 
@@ -73,7 +74,7 @@ struct ChangedMember {
 // Those of `after`, in its order.
 ZV_API std::vector<ChangedMember> changed_members(const std::vector<Member> &before, const std::vector<Member> &after);
 
-// What differs between two moments, as members with commas between them: `"8":1,"30":"home"`.
+// What differs between two moments, as JSON members with commas between them: `"8":1,"30":"home"`.
 struct Change {
     uint64_t revision = 0; // of the later moment
     std::string status;
