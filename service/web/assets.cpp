@@ -1,0 +1,52 @@
+#include "assets.h"
+
+#include <algorithm>
+#include <iterator>
+
+// Laid into the program by assets.S.
+extern "C" const char zvweb_page[], zvweb_page_end[], zvweb_style[], zvweb_style_end[], zvweb_script[],
+    zvweb_script_end[], zvweb_icon[], zvweb_icon_end[], zvweb_openapi[], zvweb_openapi_end[];
+
+namespace zvweb {
+
+namespace {
+
+constexpr char PAGE[] = "/";
+
+// What the page may do: load its own files and speak to its own server, in no frame of another one.
+constexpr char POLICY[] = "default-src 'self'; base-uri 'none'; form-action 'self'; frame-ancestors 'none'";
+
+struct Asset {
+    std::string_view path;
+    const char *type;
+    const char *begin;
+    const char *end;
+};
+
+const Asset ASSETS[] = {
+    {PAGE, "text/html; charset=utf-8", zvweb_page, zvweb_page_end},
+    {"/zvweb.css", "text/css; charset=utf-8", zvweb_style, zvweb_style_end},
+    {"/zvweb.js", "text/javascript; charset=utf-8", zvweb_script, zvweb_script_end},
+    {"/icon.svg", "image/svg+xml", zvweb_icon, zvweb_icon_end},
+    {"/openapi.json", JSON_TYPE, zvweb_openapi, zvweb_openapi_end},
+};
+
+} // namespace
+
+Answer asset(const Request &request)
+{
+    const auto found = std::ranges::find(ASSETS, request.path(), &Asset::path);
+    const std::string_view text(found->begin, static_cast<size_t>(found->end - found->begin));
+    Answer answer;
+    answer.content_type = found->type;
+    answer.shared = {text};
+    if (found->path == PAGE) {
+        answer.headers.emplace_back("Content-Security-Policy", POLICY);
+    } else {
+        answer.cacheable = true;
+        answer.set_tag(content_tag(text), request.header(MHD_HTTP_HEADER_IF_NONE_MATCH));
+    }
+    return answer;
+}
+
+} // namespace zvweb

@@ -1,0 +1,117 @@
+#include "reply.h"
+
+#include "text.h"
+
+#include <algorithm>
+#include <microhttpd.h>
+#include <zvservice/documents.h>
+#include <zvservice/json.h>
+
+namespace zvweb {
+
+using zvservice::Outcome;
+using zvservice::Result;
+
+namespace {
+
+constexpr char PROBLEM_TYPE[] = "application/problem+json";
+
+// The tag's own text: weak or strong is the same here.
+std::string_view opaque(std::string_view tag)
+{
+    return tag.substr(0, 2) == "W/" ? tag.substr(2) : tag;
+}
+
+// Whether a list of tags, or "*", has this one.
+bool holds(std::string_view tags, std::string_view tag)
+{
+    while (!tags.empty()) {
+        const size_t end = std::min(tags.find(','), tags.size());
+        const std::string_view known = trim(tags.substr(0, end));
+        if (known == "*" || opaque(known) == opaque(tag)) {
+            return true;
+        }
+        tags.remove_prefix(std::min(end + 1, tags.size()));
+    }
+    return false;
+}
+
+} // namespace
+
+void Answer::set_tag(std::string tag, std::optional<std::string_view> if_none_match)
+{
+    if (if_none_match && holds(*if_none_match, tag)) {
+        status = MHD_HTTP_NOT_MODIFIED;
+        content_type = nullptr;
+        head.clear();
+        shared.clear();
+    }
+    headers.emplace_back(MHD_HTTP_HEADER_ETAG, std::move(tag));
+}
+
+Answer json_answer(std::string text)
+{
+    Answer answer;
+    answer.head = std::move(text);
+    return answer;
+}
+
+Answer no_content()
+{
+    Answer answer;
+    answer.status = MHD_HTTP_NO_CONTENT;
+    answer.content_type = nullptr;
+    return answer;
+}
+
+Answer problem(unsigned status, std::string_view detail, std::string_view members)
+{
+    zvservice::Json text;
+    text.open('{').member("type", "about:blank").member("title", MHD_get_reason_phrase_for(status));
+    text.member("status", status).member("detail", detail);
+    if (!members.empty()) {
+        text.raw(members);
+    }
+    Answer answer = json_answer(text.close().text());
+    answer.status = status;
+    answer.content_type = PROBLEM_TYPE;
+    return answer;
+}
+
+Answer problem(const Result &result)
+{
+    const auto status = static_cast<unsigned>(result.http_status());
+    switch (result.outcome()) {
+    case Outcome::NO_ANSWER:
+        return problem(status, result.sentence() + "; a frozen camera may still carry out what was sent to it");
+    case Outcome::FORBIDDEN:
+        return problem(status, result.sentence(), "\"why\":" + zvservice::why_json(result.reasons()));
+    case Outcome::REFUSED:
+    case Outcome::FIRMWARE_ERROR:
+        return problem(status, result.sentence(), "\"code\":" + std::to_string(result.code()));
+    case Outcome::NOT_THERE:
+    case Outcome::SYSTEM_LIMIT:
+        return unavailable(result.sentence());
+    default:
+        return problem(status, result.sentence());
+    }
+}
+
+Answer unavailable(std::string_view detail)
+{
+    Answer answer = problem(MHD_HTTP_SERVICE_UNAVAILABLE, detail);
+    answer.headers.emplace_back(MHD_HTTP_HEADER_RETRY_AFTER, "1");
+    return answer;
+}
+
+Answer no_state_yet()
+{
+    return unavailable("the camera has not told its state yet");
+}
+
+std::string content_tag(std::string_view content)
+{
+    return "\"" + std::to_string(std::hash<std::string_view>()(content)) + "\"";
+}
+
+} // namespace zvweb

@@ -1,0 +1,32 @@
+#include "request.h"
+
+namespace zvweb {
+
+Request::Request(MHD_Connection *connection, std::string_view method, std::string_view path)
+    : m_connection(connection), m_method(method == MHD_HTTP_METHOD_HEAD ? MHD_HTTP_METHOD_GET : method), m_path(path)
+{
+}
+
+std::optional<std::string_view> Request::header(const char *name) const
+{
+    return value(MHD_HEADER_KIND, name);
+}
+
+std::optional<std::string_view> Request::cookie(const char *name) const
+{
+    return value(MHD_COOKIE_KIND, name);
+}
+
+void Request::add_to_body(std::string_view part)
+{
+    m_body_size += part.size();
+    m_body.append(part.substr(0, BODY_MAX - m_body.size()));
+}
+
+std::optional<std::string_view> Request::value(MHD_ValueKind kind, const char *name) const
+{
+    const char *text = MHD_lookup_connection_value(m_connection, kind, name);
+    return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
+}
+
+} // namespace zvweb
