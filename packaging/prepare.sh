@@ -1,9 +1,12 @@
 # Sourced by ./demo, ./check and .ci/run, in the project's folder.
 #
-# install_packages installs what is missing of packages.list, and nothing else. build PRESET configures once and builds.
+# install_packages SECTION... installs what is missing of these sections of packages.list, and nothing else. build PRESET
+# configures once and builds.
 
 install_packages() {
-    missing=$(grep -v '^#' packaging/packages.list | while read -r package; do
+    missing=$(awk -v sections=" $* " '
+        /^\[/ { wanted = index(sections, " " substr($0, 2, length($0) - 2) " "); next }
+        wanted && !/^#/' packaging/packages.list | while read -r package; do
         if ! dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'ok installed'; then
             printf ' %s' "$package"
         fi
