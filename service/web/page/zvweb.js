@@ -57,8 +57,8 @@ const PHRASES = { current_flat_mode: 'mode', default_camera_mode: 'mode when swi
 const WORDS = {
   acc: 'accessory', addon: 'add-on', ap: 'network', batt: 'battery', eis: 'stabilisation', ev: 'EV',
   fov: 'field of view', fps: 'frames per second', gps: 'GPS', iso: 'ISO', kb: 'KB', lcd: 'screen', led: 'lights',
-  mic: 'microphone', min: 'minimum', msec: 'milliseconds', nlv: 'no-lens', num: 'number of', ota: 'update',
-  sd: 'card', ssid: 'network name', usb: 'USB', ux: 'control', wlan: 'Wi-Fi',
+  mic: 'microphone', min: 'minimum', msec: 'milliseconds', nlv: 'NLV', num: 'number of', ota: 'update',
+  sd: 'card', ssid: 'network name', usb: 'USB', ux: 'interface', wlan: 'Wi-Fi',
 };
 
 // What a rule may look at besides settings: "STATUS:VALUE" where a value has words of its own, else the status.
@@ -239,10 +239,11 @@ function showFacts(first) {
 
 const currentOption = (row) => row.byId.get(state.settings[row.number]);
 
-// The option of a name that another one of its setting has, too, has its key besides.
+// The option of a name that another one of its setting has, too, has its key besides, unless that says the same.
 function optionText(row, option) {
   const isUnique = row.options.filter((other) => other.name === option.name).length === 1;
-  return isUnique ? option.name : `${option.name} [${option.key}]`;
+  const isPlain = isUnique || option.key.replaceAll('_', '.') === option.name;
+  return isPlain ? option.name : `${option.name} [${option.key}]`;
 }
 
 function valueText(row) {
@@ -336,6 +337,9 @@ function buildRow(entry, isUnique) {
     keys: make('p', { className: 'keys' }),
     note: make('p', { className: 'note' }),
     offer: '', // the text of what is available, to see whether it changed
+    available: true,
+    why: [],
+    unavailable: new Map(), // why an option is not offered, by its id
     busy: false,
     wish: undefined,
   };
@@ -348,6 +352,10 @@ function buildRow(entry, isUnique) {
       make('code', { textContent: row.name })),
     row.field, row.note, row.hint);
   row.field.addEventListener('change', () => choose(row));
+  row.element.addEventListener('keydown', ({ key }) => row.element.classList.toggle('quiet', key === 'Escape'));
+  for (const left of ['focusout', 'mouseleave']) {
+    row.element.addEventListener(left, () => row.element.classList.remove('quiet'));
+  }
   return row;
 }
 
@@ -379,6 +387,7 @@ function showRow(row) {
     row.other = make('option', { textContent: valueText(row), disabled: true, selected: true });
     row.field.append(row.other);
   }
+  showOptions(row);
 }
 
 function showOffer(row) {
@@ -393,21 +402,22 @@ function showOffer(row) {
   row.element.classList.toggle('off', !offer.available);
   setAttribute(row.field, 'aria-disabled', offer.available ? null : 'true');
   if (row.items) {
-    showOptions(row, new Map(offer.unavailable.map(({ id, why }) => [id, why])));
+    row.unavailable = new Map(offer.unavailable.map(({ id, why }) => [id, why]));
+    showOptions(row);
   } else {
     row.field.readOnly = !offer.available;
   }
   showHint(row, offer);
 }
 
-function showOptions(row, unavailable) {
+function showOptions(row) {
   for (const [id, item] of row.items) {
-    const why = unavailable.get(id);
-    const option = row.byId.get(id);
+    const why = row.unavailable.get(id);
     item.disabled = why !== undefined;
-    // What the open menu shows; an option's text stays its name.
-    setAttribute(item, 'label', why && row.available ? `${optionText(row, option)} – ${reasonText(why)}` : null);
-    item.title = why ? capital(reasonText(why)) : '';
+    setAttribute(item, 'title', why ? capital(reasonText(why)) : null);
+    // What the open menu shows; an option's text stays its name, and so does the closed menu.
+    const isSaid = why && row.available && !item.selected;
+    setAttribute(item, 'label', isSaid ? `${item.textContent} – ${reasonText(why)}` : null);
   }
 }
 
@@ -423,6 +433,9 @@ function showHint(row, offer) {
   row.reasons.replaceChildren(...texts.map((text) => make('li', { textContent: text })));
   const all = offer.available ? offer.unavailable.flatMap(({ why }) => why) : offer.why;
   row.keys.replaceChildren(...keys(all).filter((setting) => setting !== row.number).map(buildKey));
+  if (row.number === MODE) {
+    row.keys.append('The buttons above lead to another kind of mode.');
+  }
   row.hint.hidden = !texts.length;
 }
 
@@ -519,7 +532,7 @@ async function choose(row) {
 
 async function send(row, option, force) {
   const isOffered = row.available && !row.field.selectedOptions?.[0]?.disabled;
-  const hindrance = obstacle() || (isOffered || force ? '' : `${capital(reasonText(row.why ?? []))}.`);
+  const hindrance = obstacle() || (isOffered || force ? '' : `${capital(reasonText(row.why))}.`);
   if (hindrance || option === '') {
     fail(row.note, hindrance || 'Something has to be given.');
     return;
@@ -779,7 +792,7 @@ async function request(method, path, body) {
       signal: AbortSignal.timeout(ANSWER_MS),
     });
     const text = await answer.text();
-    const json = /json/.test(answer.headers.get('Content-Type')) ? JSON.parse(text) : {};
+    const json = text && /json/.test(answer.headers.get('Content-Type')) ? JSON.parse(text) : {};
     if (answer.status === 401) {
       askToken();
     }
