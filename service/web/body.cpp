@@ -71,7 +71,7 @@ std::optional<Answer> read_body(const Request &request, std::span<const BodyMemb
         return problem(MHD_HTTP_UNSUPPORTED_MEDIA_TYPE, "a body is to be application/json");
     }
     if (request.body_size() > BODY_MAX) {
-        return problem(MHD_HTTP_CONTENT_TOO_LARGE, "a body has " + std::to_string(BODY_MAX) + " bytes at most");
+        return body_too_large();
     }
     const bool optional = std::ranges::none_of(members, &BodyMember::required);
     body = present || !optional ? json::parse(request.body(), nullptr, false) : json::object();

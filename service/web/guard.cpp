@@ -3,7 +3,8 @@
 #include "text.h"
 
 #include <algorithm>
-#include <sys/socket.h>
+#include <charconv>
+#include <cstdint>
 
 namespace zvweb {
 
@@ -15,20 +16,16 @@ constexpr std::string_view HTTP_PORT = "80";
 constexpr std::string_view HTTPS_PORT = "443";
 constexpr std::string_view BEARER = "bearer ";
 
-// The address that the client reached us by.
-std::string own_address(const Request &request)
+HostAndPort reached_address(const Request &request)
 {
-    const int fd = MHD_get_connection_info(request.connection(), MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
-    sockaddr_storage address = {};
-    socklen_t size = sizeof address;
-    return getsockname(fd, reinterpret_cast<sockaddr *>(&address), &size) == 0 ? host_text(address) : std::string();
+    return own_address(MHD_get_connection_info(request.connection(), MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd);
 }
 
 bool is_own_host(const Options &options, const Request &request, const std::string &host)
 {
     return host == options.host || host == "localhost" ||
            std::ranges::find(options.allowed_hosts, host) != options.allowed_hosts.end() ||
-           (options.any_address && host == own_address(request));
+           (options.any_address && host == reached_address(request).host);
 }
 
 std::string_view without(std::string_view port, std::string_view usual)
@@ -68,7 +65,31 @@ bool has_token(const Request &request, std::string_view token)
     return cookie && same_secret(*cookie, token);
 }
 
+// What a body is announced to have, in bytes; 0 where it is not.
+uint64_t announced_size(const Request &request)
+{
+    uint64_t size = 0;
+    const std::string_view text = request.header(MHD_HTTP_HEADER_CONTENT_LENGTH).value_or("");
+    std::from_chars(text.data(), text.data() + text.size(), size);
+    return size;
+}
+
 } // namespace
+
+std::optional<Answer> refuse_form(const Request &request)
+{
+    const int lengths = request.headers(MHD_HTTP_HEADER_CONTENT_LENGTH);
+    if (lengths + request.headers(MHD_HTTP_HEADER_TRANSFER_ENCODING) > 1) {
+        return last(problem(MHD_HTTP_BAD_REQUEST, "the request says more than once how long it is"));
+    }
+    if (request.headers(MHD_HTTP_HEADER_HOST) > 1) {
+        return last(problem(MHD_HTTP_BAD_REQUEST, "the request has more than one Host"));
+    }
+    if (lengths > 0 && announced_size(request) > BODY_PATIENCE) {
+        return last(body_too_large());
+    }
+    return std::nullopt;
+}
 
 std::optional<Answer> refuse(const Options &options, const Request &request, bool is_public)
 {

@@ -40,15 +40,6 @@ int listen_on(const Options &options)
     throw std::runtime_error("cannot listen on " + options.host + ": " + why);
 }
 
-uint16_t port_of(int descriptor)
-{
-    sockaddr_storage address = {};
-    socklen_t size = sizeof address;
-    getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &size);
-    return ntohs(address.ss_family == AF_INET ? reinterpret_cast<const sockaddr_in &>(address).sin_port
-                                              : reinterpret_cast<const sockaddr_in6 &>(address).sin6_port);
-}
-
 unsigned make_room(unsigned descriptors)
 {
     constexpr unsigned OWN = 64; // of queues, files and threads' events

@@ -1,5 +1,6 @@
 #include "reply.h"
 
+#include "request.h"
 #include "text.h"
 
 #include <algorithm>
@@ -41,10 +42,7 @@ bool holds(std::string_view tags, std::string_view tag)
 void Answer::set_tag(std::string tag, std::optional<std::string_view> if_none_match)
 {
     if (if_none_match && holds(*if_none_match, tag)) {
-        status = MHD_HTTP_NOT_MODIFIED;
-        content_type = nullptr;
-        head.clear();
-        shared.clear();
+        status = MHD_HTTP_NOT_MODIFIED; // with the length of the body, which stays here
     }
     headers.emplace_back(MHD_HTTP_HEADER_ETAG, std::move(tag));
 }
@@ -107,6 +105,17 @@ Answer unavailable(std::string_view detail)
 Answer no_state_yet()
 {
     return unavailable("the camera has not told its state yet");
+}
+
+Answer body_too_large()
+{
+    return problem(MHD_HTTP_CONTENT_TOO_LARGE, "a body has " + std::to_string(BODY_MAX) + " bytes at most");
+}
+
+Answer last(Answer answer)
+{
+    answer.headers.emplace_back(MHD_HTTP_HEADER_CONNECTION, "close");
+    return answer;
 }
 
 std::string content_tag(std::string_view content)

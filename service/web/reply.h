@@ -51,6 +51,11 @@ Answer problem(const zvservice::Result &result);
 Answer unavailable(std::string_view detail);
 Answer no_state_yet();
 
+Answer body_too_large();
+
+// The same, and the connection ends with it.
+Answer last(Answer answer);
+
 // A strong tag that other bytes do not have.
 std::string content_tag(std::string_view content);
 

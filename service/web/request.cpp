@@ -1,5 +1,7 @@
 #include "request.h"
 
+#include "text.h"
+
 namespace zvweb {
 
 Request::Request(MHD_Connection *connection, std::string_view method, std::string_view path)
@@ -15,6 +17,23 @@ std::optional<std::string_view> Request::header(const char *name) const
 std::optional<std::string_view> Request::cookie(const char *name) const
 {
     return value(MHD_COOKIE_KIND, name);
+}
+
+int Request::headers(std::string_view name) const
+{
+    struct Search {
+        std::string name;
+        int count;
+    } search = {lower_case(name), 0};
+    MHD_get_connection_values(
+        m_connection, MHD_HEADER_KIND,
+        [](void *given, MHD_ValueKind, const char *key, const char *) {
+            auto *wanted = static_cast<Search *>(given);
+            wanted->count += lower_case(key) == wanted->name ? 1 : 0;
+            return MHD_YES;
+        },
+        &search);
+    return search.count;
 }
 
 void Request::add_to_body(std::string_view part)

@@ -13,6 +13,9 @@ namespace zvweb {
 // The longest body that is read, in bytes.
 inline constexpr size_t BODY_MAX = 65536;
 
+// One that is too long is read up to here before it is refused, for its sender listens only when all is sent.
+inline constexpr size_t BODY_PATIENCE = 1048576;
+
 class Request {
   public:
     using Clock = std::chrono::steady_clock;
@@ -31,6 +34,9 @@ class Request {
     // The first of that name, in any case of letters.
     std::optional<std::string_view> header(const char *name) const;
     std::optional<std::string_view> cookie(const char *name) const;
+
+    // How many headers have that name.
+    int headers(std::string_view name) const;
 
     // What of the body came, up to BODY_MAX bytes, and how many bytes it was in all.
     const std::string &body() const { return m_body; }

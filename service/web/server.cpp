@@ -4,6 +4,7 @@
 #include "guard.h"
 #include "listener.h"
 #include "routes.h"
+#include "text.h"
 
 #include <algorithm>
 #include <chrono>
@@ -22,9 +23,6 @@ namespace {
 
 // For a connection's headers and its answer's, in bytes.
 constexpr size_t CONNECTION_MEMORY = 16384;
-
-// A body that is too long is read up to here before it is refused, for its sender listens only when it has sent it.
-constexpr size_t PATIENCE_WITH_BODY = 1048576;
 
 // Connections beyond the limit that are told so.
 constexpr unsigned TURNED_AWAY = 32;
@@ -86,7 +84,7 @@ class Server::Exchange {
 Server::Server(const Options &options) : m_options(options), m_connections(options.max_clients)
 {
     const int listener = listen_on(options);
-    m_port = port_of(listener);
+    m_port = own_address(listener).port;
     m_daemon = start(listener);
     if (m_daemon == nullptr) {
         close(listener);
@@ -112,8 +110,7 @@ Server::~Server()
 
 std::string Server::url() const
 {
-    return std::string(m_options.tls() ? "https" : "http") + "://" + m_options.host + ":" + std::to_string(m_port) +
-           "/";
+    return std::string(m_options.tls() ? "https" : "http") + "://" + m_options.host + ":" + m_port + "/";
 }
 
 void Server::run_events()
@@ -161,8 +158,10 @@ try {
     if (known == nullptr) { // its headers are there
         auto *context = static_cast<Connections::Connection *>(
             MHD_get_connection_info(connection, MHD_CONNECTION_INFO_SOCKET_CONTEXT)->socket_context);
-        *exchange = new Exchange(*context, connection, method, path);
-        return MHD_YES;
+        known = new Exchange(*context, connection, method, path);
+        *exchange = known;
+        std::optional<Answer> refused = refuse_form(known->request);
+        return refused ? self->send(*known, std::move(*refused)) : MHD_YES;
     }
     if (*size > 0) {
         return self->take(*known, std::string_view(data, std::exchange(*size, 0)));
@@ -175,7 +174,7 @@ try {
 MHD_Result Server::take(Exchange &exchange, std::string_view part)
 {
     exchange.request.add_to_body(part);
-    return exchange.request.body_size() <= PATIENCE_WITH_BODY ? MHD_YES : MHD_NO;
+    return exchange.request.body_size() <= BODY_PATIENCE ? MHD_YES : MHD_NO;
 }
 
 MHD_Result Server::answer(Exchange &exchange)
@@ -198,9 +197,7 @@ Reply Server::reply_to(const Exchange &exchange)
 {
     const Request &request = exchange.request;
     if (exchange.connection.one_too_many) {
-        Answer answer = unavailable("as many clients are connected as may be");
-        answer.headers.emplace_back(MHD_HTTP_HEADER_CONNECTION, "close");
-        return answer;
+        return last(unavailable("as many clients are connected as may be"));
     }
     const Match match = find_route(request.method(), request.path());
     const bool is_public = match.route != nullptr && match.route->is_public;

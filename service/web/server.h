@@ -8,7 +8,6 @@
 #include "service.h"
 #include "works.h"
 
-#include <cstdint>
 #include <memory>
 #include <microhttpd.h>
 #include <string>
@@ -55,7 +54,7 @@ class Server {
     Service m_service;
     Works m_works;
     std::thread m_events;
-    uint16_t m_port = 0;
+    std::string m_port;
     MHD_Daemon *m_daemon = nullptr;
 };
 

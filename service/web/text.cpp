@@ -47,4 +47,14 @@ HostAndPort split_host(std::string_view text)
             colon != std::string_view::npos ? std::string(text.substr(colon + 1)) : std::string()};
 }
 
+HostAndPort own_address(int descriptor)
+{
+    sockaddr_storage address = {};
+    socklen_t size = sizeof address;
+    getsockname(descriptor, reinterpret_cast<sockaddr *>(&address), &size);
+    const in_port_t port = address.ss_family == AF_INET ? reinterpret_cast<const sockaddr_in &>(address).sin_port
+                                                        : reinterpret_cast<const sockaddr_in6 &>(address).sin6_port;
+    return {host_text(address), std::to_string(ntohs(port))};
+}
+
 } // namespace zvweb

@@ -21,4 +21,7 @@ struct HostAndPort {
 };
 HostAndPort split_host(std::string_view text);
 
+// A socket's own address, so: where it listens, or where its client reached us.
+HostAndPort own_address(int descriptor);
+
 } // namespace zvweb
