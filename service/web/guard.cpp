@@ -85,7 +85,12 @@ std::optional<Answer> refuse_form(const Request &request)
     if (request.headers(MHD_HTTP_HEADER_HOST) > 1) {
         return last(problem(MHD_HTTP_BAD_REQUEST, "the request has more than one Host"));
     }
-    if (lengths > 0 && announced_size(request) > BODY_PATIENCE) {
+    const auto encoding = request.header(MHD_HTTP_HEADER_TRANSFER_ENCODING);
+    if (encoding && lower_case(*encoding) != "chunked") {
+        return last(problem(MHD_HTTP_NOT_IMPLEMENTED, "the only transfer encoding that is understood is chunked"));
+    }
+    const bool asks_first = request.header(MHD_HTTP_HEADER_EXPECT).has_value();
+    if (announced_size(request) > (asks_first ? BODY_MAX : BODY_PATIENCE)) {
         return last(body_too_large());
     }
     return std::nullopt;

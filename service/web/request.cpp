@@ -2,6 +2,8 @@
 
 #include "text.h"
 
+#include <cstring>
+
 namespace zvweb {
 
 Request::Request(MHD_Connection *connection, std::string_view method, std::string_view path)
@@ -44,8 +46,13 @@ void Request::add_to_body(std::string_view part)
 
 std::optional<std::string_view> Request::value(MHD_ValueKind kind, const char *name) const
 {
-    const char *text = MHD_lookup_connection_value(m_connection, kind, name);
-    return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
+    const char *text = nullptr;
+    size_t size = 0; // a zero byte does not end it
+    if (MHD_lookup_connection_value_n(m_connection, kind, name, strlen(name), &text, &size) == MHD_NO ||
+        text == nullptr) {
+        return std::nullopt;
+    }
+    return std::string_view(text, size);
 }
 
 } // namespace zvweb
