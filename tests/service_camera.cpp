@@ -354,7 +354,8 @@ TEST(Subscription, BeginsWithTheWholeAndMissesNoChange)
 // What is wrong in a forked child, as its exit code.
 int look_around_in_child(std::optional<Camera> &camera, std::optional<Subscription> &subscription, uint64_t revision)
 {
-    if (camera->snapshot()->state == nullptr || camera->snapshot()->revision < revision) {
+    if (camera->snapshot()->state == nullptr || camera->snapshot()->revision < revision ||
+        camera->statistics().polls != OutcomeCounts()) {
         return 1;
     }
     if (camera->refresh().outcome() != Outcome::NOT_THERE || camera->start_capture().outcome() != Outcome::NOT_THERE ||

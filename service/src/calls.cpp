@@ -1,5 +1,6 @@
 #include "calls.h"
 
+#include <cstddef>
 #include <exception>
 #include <utility>
 
@@ -83,15 +84,33 @@ void Calls::stop()
 
 Result Calls::call(const char *doing, Work work, Deadline deadline)
 {
+    const Clock::time_point arrival = Clock::now();
     const auto job = std::make_shared<Job>();
     job->work = std::move(work);
     job->deadline = deadline;
     std::unique_lock lock(m_mutex);
     m_waiting.push_back(job);
     m_arrived.notify_one();
+    Result result = wait_for(job, doing, lock);
+    if (is_exchange(result.outcome())) {
+        ++m_outcomes[static_cast<size_t>(result.outcome())];
+        m_time.add(Clock::now() - arrival);
+    }
+    return result;
+}
+
+void Calls::tell(Statistics &statistics)
+{
+    const std::lock_guard lock(m_mutex);
+    statistics.calls = m_outcomes;
+    statistics.call_time = m_time;
+}
+
+Result Calls::wait_for(const std::shared_ptr<Job> &job, const char *doing, std::unique_lock<std::mutex> &lock)
+{
     const auto over = [&] { return m_ending || job->stage == Job::Stage::OVER; };
-    if (!job->changed.wait_until(lock, deadline, over) && job->stage == Job::Stage::RUNNING) {
-        job->changed.wait_until(lock, deadline + GRACE, over);
+    if (!job->changed.wait_until(lock, job->deadline, over) && job->stage == Job::Stage::RUNNING) {
+        job->changed.wait_until(lock, job->deadline + GRACE, over);
     }
     if (job->stage == Job::Stage::OVER) {
         return job->result;

@@ -4,6 +4,7 @@
 #include "deadline.h"
 #include "links.h"
 #include "result.h"
+#include "statistics.h"
 
 #include <condition_variable>
 #include <deque>
@@ -30,8 +31,14 @@ class Calls {
     // it has, it goes on without its caller.
     Result call(const char *doing, Work work, Deadline deadline);
 
+    // Puts in how the calls went so far, those that gave up included.
+    void tell(Statistics &statistics);
+
   private:
     struct Job;
+
+    // Under the lock, which it lets go of while it waits.
+    Result wait_for(const std::shared_ptr<Job> &job, const char *doing, std::unique_lock<std::mutex> &lock);
 
     std::mutex m_mutex;
     std::condition_variable m_arrived;
@@ -39,6 +46,9 @@ class Calls {
     std::deque<std::shared_ptr<Job>> m_waiting;
     std::shared_ptr<Job> m_running; // or null
     bool m_ending = false;
+
+    OutcomeCounts m_outcomes = {};
+    Histogram m_time;
 };
 
 } // namespace zvservice

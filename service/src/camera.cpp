@@ -84,6 +84,7 @@ class Camera::Engine {
 
     std::shared_ptr<const Snapshot> snapshot() const { return m_publication.snapshot(); }
     std::shared_ptr<Subscription::Queue> subscribe();
+    Statistics statistics();
     Result refresh(Deadline deadline);
     Result call(const char *doing, Calls::Work work, Deadline deadline);
     Written set(uint32_t setting, uint32_t option, const SetOptions &options);
@@ -155,6 +156,16 @@ std::shared_ptr<Subscription::Queue> Camera::Engine::subscribe()
     auto queue = Subscription::Queue::make(snapshot());
     queue->end();
     return queue;
+}
+
+Statistics Camera::Engine::statistics()
+{
+    Statistics statistics;
+    if (!in_child()) { // where a thread of the parent may hold a lock for ever
+        m_poller.tell(statistics);
+        m_calls.tell(statistics);
+    }
+    return statistics;
 }
 
 Result Camera::Engine::refresh(Deadline deadline)
@@ -252,6 +263,11 @@ std::shared_ptr<const Snapshot> Camera::snapshot() const
 Subscription Camera::subscribe()
 {
     return Subscription(m_engine->subscribe());
+}
+
+Statistics Camera::statistics() const
+{
+    return m_engine->statistics();
 }
 
 // The calls hold the engine by themselves: the object may end while they wait.

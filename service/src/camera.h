@@ -21,6 +21,7 @@
 #include "links.h"
 #include "result.h"
 #include "snapshot.h"
+#include "statistics.h"
 #include "subscription.h"
 
 #include <chrono>
@@ -75,6 +76,10 @@ class ZV_API Camera {
 
     // What is known now; never null. At once, whatever goes on.
     std::shared_ptr<const Snapshot> snapshot() const;
+
+    // How the polls and calls went since the object was made. At once, whatever goes on. Nothing in a child after a
+    // fork.
+    Statistics statistics() const;
 
     // The whole first, then what changes. See Subscription. Throws std::system_error where its descriptor can't be had.
     Subscription subscribe();

@@ -3,6 +3,7 @@
 #include "doing.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <new>
 #include <utility>
 
@@ -34,9 +35,14 @@ void Poller::run()
     while (!m_ending) {
         const uint64_t number = ++m_begun;
         lock.unlock();
-        Result outcome = poll();
+        Clock::duration time = {};
+        Result outcome = poll(time);
         const Deadline next = deadline_after(pace());
         lock.lock();
+        ++m_outcomes[static_cast<size_t>(outcome.outcome())];
+        if (is_answer(outcome.outcome())) {
+            m_time.add(time);
+        }
         m_over = number;
         m_outcome = std::move(outcome);
         m_changed.notify_all();
@@ -69,16 +75,25 @@ Result Poller::refresh(Deadline deadline)
                           m_ending ? "the program lets go of the camera" : "no answer in time");
 }
 
+void Poller::tell(Statistics &statistics)
+{
+    const std::lock_guard lock(m_mutex);
+    statistics.polls = m_outcomes;
+    statistics.poll_time = m_time;
+}
+
 bool Poller::pause(milliseconds time)
 {
     std::unique_lock lock(m_mutex);
     return !m_changed.wait_until(lock, deadline_after(time), [this] { return m_ending; });
 }
 
-Result Poller::poll()
+Result Poller::poll(Clock::duration &time)
 try {
     all_status_settings_t record = {};
+    const Clock::time_point start = Clock::now();
     Result outcome = m_link->poll(record, m_options.poll_patience);
+    time = Clock::now() - start;
     m_publication.publish(outcome, record);
     return outcome;
 } catch (const std::bad_alloc &) { // what is published stays

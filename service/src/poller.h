@@ -4,6 +4,7 @@
 #include "camera.h"
 #include "deadline.h"
 #include "publication.h"
+#include "statistics.h"
 
 #include <condition_variable>
 #include <cstdint>
@@ -24,11 +25,15 @@ class Poller {
     // The outcome of a poll that begins after this call.
     Result refresh(Deadline deadline);
 
+    // Puts in how the polls went so far.
+    void tell(Statistics &statistics);
+
     // Waits, and returns false where stop() ends the wait.
     bool pause(std::chrono::milliseconds time);
 
   private:
-    Result poll();
+    // `time` is that of the exchange.
+    Result poll(Clock::duration &time);
     std::chrono::milliseconds pace() const;
 
     const CameraOptions m_options;
@@ -43,6 +48,9 @@ class Poller {
     uint64_t m_begun = 0;
     uint64_t m_over = 0;
     Result m_outcome; // of the one that is over
+
+    OutcomeCounts m_outcomes = {};
+    Histogram m_time; // of the answered ones
 };
 
 } // namespace zvservice

@@ -81,10 +81,7 @@ void Publication::publish(const Result &poll, const all_status_settings_t &recor
             after->state = std::move(state);
         }
     }
-    // A daemon that refuses, or says that the camera is off, does answer.
-    m_answered =
-        poll.outcome() != Outcome::NOT_THERE &&
-        (m_answered || poll.done() || poll.outcome() == Outcome::SWITCHED_OFF || poll.outcome() == Outcome::REFUSED);
+    m_answered = poll.outcome() != Outcome::NOT_THERE && (m_answered || is_answer(poll.outcome()));
     after->switched_off = poll.outcome() == Outcome::SWITCHED_OFF;
     after->link = link_state(poll.outcome(), after->state != nullptr, m_answered);
 

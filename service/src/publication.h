@@ -11,6 +11,12 @@
 
 namespace zvservice {
 
+// Whether a daemon answered that came to this: one that refuses, or says that the camera is off, does answer.
+constexpr bool is_answer(Outcome poll)
+{
+    return poll == Outcome::DONE || poll == Outcome::SWITCHED_OFF || poll == Outcome::REFUSED;
+}
+
 class Publication {
   public:
     Publication();

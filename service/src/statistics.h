@@ -30,10 +30,13 @@ using OutcomeCounts = std::array<uint64_t, OUTCOME_COUNT>;
 
 struct Statistics {
     OutcomeCounts polls = {}; // by the Outcome's number
-    Histogram poll_time;      // of those that were answered
+    Histogram poll_time;      // of those that were answered, be it that the camera is off
     OutcomeCounts calls = {}; // on the camera link; what the rules forbade or what was not found was no call
     Histogram call_time;      // from a call's arrival to its outcome, waiting included
 };
+
+// Whether what came to this was meant for a link: not what was found out to be forbidden or unknown before.
+ZV_API bool is_exchange(Outcome outcome);
 
 // "done", "no_answer", "switched_off": an outcome in a metric's label.
 ZV_API const char *outcome_name(Outcome outcome);
@@ -41,8 +44,8 @@ ZV_API const char *outcome_name(Outcome outcome);
 // A text of OpenMetrics 1.0, family by family.
 class ZV_API MetricsText {
   public:
-    // Begins a family. `type` is "counter", "gauge", "histogram", "stateset" or "info"; a counter's samples get
-    // "_total".
+    // Begins a family, whose name no other one has. `type` is "counter", "gauge", "histogram", "stateset" or "info"; a
+    // counter's samples get "_total", an info's "_info". The unit of a name that ends in "_seconds" is told.
     void family(std::string_view name, std::string_view type, std::string_view help);
 
     // A sample of the family. `labels` is `status="200"`, or empty; values of labels are escaped by the caller where
@@ -55,13 +58,17 @@ class ZV_API MetricsText {
     std::string end();
 
   private:
+    void describe(std::string_view what, std::string_view text);
+    void line(std::string_view suffix, std::string_view labels, std::string_view value);
+
     std::string m_text;
     std::string m_family;
     std::string m_suffix;
 };
 
-// The families of a camera: zv_polls, zv_poll_seconds, zv_calls, zv_call_seconds, zv_link, zv_revision,
-// zv_state_age_seconds, and the numeric status values under their names, zv_status_system_encoding_active and so on.
+// The families of a camera: zv_polls, zv_poll_seconds, zv_calls, zv_call_seconds, zv_link and zv_revision; once it has
+// told a state zv_state_age_seconds, and the status values that are numbers, under their names with their number as a
+// label: zv_status_wireless_state{status="19"}. Any thread; std::bad_alloc passes.
 ZV_API void write_metrics(MetricsText &text, const Snapshot &snapshot, const Statistics &statistics);
 
 } // namespace zvservice
