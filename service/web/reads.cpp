@@ -5,7 +5,7 @@
 #include <string>
 #include <zvservice/catalogue.h>
 #include <zvservice/documents.h>
-// METRICS #include <zvservice/statistics.h>
+#include <zvservice/statistics.h>
 
 namespace zvweb {
 
@@ -16,7 +16,7 @@ using zvservice::Snapshot;
 
 namespace {
 
-[[maybe_unused]] constexpr char METRICS_TYPE[] = "application/openmetrics-text; version=1.0.0; charset=utf-8";
+constexpr char METRICS_TYPE[] = "application/openmetrics-text; version=1.0.0; charset=utf-8";
 
 // Of documents that stay where they are, with braces around them.
 Answer shared_documents(std::string head, const std::shared_ptr<const Rendering> &rendering,
@@ -115,7 +115,6 @@ Reply read_events(Service &, const Request &request, std::string_view)
     return Stream{last_event ? std::optional<std::string>(*last_event) : std::nullopt};
 }
 
-#ifdef METRICS
 Reply read_metrics(Service &service, const Request &, std::string_view)
 {
     zvservice::MetricsText text;
@@ -130,5 +129,4 @@ Reply read_metrics(Service &service, const Request &, std::string_view)
     return answer;
 }
 
-#endif
 } // namespace zvweb

@@ -16,7 +16,7 @@ constexpr Route ROUTES[] = {
     {"/zvweb.js", GET, read_page, true},
     {"/icon.svg", GET, read_page, true},
     {"/openapi.json", GET, read_page},
-    // METRICS {"/metrics", GET, read_metrics},
+    {"/metrics", GET, read_metrics},
     {"/api/v1/camera", GET, read_camera},
     {"/api/v1/state", GET, read_state},
     {"/api/v1/status", GET, read_status},

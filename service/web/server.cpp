@@ -274,8 +274,8 @@ void Server::on_completed(void *server, MHD_Connection *, void **exchange, MHD_R
     if (over == nullptr) {
         return;
     }
-    if (over->status != 0) { // METRICS
-        // self->m_service.counters.count(over->status, Request::Clock::now() - over->request.arrival());
+    if (over->status != 0) {
+        self->m_service.counters.count(over->status, Request::Clock::now() - over->request.arrival());
     }
     self->m_connections.end_answer(over->connection);
 }

@@ -1,7 +1,7 @@
 // What the requests' handlers work with.
 #pragma once
 
-// METRICS #include "counters.h"
+#include "counters.h"
 #include "events.h"
 #include "rendering.h"
 
@@ -16,7 +16,7 @@ struct Service {
     zvservice::Camera camera;
     Renderings renderings;
     Events events{camera, renderings};
-    // METRICS Counters counters;
+    Counters counters;
     size_t clients = 0; // connections now
 
     // Of the present state, null before the first.
