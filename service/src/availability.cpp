@@ -3,6 +3,7 @@
 #include "generation.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 #include <zvctrl/camera_status.h>
 
@@ -24,7 +25,7 @@ const option_t *find_option(const Options &catalogue, uint32_t setting, uint32_t
     return nullptr;
 }
 
-bool lists(const filter_info_t &element, const std::string &text)
+bool lists(const filter_info_t &element, std::string_view text)
 {
     return std::find(element.values.begin(), element.values.end(), text) != element.values.end();
 }
@@ -43,18 +44,10 @@ bool holds(const filter_info_t &condition, const CameraState &state, const Optio
     return (option != nullptr && lists(condition, current)) == wanted;
 }
 
-// The consequence that takes away the option with `key`, or without a key the setting as a whole; null for none.
-const filter_info_t *consequence_against(const std::vector<filter_info_t *> &rule, uint32_t setting, const char *key)
+// Whether a consequence for a setting takes away its option with `key`, or without a key the setting as a whole.
+bool takes_away(const filter_info_t &consequence, const char *key)
 {
-    for (const filter_info_t *element : rule) {
-        if (element->type != FILTER_INFO_BLOCK || element->id != setting) {
-            continue;
-        }
-        if (element->values.empty() || (key != nullptr && lists(*element, key) == (element->include == 1))) {
-            return element;
-        }
-    }
-    return nullptr;
+    return consequence.values.empty() || (key != nullptr && lists(consequence, key) == (consequence.include == 1));
 }
 
 } // namespace
@@ -86,7 +79,7 @@ std::string because(const Removal &removal, const std::function<std::string(cons
 Availability::Availability(const CameraState &state, uint32_t model) : m_catalogue(options_of(model))
 {
     for (const auto &[number, elements] : rules_of(model)) {
-        Applied rule = {number, &elements, {}};
+        Applied rule = {number, {}};
         const bool applies = std::all_of(elements.begin(), elements.end(), [&](const filter_info_t *element) {
             if (element->type == FILTER_INFO_BLOCK) {
                 return true;
@@ -94,9 +87,15 @@ Availability::Availability(const CameraState &state, uint32_t model) : m_catalog
             MetCondition &met = rule.conditions.emplace_back(MetCondition{element, {}});
             return holds(*element, state, m_catalogue, met.current);
         });
-        if (applies) {
-            m_applied.push_back(std::move(rule));
+        if (!applies) {
+            continue;
         }
+        for (const filter_info_t *element : elements) {
+            if (element->type == FILTER_INFO_BLOCK) {
+                m_consequences[element->id].push_back({m_applied.size(), element});
+            }
+        }
+        m_applied.push_back(std::move(rule));
     }
     for (const auto &[setting, options] : m_catalogue) {
         Offer &offer = m_offers[setting];
@@ -111,20 +110,27 @@ Availability::Availability(const CameraState &state, uint32_t model) : m_catalog
 
 bool Availability::taken_away(uint32_t setting, const char *key) const
 {
-    return std::any_of(m_applied.begin(), m_applied.end(), [=](const Applied &rule) {
-        return consequence_against(*rule.elements, setting, key) != nullptr;
-    });
+    const auto found = m_consequences.find(setting);
+    return found != m_consequences.end() &&
+           std::any_of(found->second.begin(), found->second.end(),
+                       [key](const Consequence &consequence) { return takes_away(*consequence.element, key); });
 }
 
 std::vector<Removal> Availability::removals(uint32_t setting, const char *key) const
 {
-    std::vector<Removal> found;
-    for (const Applied &rule : m_applied) {
-        if (const filter_info_t *consequence = consequence_against(*rule.elements, setting, key)) {
-            found.push_back({rule.number, consequence, rule.conditions});
+    std::vector<Removal> removals;
+    const auto found = m_consequences.find(setting);
+    if (found == m_consequences.end()) {
+        return removals;
+    }
+    for (const Consequence &consequence : found->second) {
+        const Applied &rule = m_applied[consequence.rule];
+        const bool told = !removals.empty() && removals.back().rule == rule.number;
+        if (!told && takes_away(*consequence.element, key)) {
+            removals.push_back({rule.number, consequence.element, rule.conditions});
         }
     }
-    return found;
+    return removals;
 }
 
 bool Availability::offers(uint32_t setting) const

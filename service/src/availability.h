@@ -93,8 +93,12 @@ class ZV_API Availability {
     // A rule whose conditions all hold.
     struct Applied {
         uint32_t number;
-        const std::vector<filter_info_t *> *elements;
         std::vector<MetCondition> conditions;
+    };
+    // What such a rule does to a setting.
+    struct Consequence {
+        size_t rule; // in m_applied
+        const filter_info_t *element;
     };
     struct Offer {
         bool off; // taken away as a whole
@@ -106,7 +110,8 @@ class ZV_API Availability {
     std::vector<Removal> removals(uint32_t setting, const char *key) const;
 
     const std::map<uint32_t, std::vector<option_t *>> &m_catalogue;
-    std::vector<Applied> m_applied;
+    std::vector<Applied> m_applied;                              // ascending
+    std::map<uint32_t, std::vector<Consequence>> m_consequences; // of each setting, in the order of the rules
     std::map<uint32_t, Offer> m_offers;
 };
 

@@ -46,11 +46,22 @@ size_t character_size(std::string_view text)
     return 0;
 }
 
+// How many of the first characters are written as they are, each a byte.
+size_t plain_size(std::string_view text)
+{
+    const auto special = [](char c) {
+        const auto byte = static_cast<uint8_t>(c);
+        return byte < 0x20 || byte >= 0x80 || c == '"' || c == '\\';
+    };
+    return static_cast<size_t>(std::find_if(text.begin(), text.end(), special) - text.begin());
+}
+
 } // namespace
 
 void Json::separate()
 {
-    if (!m_text.empty() && std::string_view("{[:").find(m_text.back()) == std::string_view::npos) {
+    const char last = m_text.empty() ? '{' : m_text.back();
+    if (last != '{' && last != '[' && last != ':') {
         m_text += ',';
     }
 }
@@ -88,7 +99,13 @@ Json &Json::quoted(std::string_view text)
 {
     separate();
     m_text += '"';
-    while (!text.empty()) {
+    for (;;) {
+        const size_t plain = plain_size(text);
+        m_text += text.substr(0, plain);
+        text.remove_prefix(plain);
+        if (text.empty()) {
+            break;
+        }
         const size_t size = character_size(text);
         const char first = text.front();
         if (size == 0) {
