@@ -175,6 +175,8 @@ function inWords(name) {
   return PHRASES[name] ?? name.split(/[/_]/).map((word) => WORDS[word] ?? word).join(' ');
 }
 
+const lastWords = (name) => inWords(name.split('/').at(-1));
+
 // ---- Facts
 
 function battery(status) {
@@ -292,10 +294,9 @@ function buildRows(catalogue) {
   $('rows').replaceChildren();
   $('groups').replaceChildren();
   $('mode-row').replaceChildren();
-  const names = catalogue.settings.map(({ name }) => name);
   for (const entry of catalogue.settings) {
-    const isUnique = names.indexOf(entry.name) === names.lastIndexOf(entry.name);
-    rows.set(entry.setting, buildRow(entry, isUnique));
+    const isOnly = (words) => catalogue.settings.filter(({ name }) => words(name) === words(entry.name)).length === 1;
+    rows.set(entry.setting, buildRow(entry, isOnly(lastWords), isOnly(inWords)));
   }
   for (const group of GROUPS) {
     buildGroup(group);
@@ -324,13 +325,16 @@ function buildGroup(group) {
   $('groups').append(make('a', { href: `#${group.id}`, textContent: group.title }));
 }
 
-function buildRow(entry, isUnique) {
+// Below its group's title a setting goes by the last part of its name, elsewhere only where no other one has it. Where
+// even the whole name is shared the number tells them apart.
+function buildRow(entry, isLastUnique, isUnique) {
   const id = `setting-${entry.setting}`;
-  const words = inWords(entry.name.split('/').at(-1));
+  const suffix = isUnique ? '' : ` (${entry.setting})`;
+  const label = capital(lastWords(entry.name)) + suffix;
   const row = {
     number: entry.setting,
     name: entry.name,
-    title: capital(inWords(entry.name)) + (isUnique ? '' : ` (${entry.setting})`),
+    title: isLastUnique ? label : capital(inWords(entry.name)) + suffix,
     options: entry.options,
     byId: new Map(entry.options.map((option) => [option.id, option])),
     reasons: make('ul', { id: `${id}-why` }),
@@ -348,11 +352,11 @@ function buildRow(entry, isUnique) {
   row.field.setAttribute('aria-describedby', `${id}-why`);
   row.hint = make('div', { className: 'hint', hidden: true }, row.reasons, row.keys);
   row.element = make('div', { className: 'row' },
-    make('label', { htmlFor: id }, make('span', { textContent: capital(words) + (isUnique ? ' ' : ` (${row.number}) `) }),
-      make('code', { textContent: row.name })),
+    make('label', { htmlFor: id }, make('span', { textContent: label }), ' ', make('code', { textContent: row.name })),
     row.field, row.note, row.hint);
   row.field.addEventListener('change', () => choose(row));
   row.element.addEventListener('keydown', ({ key }) => row.element.classList.toggle('quiet', key === 'Escape'));
+  row.element.addEventListener('keyup', ({ key }) => key === 'Tab' && row.hint.scrollIntoView({ block: 'nearest' }));
   for (const left of ['focusout', 'mouseleave']) {
     row.element.addEventListener(left, () => row.element.classList.remove('quiet'));
   }
@@ -514,6 +518,10 @@ function obstacle() {
 
 // What the camera has goes out only when the last order is through: of several choices meanwhile the last one.
 async function choose(row) {
+  if (row.field.value === '') {
+    say(row.note, `Still ${valueText(row)}.`); // somebody may be about to type
+    return;
+  }
   row.wish = row.field.value;
   if (row.busy) {
     return;
@@ -533,8 +541,8 @@ async function choose(row) {
 async function send(row, option, force) {
   const isOffered = row.available && !row.field.selectedOptions?.[0]?.disabled;
   const hindrance = obstacle() || (isOffered || force ? '' : `${capital(reasonText(row.why))}.`);
-  if (hindrance || option === '') {
-    fail(row.note, hindrance || 'Something has to be given.');
+  if (hindrance) {
+    fail(row.note, hindrance);
     return;
   }
   say(row.note, 'Sending …');
@@ -715,7 +723,7 @@ const ON_EVENT = {
     if (epoch !== state.epoch) {
       state.availableRevision = -1;
     }
-    Object.assign(state, { epoch, link, knownAt: has(status) ? performance.now() - age : 0 });
+    Object.assign(state, { epoch, link, knownAt: has(status) ? performance.now() - age : state.knownAt });
     await apply(status, settings, isFirst);
     showAll();
   },
@@ -735,6 +743,7 @@ const ON_EVENT = {
       state.knownAt = performance.now();
     }
     state.link = link;
+    say($('now-note'), '');
     showLink();
     await readCamera();
   },
