@@ -538,9 +538,15 @@ async function choose(row) {
   showRow(row);
 }
 
+// Why the rules are against this option, by its key or what was typed.
+function objection(row, key) {
+  const option = row.options.find((candidate) => candidate.key === key);
+  const why = row.available ? row.unavailable.get(option?.id) : row.why;
+  return why ? `${capital(reasonText(why))}.` : '';
+}
+
 async function send(row, option, force) {
-  const isOffered = row.available && !row.field.selectedOptions?.[0]?.disabled;
-  const hindrance = obstacle() || (isOffered || force ? '' : `${capital(reasonText(row.why))}.`);
+  const hindrance = obstacle() || (force ? '' : objection(row, option));
   if (hindrance) {
     fail(row.note, hindrance);
     return;
@@ -694,9 +700,11 @@ async function apply(status, settings, isFirst = false) {
     sentences.push(state.status[STATUS.RECORDING] ? 'Recording started.' : 'Recording stopped.');
     mark($('shutter'));
   }
-  showFacts(isFirst);
-  showNow();
-  showStatuses();
+  if (has(state.status)) {
+    showFacts(isFirst);
+    showNow();
+    showStatuses();
+  }
   tell(sentences);
 }
 
@@ -785,7 +793,9 @@ async function readCamera() {
       state.knownAt = now.ok ? performance.now() - now.body.age_ms : state.knownAt;
     }
   }
-  showNow();
+  if (has(state.status)) {
+    showNow();
+  }
   showAll();
 }
 
@@ -850,7 +860,7 @@ async function connect() {
   for (const [kind, take] of Object.entries(ON_EVENT)) {
     stream.addEventListener(kind, ({ data }) => {
       heardAt = performance.now();
-      last = last.then(() => take(JSON.parse(data)));
+      last = last.then(() => take(JSON.parse(data))).catch(console.error);
     });
   }
 }
