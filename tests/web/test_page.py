@@ -149,11 +149,11 @@ def test_what_another_one_changes_shows_at_once(page, camera):
     assert "Video frames per second is now 30." in page.text("#told")
     page.picture("changed")
     camera.zvcam("shutter", "on")
-    page.await_text("#clock", r"^00:0[1-9]$")
+    page.await_text("#recording", r"^Recording 00:0[1-9]$")
     assert page.text("#shutter") == "Stop recording" and page.text("#told") == "Recording started."
     page.picture("recording")
     camera.zvcam("shutter", "off")
-    page.await_text("#clock", "^$")
+    page.await_text("#recording", "^Not recording$")
     wait_until(lambda: "changed" not in row.get_attribute("class"), "the mark is over")
 
 

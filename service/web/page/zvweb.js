@@ -578,7 +578,7 @@ function shutterText() {
 function showNow() {
   const recording = Boolean(state.status[STATUS.RECORDING]);
   setText($('mode'), rows.has(MODE) ? valueText(rows.get(MODE)) : '');
-  setText($('clock'), recording ? clock(state.status[STATUS.RECORDED_SECONDS] ?? 0) : '');
+  setText($('recording'), recording ? `Recording ${clock(state.status[STATUS.RECORDED_SECONDS] ?? 0)}` : 'Not recording');
   setText($('shutter'), shutterText());
   $('now').classList.toggle('recording', recording);
   document.title = `${recording ? '● ' : ''}${state.camera.model_name || 'Camera'}`;
