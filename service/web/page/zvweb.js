@@ -56,7 +56,7 @@ const KINDS = [
 const PHRASES = { current_flat_mode: 'mode', default_camera_mode: 'mode when switched on' };
 const WORDS = {
   acc: 'accessory', addon: 'add-on', ap: 'network', batt: 'battery', eis: 'stabilisation', ev: 'EV',
-  fov: 'field of view', fps: 'frames per second', gps: 'GPS', iso: 'ISO', kb: 'KB', lcd: 'screen', led: 'lights',
+  fov: 'field of view', fps: 'frames per second', gps: 'GPS', iso: 'ISO', kb: 'KB', lcd: 'LCD', led: 'lights',
   mic: 'microphone', min: 'minimum', msec: 'milliseconds', nlv: 'NLV', num: 'number of', ota: 'update',
   sd: 'card', ssid: 'network name', usb: 'USB', ux: 'interface', wlan: 'Wi-Fi',
 };
@@ -322,7 +322,9 @@ function buildGroup(group) {
     make('div', { className: 'grid' }, ...group.rows.map((row) => row.element)));
   group.section.setAttribute('aria-labelledby', `${group.id}-title`);
   $('rows').append(group.section);
-  $('groups').append(make('a', { href: `#${group.id}`, textContent: group.title }));
+  const link = make('a', { href: `#${group.id}`, textContent: group.title });
+  link.addEventListener('click', () => showAlso(group.section));
+  $('groups').append(link);
 }
 
 // Below its group's title a setting goes by the last part of its name, elsewhere only where no other one has it. Where
@@ -450,16 +452,21 @@ function buildKey(setting) {
 }
 
 function goTo(row) {
-  if (!row.available) {
-    $('only').checked = false;
-    showOnly();
-  }
+  showAlso(row.element);
   row.field.focus({ focusVisible: true });
   row.element.scrollIntoView({ block: 'center' });
 }
 
 function showOnly() {
   $('rows').classList.toggle('only', $('only').checked);
+}
+
+// Somebody goes to what may be hidden now.
+function showAlso(element) {
+  if (!element.checkVisibility()) {
+    $('only').checked = false;
+    showOnly();
+  }
 }
 
 // A group of which nothing is offered, all for one reason, says so once.
@@ -842,6 +849,7 @@ async function connect() {
     connectLater();
     return;
   }
+  stream?.close();
   stream = new EventSource('/api/v1/events');
   stream.onopen = () => {
     retryMs = FIRST_RETRY_MS;
