@@ -96,7 +96,12 @@ class Camera:
         self.process = None
 
     def start(self, *arguments):
-        self.process = Process("ZVSIM", *arguments)
+        """Waits for room: a removed queue keeps its bytes, of which the user has few, until its last client lets go."""
+        def ready():
+            self.process = Process("ZVSIM", *arguments)
+            return "ready" in self.process.greeting or "ulimit -q" not in self.process.told()
+
+        wait_until(ready, "there is room for the camera's queues")
         assert "ready" in self.process.greeting, self.process.told()
 
     def end(self):
