@@ -121,9 +121,9 @@ Result Calls::wait_for(const std::shared_ptr<Job> &job, const char *doing, std::
                                        : "no answer in time; it may be carried out all the same");
     }
     std::erase(m_waiting, job);
-    return Result::cannot(Outcome::NO_ANSWER, doing,
-                          m_ending ? "the program lets go of the camera; nothing was sent"
-                                   : "other calls were before it for all of its time; nothing was sent");
+    const std::string why =
+        m_ending ? "the program lets go of the camera" : "other calls were before it for all of its time";
+    return Result::cannot(Outcome::NO_ANSWER, doing, why + "; " + NOTHING_SENT);
 }
 
 } // namespace zvservice

@@ -26,6 +26,9 @@ enum class Outcome : uint8_t {
     SYSTEM_LIMIT,    // the sentence names it, with its value and the remedy
 };
 
+// The end of a NO_ANSWER's sentence where nothing can be carried out any more.
+inline constexpr char NOTHING_SENT[] = "nothing was sent";
+
 // How a program ends, for its help: an outcome is one of these.
 enum ExitCode : uint8_t {
     EXIT_DONE = 0,

@@ -81,7 +81,9 @@ Answer problem(const Result &result)
     const auto status = static_cast<unsigned>(result.http_status());
     switch (result.outcome()) {
     case Outcome::NO_ANSWER:
-        return problem(status, result.sentence() + "; a frozen camera may still carry out what was sent to it");
+        return problem(status, result.sentence() + (result.sentence().ends_with(zvservice::NOTHING_SENT)
+                                                        ? ", but a frozen camera may still carry out what was before it"
+                                                        : "; a frozen camera may still carry it out"));
     case Outcome::FORBIDDEN:
         return problem(status, result.sentence(), "\"why\":" + zvservice::why_json(result.reasons()));
     case Outcome::REFUSED:
