@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <exception>
+#include <string>
 #include <utility>
 
 namespace zvservice {
