@@ -35,6 +35,7 @@ class Connections {
     // Shuts down those that have waited for too long. Another thread's.
     void shut_down_idle();
 
+    size_t limit() const { return m_limit; }
     size_t count() const;
     size_t answering() const;
 

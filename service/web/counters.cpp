@@ -4,9 +4,13 @@
 
 namespace zvweb {
 
-void Counters::count(unsigned status, std::chrono::steady_clock::duration time)
+void Counters::count(unsigned status)
 {
     ++m_by_status[status];
+}
+
+void Counters::add_time(std::chrono::steady_clock::duration time)
+{
     m_time.add(time);
 }
 
@@ -16,7 +20,8 @@ void Counters::write(zvservice::MetricsText &text) const
     for (const auto &[status, count] : m_by_status) {
         text.sample("status=\"" + std::to_string(status) + "\"", count);
     }
-    text.family("zv_request_seconds", "histogram", "From a request's arrival to its answer, event streams left out.");
+    text.family("zv_request_seconds", "histogram",
+                "From a request's arrival to the end of its answer, event streams left out.");
     text.sample("", m_time);
 }
 

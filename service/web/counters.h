@@ -10,7 +10,8 @@ namespace zvweb {
 
 class Counters {
   public:
-    void count(unsigned status, std::chrono::steady_clock::duration time);
+    void count(unsigned status); // of an answer
+    void add_time(std::chrono::steady_clock::duration time);
 
     // zv_requests by status and zv_request_seconds.
     void write(zvservice::MetricsText &text) const;

@@ -120,7 +120,7 @@ Reply read_metrics(Service &service, const Request &, std::string_view)
     zvservice::MetricsText text;
     zvservice::write_metrics(text, *service.camera.snapshot(), service.camera.statistics());
     text.family("zv_clients", "gauge", "Connections that are open.");
-    text.sample("", static_cast<uint64_t>(service.clients));
+    text.sample("", static_cast<uint64_t>(service.connections.count()));
     text.family("zv_event_clients", "gauge", "Of these the event streams.");
     text.sample("", static_cast<uint64_t>(service.events.log().readers()));
     service.counters.write(text);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
@@ -44,6 +45,19 @@ milliseconds time_since(Request::Clock::time_point time)
     return std::chrono::duration_cast<milliseconds>(Request::Clock::now() - time);
 }
 
+// How many clients the system has room for, up to the number wanted. It says so where that is less.
+unsigned room_for_clients(unsigned wanted)
+{
+    const unsigned room = make_room(wanted + TURNED_AWAY);
+    if (room == wanted + TURNED_AWAY) {
+        return wanted;
+    }
+    const unsigned clients = room > TURNED_AWAY ? room - TURNED_AWAY : 1;
+    fprintf(stderr, "zvweb: %u clients at once, not %u: more files may not be open here (ulimit -n)\n", clients,
+            wanted);
+    return clients;
+}
+
 void drop(void *answer)
 {
     delete static_cast<Answer *>(answer);
@@ -78,10 +92,10 @@ class Server::Exchange {
     Connections::Connection &connection;
     Request request;
     std::optional<Answer> worked_out; // by a thread that waited for the camera
-    unsigned status = 0;              // of the answer; 0 for a stream
+    bool is_stream = false;
 };
 
-Server::Server(const Options &options) : m_options(options), m_connections(options.max_clients)
+Server::Server(const Options &options) : m_options(options), m_service(room_for_clients(options.max_clients))
 {
     const int listener = listen_on(options);
     m_port = own_address(listener).port;
@@ -102,7 +116,7 @@ Server::~Server()
     m_service.camera.end();
     m_events.join();
     m_works.wait(); // a connection that sleeps would outlive the server
-    for (milliseconds waited(0); m_connections.answering() > 0 && waited < LAST_ANSWERS; ++waited) {
+    for (milliseconds waited(0); m_service.connections.answering() > 0 && waited < LAST_ANSWERS; ++waited) {
         std::this_thread::sleep_for(milliseconds(1));
     }
     MHD_stop_daemon(m_daemon);
@@ -119,17 +133,16 @@ void Server::run_events()
     while (m_service.events.pass_on(BETWEEN_LOOKS)) {
         if (const auto now = Connections::Clock::now(); now - looked >= BETWEEN_LOOKS) {
             looked = now;
-            m_connections.shut_down_idle();
+            m_service.connections.shut_down_idle();
         }
     }
 }
 
 MHD_Daemon *Server::start(int listener)
 {
-    const unsigned room = make_room(m_options.max_clients + TURNED_AWAY);
     std::vector<MHD_OptionItem> items = {
         {MHD_OPTION_LISTEN_SOCKET, listener, nullptr},
-        {MHD_OPTION_CONNECTION_LIMIT, static_cast<intptr_t>(room), nullptr},
+        {MHD_OPTION_CONNECTION_LIMIT, static_cast<intptr_t>(m_service.connections.limit() + TURNED_AWAY), nullptr},
         {MHD_OPTION_CONNECTION_MEMORY_LIMIT, static_cast<intptr_t>(CONNECTION_MEMORY), nullptr},
         {MHD_OPTION_CONNECTION_TIMEOUT, static_cast<intptr_t>(WRITE_PATIENCE), nullptr},
         {MHD_OPTION_STRICT_FOR_CLIENT, 1, nullptr},
@@ -182,7 +195,7 @@ MHD_Result Server::answer(Exchange &exchange)
     if (exchange.worked_out) {
         return send(exchange, *std::exchange(exchange.worked_out, std::nullopt));
     }
-    m_connections.begin_answer(exchange.connection);
+    m_service.connections.begin_answer(exchange.connection);
     Reply reply = reply_to(exchange);
     if (auto *known = std::get_if<Answer>(&reply)) {
         return send(exchange, std::move(*known));
@@ -212,7 +225,6 @@ Reply Server::reply_to(const Exchange &exchange)
         answer.headers.emplace_back(MHD_HTTP_HEADER_ALLOW, match.allowed);
         return answer;
     }
-    m_service.clients = m_connections.count();
     return match.route->handler(m_service, request, match.parameter);
 }
 
@@ -248,18 +260,19 @@ MHD_Result Server::send(Exchange &exchange, Answer answer)
     for (const auto &[name, value] : headers) {
         MHD_add_response_header(response, name, value.c_str());
     }
-    exchange.status = status;
     return queue(exchange, status, response, cacheable);
 }
 
 MHD_Result Server::stream(Exchange &exchange, const Stream &stream)
 {
+    exchange.is_stream = true;
     MHD_Response *response = make_event_stream(m_service.events, exchange.request.connection(), stream);
     return response != nullptr ? queue(exchange, MHD_HTTP_OK, response, false) : MHD_NO;
 }
 
 MHD_Result Server::queue(Exchange &exchange, unsigned status, MHD_Response *response, bool cacheable)
 {
+    m_service.counters.count(status);
     MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, cacheable ? "no-cache" : "no-store");
     MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
     const MHD_Result queued = MHD_queue_response(exchange.request.connection(), status, response);
@@ -274,10 +287,10 @@ void Server::on_completed(void *server, MHD_Connection *, void **exchange, MHD_R
     if (over == nullptr) {
         return;
     }
-    if (over->status != 0) {
-        self->m_service.counters.count(over->status, Request::Clock::now() - over->request.arrival());
+    if (!over->is_stream) {
+        self->m_service.counters.add_time(Request::Clock::now() - over->request.arrival());
     }
-    self->m_connections.end_answer(over->connection);
+    self->m_service.connections.end_answer(over->connection);
 }
 
 void Server::on_connection(void *server, MHD_Connection *connection, void **context,
@@ -286,9 +299,9 @@ void Server::on_connection(void *server, MHD_Connection *connection, void **cont
     auto *self = static_cast<Server *>(server);
     if (code == MHD_CONNECTION_NOTIFY_STARTED) {
         const auto *info = MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD);
-        *context = &self->m_connections.open(info->connect_fd);
+        *context = &self->m_service.connections.open(info->connect_fd);
     } else {
-        self->m_connections.close(*static_cast<Connections::Connection *>(*context));
+        self->m_service.connections.close(*static_cast<Connections::Connection *>(*context));
     }
 }
 

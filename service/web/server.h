@@ -1,7 +1,6 @@
 // The HTTP server: takes requests in, and sends their replies.
 #pragma once
 
-#include "connections.h"
 #include "options.h"
 #include "reply.h"
 #include "request.h"
@@ -50,7 +49,6 @@ class Server {
     static size_t unescape(void *server, MHD_Connection *connection, char *text);
 
     const Options &m_options;
-    Connections m_connections;
     Service m_service;
     Works m_works;
     std::thread m_events;

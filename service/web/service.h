@@ -1,11 +1,11 @@
 // What the requests' handlers work with.
 #pragma once
 
+#include "connections.h"
 #include "counters.h"
 #include "events.h"
 #include "rendering.h"
 
-#include <cstddef>
 #include <memory>
 #include <string_view>
 #include <zvservice/camera.h>
@@ -13,11 +13,13 @@
 namespace zvweb {
 
 struct Service {
+    explicit Service(size_t max_clients) : connections(max_clients) {}
+
+    Connections connections;
     zvservice::Camera camera;
     Renderings renderings;
     Events events{camera, renderings};
     Counters counters;
-    size_t clients = 0; // connections now
 
     // Of the present state, null before the first.
     std::shared_ptr<const Rendering> rendering() { return renderings.of(*camera.snapshot()); }
