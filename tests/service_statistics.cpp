@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <numeric>
+#include <thread>
 #include <zvctrl/camera_setting_ids.h>
 #include <zvservice/camera.h>
 
@@ -93,7 +94,8 @@ TEST(Statistics, CountWhatPollsAndCallsCameTo)
         SimProcess::fault(fault);
         EXPECT_EQ(outcome, camera.refresh().outcome());
         SimProcess::fault("clear");
-        while (!camera.refresh().done()) {
+        for (int i = 0; i < 100 && !camera.refresh().done(); ++i) { // it may have to come into step
+            std::this_thread::sleep_for(10ms);
         }
         const Statistics after = camera.statistics();
         EXPECT_LT(count(before.polls, outcome), count(after.polls, outcome));
@@ -136,7 +138,7 @@ TEST(Statistics, AreMetricsWithTheStatusesThatAreNumbers)
     all_status_settings_t record = {};
     uint8_t *values = record.bytes + ALL_STATUS_OFFSET;
     values[STATUS_SYSTEM_ENCODING_ACTIVE] = 1;
-    values[STATUS_SYSTEM_CAMERA_CONTROL_STATUS] = 0xFE; // signed
+    values[STATUS_WIRELESS_WIFI_BARS] = 0xFE; // signed
     Snapshot snapshot;
     snapshot.link = LinkState::STALE;
     snapshot.revision = 17;
@@ -156,17 +158,12 @@ TEST(Statistics, AreMetricsWithTheStatusesThatAreNumbers)
              "# UNIT zv_state_age_seconds seconds\n",
              "zv_status_system_encoding_active{status=\"10\"} 1\n",
              "zv_status_wireless_state{status=\"19\"} 0\nzv_status_wireless_state{status=\"22\"} 0\n",
-             "zv_status_system_camera_control_status{status=\"114\"} 4294967294\n",
+             "zv_status_wireless_wifi_bars{status=\"56\"} -2.0\n",
          }) {
         EXPECT_THAT(metrics, HasSubstr(lines));
     }
     EXPECT_THAT(metrics, Not(HasSubstr("forbidden")));
     EXPECT_THAT(metrics, Not(HasSubstr("ssid")));
-    size_t families = 0;
-    for (size_t at = 0; (at = metrics.find("# TYPE ", at)) != std::string::npos; ++at) {
-        ++families;
-    }
-    EXPECT_EQ(7U + 79U, families); // two statuses are texts, and two share a name
 }
 
 } // namespace
