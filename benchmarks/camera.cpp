@@ -2,76 +2,17 @@
 // tool.
 #include "measure.h"
 #include "process.h"
+#include "simulated_camera.h"
 
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
 #include <string>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
 using namespace bench;
 
-constexpr useconds_t FILES_REST = 200000; // the stand-in keeps no value of a file that was written a moment ago
-
-// Runs as long as the object lives; its system information is in a folder of its own, which every program finds that
-// is started meanwhile.
-class Camera {
-  public:
-    explicit Camera(Cores cores)
-    {
-        char folder[] = "/tmp/zvbench.XXXXXX";
-        int ends[2];
-        if (mkdtemp(folder) == nullptr || pipe(ends) != 0) {
-            return;
-        }
-        m_folder = folder;
-        setenv("ZVCSI_DIR", folder, 1);
-        run_as_client();
-        m_process = fork();
-        if (m_process == 0) {
-            prctl(PR_SET_PDEATHSIG, SIGKILL);
-            run_as_peer(cores);
-            dup2(ends[1], STDOUT_FILENO);
-            close(ends[0]);
-            close(ends[1]);
-            execl(ZVBENCH_ZVSIM, ZVBENCH_ZVSIM, nullptr);
-            _exit(1);
-        }
-        close(ends[1]);
-        m_output = ends[0];
-        char line[256]; // it prints one when it is ready, and nothing before
-        m_is_ready = read(m_output, line, sizeof line) > 0;
-        usleep(FILES_REST);
-    }
-    ~Camera()
-    {
-        if (m_process > 0) {
-            kill(m_process, SIGTERM);
-            waitpid(m_process, nullptr, 0);
-            close(m_output);
-        }
-        std::filesystem::remove_all(m_folder);
-    }
-    Camera(const Camera &) = delete;
-    Camera &operator=(const Camera &) = delete;
-
-    bool is_ready() const { return m_is_ready; }
-
-  private:
-    std::string m_folder;
-    pid_t m_process = -1;
-    int m_output = -1;
-    bool m_is_ready = false;
-};
-
 void run_service(benchmark::State &state, Cores cores, const std::string &service)
 {
-    const Camera camera(cores);
+    const SimulatedCamera camera(cores);
     for (auto _ : state) {
         const double nanoseconds = camera.is_ready() ? number_printed_by(service) : 0;
         if (nanoseconds == 0) {
@@ -84,7 +25,7 @@ void run_service(benchmark::State &state, Cores cores, const std::string &servic
 
 void run_tool(benchmark::State &state, const char *program, const char *argument)
 {
-    const Camera camera(Cores::TWO);
+    const SimulatedCamera camera(Cores::TWO);
     for (auto _ : state) {
         if (!camera.is_ready() || !run_program(program, argument)) {
             state.SkipWithError("the program fails");

@@ -3,6 +3,7 @@
 #include "library.h"
 #include "measure.h"
 #include "report.h"
+#include "web_rows.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>
@@ -11,7 +12,7 @@ namespace {
 
 using enum bench::Conditions;
 
-// The regimes are steady, moving, random and cold; the cores two and one.
+// The regimes are steady, moving, random and cold; the cores two and one; connections 1 and 16; clients 1, 100, 1000.
 constexpr bench::Row rows[] = {
     {REGIMES, "documents", "to_chars_table", {0.65, 0.65, 0.40}},
     {REGIMES, "documents", "digit_table", {1.05, 1.05, 0.80}},
@@ -40,6 +41,15 @@ constexpr bench::Row rows[] = {
     {ONCE, "zvcam_status", "busctl_version", {}, {2200000}},
     {ONCE, "start", "empty_library", {1.3}},
     {ONCE, "load", "empty_library", {1.4}},
+    {CONNECTIONS, "web_state", "libmicrohttpd"},
+    {CONNECTIONS, "web_state_99_percent", "libmicrohttpd"},
+    {CONNECTIONS, "web_state_processor", "libmicrohttpd", {}, {50000, 50000}},
+    {CLIENTS, "web_change", "bare_sends"},
+    {CLIENTS, "web_change_99_percent", "bare_sends"},
+    {CLIENTS, "web_change_processor", "bare_sends"},
+    {CLIENTS, "web_offers", "bare_sends"},
+    {CLIENTS, "web_offers_99_percent", "bare_sends"},
+    {CLIENTS, "web_offers_processor", "bare_sends"},
 };
 
 constexpr bench::Series series[] = {
@@ -88,6 +98,7 @@ int main(int argc, char **argv)
         bench::print(rows, figures);
         bench::print(series, figures);
         bench::print_library();
+        bench::print_web();
     }
     return figures.failed() ? 1 : 0;
 }

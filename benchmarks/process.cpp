@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sched.h>
 #include <spawn.h>
@@ -49,16 +50,39 @@ void run_as_peer(Cores cores)
     run_on(cores == Cores::SAME ? processors().first : processors().second);
 }
 
-double number_printed_by(const std::string &command)
+void run_anywhere()
 {
+    cpu_set_t all;
+    memset(&all, 0xff, sizeof all);
+    sched_setaffinity(0, sizeof all, &all);
+}
+
+std::vector<double> numbers_printed_by(const std::string &command)
+{
+    std::vector<double> numbers;
     FILE *output = popen(command.c_str(), "r");
     if (output == nullptr) {
-        return 0;
+        return numbers;
     }
-    char line[64] = {};
-    const bool read = fgets(line, sizeof line, output) != nullptr;
+    char line[256] = {};
+    if (fgets(line, sizeof line, output) != nullptr) {
+        char *next = line;
+        for (char *end = nullptr;; next = end) {
+            const double number = strtod(next, &end);
+            if (end == next) {
+                break;
+            }
+            numbers.push_back(number);
+        }
+    }
     pclose(output);
-    return read ? strtod(line, nullptr) : 0;
+    return numbers;
+}
+
+double number_printed_by(const std::string &command)
+{
+    const std::vector<double> numbers = numbers_printed_by(command);
+    return numbers.empty() ? 0 : numbers.front();
 }
 
 bool run_program(const char *program, const char *argument)

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace bench {
 
@@ -15,7 +16,11 @@ std::pair<int, int> processors();
 void run_as_client();
 void run_as_peer(Cores cores);
 
-// The number that a command prints first; 0 when it fails.
+// Wherever the system puts it, whatever its starter was bound to.
+void run_anywhere();
+
+// The numbers in the first line that a command prints; the first of them alone, 0 where there is none.
+std::vector<double> numbers_printed_by(const std::string &command);
 double number_printed_by(const std::string &command);
 
 // Starts a program and waits for its end; it prints into nothing. `argument` may be null. False when it cannot

@@ -17,12 +17,18 @@ std::span<const char *const> names_of(Conditions conditions)
 {
     static constexpr const char *regimes[] = {"/steady", "/moving", "/random", "/cold"};
     static constexpr const char *cores[] = {"/two_cores", "/same_core"};
+    static constexpr const char *connections[] = {"/1", "/16"};
+    static constexpr const char *clients[] = {"/1", "/100", "/1000"};
     static constexpr const char *once[] = {""};
     switch (conditions) {
     case Conditions::REGIMES:
         return regimes;
     case Conditions::CORES:
         return cores;
+    case Conditions::CONNECTIONS:
+        return connections;
+    case Conditions::CLIENTS:
+        return clients;
     case Conditions::ONCE:
         break;
     }

@@ -3,14 +3,14 @@
 //     zvbench_service_core snapshot THREADS    one snapshot() of as many threads at once, the mean
 //     zvbench_service_core event PERCENTILE    from a write's answer to a subscriber's event of it; 50 is the median
 //     zvbench_service_core idle SECONDS        the processor's time per second of a camera that is polled at 2 Hz
+#include "process.h"
+
 #include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <optional>
-#include <sched.h>
 #include <string>
 #include <string_view>
 #include <sys/resource.h>
@@ -29,14 +29,6 @@ constexpr milliseconds ANSWER(1000);
 constexpr size_t FIRST_EVENTS = 50; // not counted
 constexpr size_t EVENTS = 1000;
 constexpr char ZOOM[] = "\"75\":"; // the status that tells it
-
-// Its starter may be bound to one processor.
-void run_anywhere()
-{
-    cpu_set_t all;
-    memset(&all, 0xff, sizeof all);
-    sched_setaffinity(0, sizeof all, &all);
-}
 
 double nanoseconds(Clock::duration time)
 {
@@ -147,7 +139,7 @@ int main(int argc, char **argv)
         fprintf(stderr, "usage: zvbench_service_core snapshot|event|idle NUMBER\n");
         return 2;
     }
-    run_anywhere();
+    bench::run_anywhere();
     printf("%.1f\n", measure(argv[1], number));
     return 0;
 }
