@@ -5,6 +5,7 @@ import json
 import os
 import subprocess
 
+import jsonschema
 import pytest
 import requests
 from conftest import KEPT, LONG, PATIENCE, WEB_SOURCES, wait_until
@@ -43,6 +44,8 @@ def test_the_description_is_whole(contract, web):
                 walk(item)
 
     walk(contract.document)
+    for schema in contract.document["components"]["schemas"].values():
+        jsonschema.Draft202012Validator.check_schema(schema)
     methods = [method for item in contract.document["paths"].values() for method in item if method != "parameters"]
     assert len(names) == len(set(names)) == len(methods)
 
