@@ -32,6 +32,7 @@ except ImportError as missing:
 
 WEB_SOURCES = pathlib.Path(__file__).parents[2] / "service" / "web"
 LONG = bool(os.environ.get("ZVWEB_LONG"))  # also what takes many seconds
+os.environ["TSAN_OPTIONS"] = os.environ.get("TSAN_OPTIONS", "") + " atexit_sleep_ms=0"  # an end is timed here
 PATIENCE = 10  # seconds; nothing that works takes half of it
 
 

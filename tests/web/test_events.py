@@ -21,13 +21,13 @@ def shows(number, option):
     return lambda change: change["settings"].get(str(number)) == option
 
 
-def collect(stream, last):
-    """All events up to the first that `last` holds for."""
+def collect(stream, last=lambda event: False):
+    """All events up to the first that `last` holds for, or up to the stream's end."""
     events = []
-    while not events or not last(events[-1]):
-        events.append(stream.next())
-        assert events[-1] and events[-1].kind != "broken", events[-1]
-    return events
+    while (event := stream.next()) and not last(event):
+        assert event.kind != "broken", event.data
+        events.append(event)
+    return events + [event]
 
 
 def document(state):
@@ -120,7 +120,7 @@ def test_streams_end_in_order_with_the_program(camera, start_web, number):
                         b'Content-Length: 12\r\n\r\n{"option":8}')
         assert web.state()["link"] == "up"
         web.end(signal_number=number)
-    assert all(stream.next() is None for stream in streams)
+    assert all(collect(stream)[-1] is None for stream in streams)
 
 
 def test_many_clients_at_once(camera, web):
