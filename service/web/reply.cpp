@@ -82,8 +82,8 @@ Answer problem(const Result &result)
     switch (result.outcome()) {
     case Outcome::NO_ANSWER:
         return problem(status, result.sentence() + (result.sentence().ends_with(zvservice::NOTHING_SENT)
-                                                        ? ", but a frozen camera may still carry out what was before it"
-                                                        : "; a frozen camera may still carry it out"));
+                                                        ? " (a frozen camera may still carry out what was before it)"
+                                                        : " (a frozen camera may still carry it out)"));
     case Outcome::FORBIDDEN:
         return problem(status, result.sentence(), "\"why\":" + zvservice::why_json(result.reasons()));
     case Outcome::REFUSED:
