@@ -167,7 +167,7 @@ def test_clients_that_hang_or_vanish(web, camera):
         with web.connect() as connection:
             connection.sendall(sent)
             connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
-    web.put(3, "60")
+    web.put(88, "50P")
     assert web.memory_kib() - before < 16 << 10
 
 
