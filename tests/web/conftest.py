@@ -33,6 +33,7 @@ except ImportError as missing:
 WEB_SOURCES = pathlib.Path(__file__).parents[2] / "service" / "web"
 LONG = bool(os.environ.get("ZVWEB_LONG"))  # also what takes many seconds
 os.environ["TSAN_OPTIONS"] = os.environ.get("TSAN_OPTIONS", "") + " atexit_sleep_ms=0"  # an end is timed here
+NO_ROOM = "ulimit -q"  # for queues: a user has few bytes for all of them, and a removed one keeps its while it is open
 PATIENCE = 10  # seconds; nothing that works takes half of it
 
 
@@ -91,6 +92,17 @@ class Process:
         assert re.fullmatch(told, self.told(), re.DOTALL), self.told()
 
 
+def run(program, *words):
+    """What a program prints that has nothing to complain of."""
+    def ended():
+        outcome = subprocess.run([os.environ[program], *words], capture_output=True, text=True)
+        return None if NO_ROOM in outcome.stderr else outcome
+
+    outcome = wait_until(ended, "there is room for its queues")
+    assert outcome.stderr == "", outcome
+    return outcome.stdout
+
+
 class Camera:
     """A simulated camera, with its command line tool."""
 
@@ -98,10 +110,9 @@ class Camera:
         self.process = None
 
     def start(self, *arguments):
-        """Waits for room: a removed queue keeps its bytes, of which the user has few, until its last client lets go."""
         def ready():
             self.process = Process("ZVSIM", *arguments)
-            return "ready" in self.process.greeting or "ulimit -q" not in self.process.told()
+            return "ready" in self.process.greeting or NO_ROOM not in self.process.told()
 
         wait_until(ready, "there is room for the camera's queues")
         assert "ready" in self.process.greeting, self.process.told()
@@ -120,18 +131,14 @@ class Camera:
         self.fault("clear")
 
     def fault(self, rule):
-        subprocess.run([os.environ["ZVSIM"], "fault", rule], check=True)
+        run("ZVSIM", "fault", rule)
 
     def media(self):
-        ended = subprocess.run([os.environ["ZVSIM"], "media"], capture_output=True, text=True)
-        assert ended.returncode == 0, ended.stderr
-        return ended.stdout
+        return run("ZVSIM", "media")
 
     def zvcam(self, *words):
         """What a command prints as JSON, also one whose answer is no."""
-        ended = subprocess.run([os.environ["ZVCAM"], *words, "--json"], capture_output=True, text=True)
-        assert ended.returncode in (0, 1), ended.stderr
-        return json.loads(ended.stdout)
+        return json.loads(run("ZVCAM", *words, "--json"))
 
 
 class Contract:
