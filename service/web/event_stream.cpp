@@ -54,7 +54,7 @@ MHD_Response *make_event_stream(Events &events, MHD_Connection *connection, cons
         MHD_create_response_from_callback(MHD_SIZE_UNKNOWN, BLOCK_SIZE, Client::read, client.get(), Client::leave);
     if (response != nullptr) {
         client.release(); // NOLINT(bugprone-unused-return-value): the response's now
-        MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, "text/event-stream");
+        MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, EVENTS_TYPE);
     }
     return response;
 }

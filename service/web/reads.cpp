@@ -111,6 +111,11 @@ Reply read_available(Service &service, const Request &, std::string_view)
 
 Reply read_events(Service &, const Request &request, std::string_view)
 {
+    if (request.is_head()) { // no stream, not even its end
+        Answer answer;
+        answer.content_type = EVENTS_TYPE;
+        return answer;
+    }
     const auto last_event = request.header("Last-Event-ID");
     return Stream{last_event ? std::optional<std::string>(*last_event) : std::nullopt};
 }

@@ -16,6 +16,7 @@
 namespace zvweb {
 
 inline constexpr char JSON_TYPE[] = "application/json";
+inline constexpr char EVENTS_TYPE[] = "text/event-stream";
 
 struct Answer {
     unsigned status = 200;

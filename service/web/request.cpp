@@ -7,7 +7,8 @@
 namespace zvweb {
 
 Request::Request(MHD_Connection *connection, std::string_view method, std::string_view path)
-    : m_connection(connection), m_method(method == MHD_HTTP_METHOD_HEAD ? MHD_HTTP_METHOD_GET : method), m_path(path)
+    : m_connection(connection), m_is_head(method == MHD_HTTP_METHOD_HEAD),
+      m_method(m_is_head ? MHD_HTTP_METHOD_GET : method), m_path(path)
 {
 }
 

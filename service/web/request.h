@@ -28,6 +28,7 @@ class Request {
     {
         return m_method;
     } // GET also for HEAD, which has the same answer without its body
+    bool is_head() const { return m_is_head; }
     std::string_view path() const { return m_path; }
     Clock::time_point arrival() const { return m_arrival; }
 
@@ -47,6 +48,7 @@ class Request {
     std::optional<std::string_view> value(MHD_ValueKind kind, const char *name) const;
 
     MHD_Connection *m_connection;
+    bool m_is_head;
     std::string m_method;
     std::string m_path;
     Clock::time_point m_arrival = Clock::now();
