@@ -775,13 +775,14 @@ function takeOffer({ revision, settings }) {
   showNow();
 }
 
-// What the stream does not tell: who the camera is, and after a resume what is available.
+// What the stream does not tell: who the camera is, and after a resume its link and what is available.
 async function readCamera() {
   const camera = await request('GET', 'camera');
   if (!camera.ok) {
     return;
   }
   state.camera = camera.body;
+  state.link = camera.body.link;
   if (camera.body.revision > 0) {
     const [catalogue, available] = await Promise.all([request('GET', 'catalogue'), request('GET', 'available')]);
     if (catalogue.ok && catalogue.text !== state.catalogue) {
@@ -831,6 +832,7 @@ async function request(method, path, body) {
 let stream = null;
 let heardAt = 0;
 let retryMs = FIRST_RETRY_MS;
+let lastTask = Promise.resolve();
 
 function setOnline(online) {
   if (!online && state.online && state.link === 'up') {
@@ -855,7 +857,7 @@ async function connect() {
     retryMs = FIRST_RETRY_MS;
     heardAt = performance.now();
     setOnline(true);
-    readCamera();
+    inTurn(readCamera);
   };
   stream.onerror = () => {
     setOnline(false);
@@ -863,14 +865,17 @@ async function connect() {
       connectLater();
     }
   };
-  // One after the other: an event may have to wait for an answer.
-  let last = Promise.resolve();
   for (const [kind, take] of Object.entries(ON_EVENT)) {
     stream.addEventListener(kind, ({ data }) => {
       heardAt = performance.now();
-      last = last.then(() => take(JSON.parse(data))).catch(console.error);
+      inTurn(() => take(JSON.parse(data)));
     });
   }
+}
+
+// What comes in is taken one after the other, for some of it waits for an answer: so the newest has the last word.
+function inTurn(task) {
+  lastTask = lastTask.then(task).catch(console.error);
 }
 
 function connectLater() {
