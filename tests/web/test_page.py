@@ -264,6 +264,9 @@ def test_a_server_that_goes_is_told_and_comes_back(camera, start_web, open_page)
     page = open_page(f"http://127.0.0.1:{relay.server_address[1]}/")
     page.expected = "ERR_"
     page.await_up()
+    for resolution in ("1080", "2.7K", "4K"):
+        page.choose(RESOLUTION, resolution)
+        page.await_text("#told", f"Video resolution is now {resolution}")
     relay.cut()
     page.await_text("#link", "^Connection to the server lost")
     camera.process.freeze()
@@ -273,10 +276,10 @@ def test_a_server_that_goes_is_told_and_comes_back(camera, start_web, open_page)
     camera.process.thaw()
     page.await_up()
     relay.cut()
+    first.end()
     relay.port = start_web().port
-    camera.zvcam("set", "video/fps", "30")
-    wait_until(lambda: page.choice(FPS) == "30")
-    page.await_up()
+    camera.zvcam("set", "video/resolution", "1080")
+    wait_until(page.find(f"#setting-{FPS} option[value='240']").is_enabled, "the new server's offer shows")
     relay.shutdown()
 
 
@@ -336,8 +339,12 @@ def test_a_token_is_asked_for(camera, start_web, open_page, tmp_path):
     token = tmp_path / "token"
     token.write_text("open-sesame-0123456789\n")
     token.chmod(0o600)
-    page = open_page(start_web("--token-file", str(token)).url)
-    page.expected = " 401 "
+    web = start_web()
+    page = open_page(web.url)
+    page.expected = " 401 |ERR_"
+    page.await_up()
+    web.process.kill()
+    start_web("--token-file", str(token), address=f"127.0.0.1:{web.port}")
     for word, answer in (("wrong", "not accepted"), ("open-sesame-0123456789", "")):
         wait_until(lambda: page.find("#token").is_displayed())
         page.find("#token").send_keys(word + Keys.ENTER)
