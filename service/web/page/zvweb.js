@@ -109,7 +109,6 @@ const ANSWER_MS = 20000; // the server gives up after 15 s
 // ---- What is known
 
 const state = {
-  epoch: '',
   online: false, // with the server
   link: 'down', // of the server with the camera
   camera: {},
@@ -733,12 +732,9 @@ function showAll() {
 }
 
 const ON_EVENT = {
-  async state({ epoch, link, age_ms: age, status, settings }) {
+  async state({ link, age_ms: age, status, settings }) {
     const isFirst = !has(state.status);
-    if (epoch !== state.epoch) {
-      state.availableRevision = -1;
-    }
-    Object.assign(state, { epoch, link, knownAt: has(status) ? performance.now() - age : state.knownAt });
+    Object.assign(state, { link, knownAt: has(status) ? performance.now() - age : state.knownAt });
     await apply(status, settings, isFirst);
     showAll();
   },
@@ -780,6 +776,9 @@ async function readCamera() {
   const camera = await request('GET', 'camera');
   if (!camera.ok) {
     return;
+  }
+  if (camera.body.epoch !== state.camera.epoch) {
+    state.availableRevision = -1; // another server counts anew
   }
   state.camera = camera.body;
   state.link = camera.body.link;
