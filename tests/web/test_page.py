@@ -323,18 +323,6 @@ def test_the_keyboard_is_enough(page, camera):
         page.await_text("#shutter", text)
 
 
-def test_deleting_is_asked_first(page, camera):
-    files = camera.media()
-    for button, answer in (("#delete-all", Keys.ESCAPE), ("#delete-last", Keys.ENTER)):
-        page.find(button).click()
-        page.press(answer)
-        assert not page.find("#confirm").is_displayed() and camera.media() == files
-    page.find("#delete-all").click()
-    page.find("#confirm [value=yes]").click()
-    page.await_text("#facts", "0 videos and 0 photos")
-    assert camera.media() != files
-
-
 def test_a_token_is_asked_for(camera, start_web, open_page, tmp_path):
     token = tmp_path / "token"
     token.write_text("open-sesame-0123456789\n")
@@ -397,3 +385,15 @@ def test_it_is_small_and_all_its_own(page):
     assert all(name.startswith(page.url) for name, size in loaded)
     files = {name.removeprefix(page.url): size for name, size in loaded if "/api/" not in name}
     assert {"", "zvweb.css", "zvweb.js"} <= files.keys() and 20000 < sum(files.values()) < 60000
+
+
+def test_deleting_is_asked_first(page, camera):
+    files = camera.media()
+    for button, answer in (("#delete-all", Keys.ESCAPE), ("#delete-last", Keys.ENTER)):
+        page.find(button).click()
+        page.press(answer)
+        assert not page.find("#confirm").is_displayed() and camera.media() == files
+    page.find("#delete-all").click()
+    page.find("#confirm [value=yes]").click()
+    page.await_text("#facts", "0 videos and 0 photos")
+    assert camera.media() != files
