@@ -24,11 +24,11 @@ class Request {
     Request(MHD_Connection *connection, std::string_view method, std::string_view path);
 
     MHD_Connection *connection() const { return m_connection; }
-    std::string_view method() const
-    {
-        return m_method;
-    } // GET also for HEAD, which has the same answer without its body
+
+    // GET also for HEAD, which has the same answer without its body.
+    std::string_view method() const { return m_method; }
     bool is_head() const { return m_is_head; }
+
     std::string_view path() const { return m_path; }
     Clock::time_point arrival() const { return m_arrival; }
 
