@@ -10,6 +10,8 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <unistd.h>
@@ -78,6 +80,22 @@ MHD_Response *make_response(Answer given)
         answer.release(); // NOLINT(bugprone-unused-return-value): the response's now
     }
     return response;
+}
+
+// Without memory or a thread: there is nothing to tell it with.
+Answer failed()
+{
+    Answer answer;
+    answer.status = MHD_HTTP_INTERNAL_SERVER_ERROR;
+    answer.content_type = nullptr;
+    return answer;
+}
+
+Answer carry_out(const Work &work, Request::Clock::time_point arrival)
+try {
+    return work(std::max(WORK_PATIENCE - time_since(arrival), milliseconds(0)));
+} catch (const std::bad_alloc &) {
+    return failed();
 }
 
 } // namespace
@@ -232,13 +250,13 @@ Reply Server::reply_to(const Exchange &exchange)
 MHD_Result Server::work(Exchange &exchange, Work work)
 {
     MHD_Connection *connection = exchange.request.connection();
-    MHD_suspend_connection(connection);
-    const bool started = m_works.start([&exchange, connection, work = std::move(work)] {
-        exchange.worked_out = work(std::max(WORK_PATIENCE - time_since(exchange.request.arrival()), milliseconds(0)));
+    std::function<void()> job = [&exchange, connection, work = std::move(work)] {
+        exchange.worked_out = carry_out(work, exchange.request.arrival());
         MHD_resume_connection(connection);
-    });
-    if (!started) {
-        exchange.worked_out = unavailable("no thread is to be had that could wait for the camera");
+    };
+    MHD_suspend_connection(connection);
+    if (!m_works.start(std::move(job))) {
+        exchange.worked_out = failed();
         MHD_resume_connection(connection);
     }
     return MHD_YES;

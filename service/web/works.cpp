@@ -1,6 +1,7 @@
 #include "works.h"
 
 #include <memory>
+#include <new>
 #include <pthread.h>
 #include <utility>
 
@@ -18,11 +19,11 @@ struct Call {
 
 } // namespace
 
-bool Works::start(std::function<void()> work)
+bool Works::start(std::function<void()> work) noexcept
 {
-    auto call = std::make_unique<Call>(Call{this, std::move(work)});
+    std::unique_ptr<Call> call(new (std::nothrow) Call{this, std::move(work)});
     const std::lock_guard lock(m_mutex);
-    if (m_ended) {
+    if (call == nullptr || m_ended) {
         return false;
     }
     pthread_attr_t attributes;

@@ -10,8 +10,9 @@ namespace zvweb {
 
 class Works {
   public:
-    // Runs `work` in a thread of its own. False where no thread can be had, and after end().
-    bool start(std::function<void()> work);
+    // Runs `work` in a thread of its own. False where no thread or no memory can be had, and
+    // after end(): nothing is kept of the work then.
+    bool start(std::function<void()> work) noexcept;
 
     // Starts none from now on.
     void end();
