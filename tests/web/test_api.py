@@ -385,7 +385,7 @@ def test_a_token_is_asked_for(contract, start_web, tmp_path):
             ("Authorization", f"Bearer {token}", 200), ("Authorization", f"bearer {token}", 200),
             ("Cookie", f"zvweb_token={token}", 200), ("Cookie", f"other=1; zvweb_token={token}", 200),
             ("Authorization", f"Bearer {token[:-1]}", 401), ("Authorization", f"Bearer {token}x", 401),
-            ("Authorization", "Bearer ", 401), ("Authorization", token, 401), ("Authorization", f"Basic {token}", 401),
+            ("Authorization", "Bearer ", 401), ("Authorization", token, 401), ("Authorization", f"Digest {token}", 401),
             ("Cookie", f"zvweb_token={token}x", 401), ("Cookie", "zvweb_token=", 401), ("Cookie", f"x={token}", 401)):
         web.call("GET", "/api/v1/state", status, headers={header: value})
 
