@@ -40,11 +40,14 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 using Numbers = std::vector<double>;
 
-constexpr size_t FIRST_REQUESTS = 1000; // not counted
-constexpr size_t REQUESTS = 8000;
-constexpr size_t FIRST_CHANGES = 10;      // not counted
-constexpr size_t FEW_CHANGES_FROM = 1000; // clients
-constexpr milliseconds BETWEEN_CHANGES(5);
+constexpr size_t FIRST_REQUESTS = 500; // not counted
+constexpr size_t REQUESTS = 4000;
+constexpr size_t FIRST_CHANGES = 10; // not counted
+constexpr size_t CHANGES_MAX = 150;  // fewer where that would be more events
+constexpr size_t CHANGES_MIN = 25;
+constexpr size_t EVENTS_MAX = 10000;
+constexpr milliseconds BETWEEN_CHANGES(2);
+constexpr int STARTS = 9;
 
 constexpr char STATE_REQUEST[] = "GET /api/v1/state HTTP/1.1\r\nHost: localhost\r\n\r\n";
 constexpr char EVENTS_REQUEST[] = "GET /api/v1/events HTTP/1.1\r\nHost: localhost\r\n\r\n";
@@ -238,12 +241,12 @@ class Audience {
     Numbers m_times;
 };
 
-// Returns the events of the last two changes.
+// Returns the events of a change to either option.
 std::vector<std::string> load_with_changes(const ServerProcess &server, const Change &change, size_t clients,
                                            Numbers &figures)
 {
-    const size_t count = clients < FEW_CHANGES_FROM ? 200 : 40;
-    std::vector<std::string> events;
+    const size_t count = std::clamp(EVENTS_MAX / clients, CHANGES_MIN, CHANGES_MAX);
+    std::vector<std::string> events(2);
     std::chrono::nanoseconds processor{};
     Audience audience(server, clients);
     for (size_t i = 0; i < FIRST_CHANGES + count; ++i) {
@@ -251,13 +254,13 @@ std::vector<std::string> load_with_changes(const ServerProcess &server, const Ch
             audience.times().clear();
             processor = server.processor_time();
         }
-        events.push_back(audience.change(change, i));
+        events[i % 2] = audience.change(change, i);
         std::this_thread::sleep_for(BETWEEN_CHANGES);
     }
     figures.push_back(percentile(audience.times(), 50));
     figures.push_back(percentile(audience.times(), 99));
     figures.push_back(nanoseconds(server.processor_time() - processor) / static_cast<double>(count));
-    return {events.end() - 2, events.end()};
+    return events;
 }
 
 void measure_changes(const Change &change, size_t clients, Numbers &figures)
@@ -302,12 +305,16 @@ double memory_of_connections(size_t connections)
 
 void measure_program(size_t clients, Numbers &figures)
 {
-    {
+    Numbers memory;
+    Numbers starts;
+    for (int i = 0; i < STARTS; ++i) {
         const ServerProcess zvweb(serve_camera);
         wait_for_state(zvweb);
-        figures.push_back(static_cast<double>(zvweb.private_memory()));
-        figures.push_back(nanoseconds(zvweb.start_time()));
+        memory.push_back(static_cast<double>(zvweb.private_memory()));
+        starts.push_back(nanoseconds(zvweb.start_time()));
     }
+    figures.push_back(percentile(memory, 50));
+    figures.push_back(percentile(starts, 50));
     figures.push_back(memory_of_streams(clients));
     figures.push_back(memory_of_connections(clients));
 }
