@@ -28,8 +28,7 @@ const STATUS = {
 const CHARGING = 4; // a battery level
 const CARD_READY = 0;
 
-// Menus, in their order: where a setting's name begins so it belongs there, and the others to the one without a
-// pattern.
+// Menus, in their order: a setting belongs where its name begins so, and else to the one without a pattern.
 const GROUPS = [
   { id: 'video', title: 'Video', names: /^video(\/|_)/ },
   { id: 'photo', title: 'Photo', names: /^photo\// },
@@ -91,6 +90,7 @@ const FACTS = [
   { title: 'On the card', text: files },
 ];
 
+// The camera's link, or the page's own where that is lost.
 const LINKS = {
   up: 'Camera connected',
   stale: 'The camera does not answer. These are its last known values.',
@@ -101,6 +101,7 @@ const LINKS = {
 };
 
 const MARKED_MS = 2000;
+const SLOW_MS = 1000; // an order that takes longer says that it is under way
 const SILENCE_MS = 20000; // of the stream, until somebody asks whether it still lives
 const FIRST_RETRY_MS = 1000;
 const LAST_RETRY_MS = 15000;
@@ -522,7 +523,7 @@ function obstacle() {
   return { up: '', down: 'There is no camera.' }[state.link] ?? 'The camera does not answer.';
 }
 
-// What the camera has goes out only when the last order is through: of several choices meanwhile the last one.
+// An order goes out when the last one is through; of several choices meanwhile, the last one does.
 async function choose(row) {
   if (row.field.value === '') {
     say(row.note, `Still ${valueText(row)}.`); // somebody may be about to type
@@ -557,9 +558,11 @@ async function send(row, option, force) {
     fail(row.note, hindrance);
     return;
   }
-  say(row.note, 'Sending …');
+  say(row.note, '');
+  const slow = setTimeout(say, SLOW_MS, row.note, 'Sending …');
   const body = { option: row.options.length ? option : Number(option) };
   const answer = await request('PUT', `settings/${row.number}`, force ? { ...body, force } : body);
+  clearTimeout(slow);
   if (!answer.ok) {
     fail(row.note, answer.detail);
   } else if (answer.status === 202) {
@@ -655,7 +658,7 @@ function showAge() {
 
 const statusNames = new Map(); // the API knows statuses by number; the metrics have their names
 
-async function showStatuses() {
+function showStatuses() {
   if (!$('statuses').open) {
     return;
   }
