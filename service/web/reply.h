@@ -23,8 +23,8 @@ struct Answer {
     const char *content_type = JSON_TYPE;
     std::string head; // the body's beginning, this answer's own
 
-    // The rest of the body, in pieces that many answers share, and what keeps them alive. They are sent from where they
-    // are.
+    // The rest of the body, in pieces that many answers share, and what keeps them alive. Long ones are sent from where
+    // they are.
     std::vector<std::string_view> shared;
     std::shared_ptr<const void> owner;
 

@@ -42,6 +42,9 @@ constexpr milliseconds LAST_ANSWERS(200);
 // What a camera may take for a request, of which the sending takes a part.
 constexpr milliseconds WORK_PATIENCE = zvservice::CALL_PATIENCE - milliseconds(250);
 
+// An answer up to here, in bytes, is copied into one buffer: that costs less than to send it in pieces.
+constexpr size_t COPIED_MAX = 8192;
+
 milliseconds time_since(Request::Clock::time_point time)
 {
     return std::chrono::duration_cast<milliseconds>(Request::Clock::now() - time);
@@ -65,17 +68,35 @@ void drop(void *answer)
     delete static_cast<Answer *>(answer);
 }
 
+// One buffer leaves with the headers; pieces leave after them, with a system call and a packet of their own.
+MHD_Response *make_short_response(Answer &answer)
+{
+    for (const std::string_view piece : answer.shared) {
+        answer.head.append(piece);
+    }
+    return MHD_create_response_from_buffer_with_free_callback_cls(answer.head.size(), answer.head.data(), drop,
+                                                                  &answer);
+}
+
+MHD_Response *make_long_response(Answer &answer)
+{
+    std::vector<MHD_IoVec> pieces;
+    pieces.push_back({answer.head.data(), answer.head.size()});
+    for (const std::string_view piece : answer.shared) {
+        pieces.push_back({piece.data(), piece.size()});
+    }
+    return MHD_create_response_from_iovec(pieces.data(), static_cast<unsigned>(pieces.size()), drop, &answer);
+}
+
 // Of an answer that lives until it is sent.
 MHD_Response *make_response(Answer given)
 {
     auto answer = std::make_unique<Answer>(std::move(given));
-    std::vector<MHD_IoVec> pieces;
-    pieces.push_back({answer->head.data(), answer->head.size()});
+    size_t size = answer->head.size();
     for (const std::string_view piece : answer->shared) {
-        pieces.push_back({piece.data(), piece.size()});
+        size += piece.size();
     }
-    MHD_Response *response =
-        MHD_create_response_from_iovec(pieces.data(), static_cast<unsigned>(pieces.size()), drop, answer.get());
+    MHD_Response *response = size <= COPIED_MAX ? make_short_response(*answer) : make_long_response(*answer);
     if (response != nullptr) {
         answer.release(); // NOLINT(bugprone-unused-return-value): the response's now
     }
