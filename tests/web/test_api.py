@@ -429,7 +429,9 @@ def test_wrong_usage_is_one_line(tmp_path, start_web):
                                capture_output=True, text=True, timeout=PATIENCE)
         assert (ended.returncode, ended.stdout, ended.stderr.count("\n")) == (2, "", 1), (arguments, ended)
     for arguments in (("--no-auth",), ("--token-file", str(token))):
-        start_web(*arguments, address="0.0.0.0:0")
+        web = start_web(*arguments, address="0.0.0.0:0")
+        web.call("GET", "/", 200)
+        web.call("GET", "/", 403, headers={"Host": f"evil.test:{web.port}"})
 
 
 def test_metrics(camera, web):
