@@ -28,9 +28,14 @@ std::string event_text(const Snapshot &snapshot, std::string_view name, std::str
 
 std::string state_data(const Snapshot &snapshot, const Rendering *rendering)
 {
-    std::string text = "{" + state_head(snapshot);
-    return rendering != nullptr ? text.append(rendering->status()).append(",").append(rendering->settings()).append("}")
-                                : text.append(EMPTY_DOCUMENTS).append("}");
+    std::string text("{");
+    text.append(state_head(snapshot));
+    if (rendering != nullptr) {
+        text.append(rendering->status()).append(",").append(rendering->settings());
+    } else {
+        text.append(EMPTY_DOCUMENTS);
+    }
+    return text.append("}");
 }
 
 // The number of "EPOCH-REVISION" where it is of this epoch.

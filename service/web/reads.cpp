@@ -22,7 +22,7 @@ constexpr char METRICS_TYPE[] = "application/openmetrics-text; version=1.0.0; ch
 Answer shared_documents(std::string head, const std::shared_ptr<const Rendering> &rendering,
                         std::vector<std::string_view> pieces)
 {
-    Answer answer = json_answer("{" + std::move(head));
+    Answer answer = json_answer(std::move(head.insert(0, "{")));
     answer.shared = std::move(pieces);
     answer.shared.emplace_back("}");
     answer.owner = rendering;

@@ -122,7 +122,7 @@ Answer last(Answer answer)
 
 std::string content_tag(std::string_view content)
 {
-    return "\"" + std::to_string(std::hash<std::string_view>()(content)) + "\"";
+    return std::string("\"").append(std::to_string(std::hash<std::string_view>()(content))).append("\"");
 }
 
 } // namespace zvweb
