@@ -19,10 +19,11 @@ namespace {
 constexpr char METRICS_TYPE[] = "application/openmetrics-text; version=1.0.0; charset=utf-8";
 
 // Of documents that stay where they are, with braces around them.
-Answer shared_documents(std::string head, const std::shared_ptr<const Rendering> &rendering,
+Answer shared_documents(std::string_view head, const std::shared_ptr<const Rendering> &rendering,
                         std::vector<std::string_view> pieces)
 {
-    Answer answer = json_answer(std::move(head.insert(0, "{")));
+    Answer answer = json_answer("{");
+    answer.head.append(head);
     answer.shared = std::move(pieces);
     answer.shared.emplace_back("}");
     answer.owner = rendering;
