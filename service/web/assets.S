@@ -15,7 +15,13 @@
         .section .rodata
         file    zvweb_page, "page/index.html"
         file    zvweb_style, "page/zvweb.css"
-        file    zvweb_script, "page/zvweb.js"
+        file    zvweb_script_known, "page/known.js"
+        file    zvweb_script_now, "page/now.js"
+        file    zvweb_script_server, "page/server.js"
+        file    zvweb_script_settings, "page/settings.js"
+        file    zvweb_script_view, "page/view.js"
+        file    zvweb_script_words, "page/words.js"
+        file    zvweb_script_zvweb, "page/zvweb.js"
         file    zvweb_icon, "page/icon.svg"
         file    zvweb_openapi, "openapi.json"
 

@@ -13,6 +13,12 @@ constexpr char POST[] = MHD_HTTP_METHOD_POST;
 constexpr Route ROUTES[] = {
     {"/", GET, read_page, true},
     {"/zvweb.css", GET, read_page, true},
+    {"/known.js", GET, read_page, true},
+    {"/now.js", GET, read_page, true},
+    {"/server.js", GET, read_page, true},
+    {"/settings.js", GET, read_page, true},
+    {"/view.js", GET, read_page, true},
+    {"/words.js", GET, read_page, true},
     {"/zvweb.js", GET, read_page, true},
     {"/icon.svg", GET, read_page, true},
     {"/openapi.json", GET, read_page},

@@ -170,7 +170,7 @@ class Contract:
             described = self.resolve(described)
         headers = answer.headers
         assert headers.get("X-Content-Type-Options") == "nosniff", headers
-        kept = answer.status_code < 400 and template in KEPT
+        kept = answer.status_code < 400 and path in KEPT
         assert (headers.get("Cache-Control") == "no-store") != kept, headers
         for name in described.get("headers", {}):
             assert name in headers, f"{method} {path} {answer.status_code}: {headers}"
@@ -187,7 +187,9 @@ class Contract:
 
 
 # May be kept by a client, unlike everything else.
-KEPT = ("/zvweb.css", "/zvweb.js", "/icon.svg", "/openapi.json", "/api/v1/catalogue")
+EXAMPLES = {"setting": "3", "module": "zvweb"}  # of the parameters in paths
+PAGE_FILES = sorted(f"/{file.name}" for file in (WEB_SOURCES / "page").iterdir() if file.suffix != ".html")
+KEPT = (*PAGE_FILES, "/openapi.json", "/api/v1/catalogue")
 
 
 # Of the kinds of events.
