@@ -393,7 +393,9 @@ def test_deleting_is_asked_first(page, camera):
         page.find(button).click()
         page.press(answer)
         assert not page.find("#confirm").is_displayed() and camera.media() == files
-    page.find("#delete-all").click()
-    page.find("#confirm [value=yes]").click()
+    for button in ("#delete-last", "#delete-all"):
+        page.find(button).click()
+        page.find("#confirm [value=yes]").click()
+        wait_until(lambda: camera.media() != files, f"{button} reaches the camera")
+        files = camera.media()
     page.await_text("#facts", "0 videos and 0 photos")
-    assert camera.media() != files
