@@ -423,17 +423,22 @@ def test_a_connection_too_many(start_web):
 
 
 def test_wrong_usage_is_one_line(tmp_path, start_web):
-    empty, token = tmp_path / "empty", tmp_path / "token"
+    empty, token, taken = tmp_path / "empty", tmp_path / "token", start_web()
     empty.write_text("\n")
     token.write_text("token\n")
-    for arguments in (
-            ("--listen", "0.0.0.0:0"), ("--listen", "[::]:0"), ("--listen", "nonsense"), ("--listen", ":0"),
-            ("--listen", "127.0.0.1"), ("--listen", "127.0.0.1:65536"), ("--token-file", str(tmp_path / "none")),
-            ("--token-file", str(empty)), ("--tls-cert", str(token)), ("--tls-key", str(token)),
-            ("--max-clients", "0"), ("--max-clients", "many"), ("--bogus",), ("surplus",)):
-        ended = subprocess.run([os.environ["ZVWEB"], "--listen", "127.0.0.1:0", *arguments],
-                               capture_output=True, text=True, timeout=PATIENCE)
-        assert (ended.returncode, ended.stdout, ended.stderr.count("\n")) == (2, "", 1), (arguments, ended)
+    # exit code, a word of the line, arguments
+    for code, word, *arguments in (
+            (2, "--no-auth", "--listen", "0.0.0.0:0"), (2, "--no-auth", "--listen", "[::]:0"),
+            (2, "nonsense", "--listen", "nonsense"), (2, "ADDRESS", "--listen", ":0"),
+            (2, "127.0.0.1", "--listen", "127.0.0.1"), (2, "65536", "--listen", "127.0.0.1:65536"),
+            (1, "in use", "--listen", f"127.0.0.1:{taken.port}"), (2, "none", "--token-file", str(tmp_path / "none")),
+            (2, "empty", "--token-file", str(empty)), (2, "--tls-key", "--tls-cert", str(token)),
+            (2, "--tls-cert", "--tls-key", str(token)), (2, "--max-clients", "--max-clients", "0"),
+            (2, "many", "--max-clients", "many"), (2, "--bogus", "--bogus"), (2, "surplus", "surplus")):
+        listen = () if "--listen" in arguments else ("--listen", "127.0.0.1:0")
+        ended = subprocess.run([os.environ["ZVWEB"], *listen, *arguments], capture_output=True, text=True)
+        assert (ended.returncode, ended.stdout, ended.stderr.count("\n")) == (code, "", 1), (arguments, ended)
+        assert word in ended.stderr, (arguments, ended)
     for arguments in (("--no-auth",), ("--token-file", str(token))):
         web = start_web(*arguments, address="0.0.0.0:0")
         web.call("GET", "/", 200)
