@@ -18,7 +18,7 @@ constexpr uint32_t NO_VALUE = UINT32_MAX; // no setting lists it
 
 bool same(const std::string &a, const char *b)
 {
-    return strcasecmp(a.c_str(), b) == 0;
+    return a.size() == strlen(b) && strcasecmp(a.c_str(), b) == 0; // a zero byte of a client's is a letter like others
 }
 
 bool to_number(const std::string &text, uint32_t &number)
@@ -121,9 +121,14 @@ std::string lower(std::string word)
     return word;
 }
 
-// How many letters have to be put in, left out or changed to make the one of the other.
-size_t distance(const std::string &one, const std::string &other)
+// How many letters have to be put in, left out or changed to make the one of the other, where that is no more than
+// `near`; else a larger number. Lengths that differ by more are not compared any further: a client may send long words.
+size_t distance(const std::string &one, const std::string &other, size_t near)
 {
+    const size_t longer = std::max(one.size(), other.size()) - std::min(one.size(), other.size());
+    if (longer > near) {
+        return longer;
+    }
     std::vector<size_t> row(other.size() + 1);
     std::iota(row.begin(), row.end(), size_t(0));
     for (size_t i = 0; i < one.size(); ++i) {
@@ -322,7 +327,7 @@ std::vector<std::string> near_misses(const std::string &word, const std::vector<
     for (const std::string &candidate : words) {
         const std::string whole = lower(candidate);
         const bool contains = wanted.size() >= SHORTEST_PART && whole.find(wanted) != std::string::npos;
-        const size_t far = std::min(distance(wanted, whole), distance(wanted, last_part(whole)));
+        const size_t far = std::min(distance(wanted, whole, near), distance(wanted, last_part(whole), near));
         if (far <= near || contains) {
             found.emplace_back(std::min(far, near + 1), candidate);
         }
