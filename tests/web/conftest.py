@@ -141,6 +141,11 @@ class Camera:
         return json.loads(run("ZVCAM", *words, "--json"))
 
 
+EXAMPLES = {"setting": "3", "module": "zvweb"}  # of the parameters in paths
+PAGE_FILES = sorted(f"/{file.name}" for file in (WEB_SOURCES / "page").iterdir() if file.suffix != ".html")
+KEPT = (*PAGE_FILES, "/openapi.json", "/api/v1/catalogue")  # may be kept by a client, unlike everything else
+
+
 class Contract:
     """The API's description: says what is wrong with an answer."""
 
@@ -184,12 +189,6 @@ class Contract:
             self.validate(content[kind]["schema"], answer.json())
         if kind == "application/problem+json" and method != "HEAD":
             assert answer.json()["status"] == answer.status_code
-
-
-# May be kept by a client, unlike everything else.
-EXAMPLES = {"setting": "3", "module": "zvweb"}  # of the parameters in paths
-PAGE_FILES = sorted(f"/{file.name}" for file in (WEB_SOURCES / "page").iterdir() if file.suffix != ".html")
-KEPT = (*PAGE_FILES, "/openapi.json", "/api/v1/catalogue")
 
 
 # Of the kinds of events.
