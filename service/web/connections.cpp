@@ -7,7 +7,8 @@ namespace zvweb {
 Connections::Connection &Connections::open(int descriptor)
 {
     const std::lock_guard lock(m_mutex);
-    return m_connections.emplace_back(descriptor, m_connections.size() >= m_limit);
+    m_connections.push_back({descriptor, m_connections.size() >= m_limit});
+    return m_connections.back();
 }
 
 void Connections::close(Connection &connection)

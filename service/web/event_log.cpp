@@ -1,7 +1,6 @@
 #include "event_log.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace zvweb {
@@ -78,8 +77,7 @@ ptrdiff_t EventLog::read(Reader &reader, char *buffer, size_t size)
         if (reader.m_text == nullptr) {
             break;
         }
-        const size_t part = std::min(size - copied, reader.m_text->size() - reader.m_offset);
-        memcpy(buffer + copied, reader.m_text->data() + reader.m_offset, part);
+        const size_t part = reader.m_text->copy(buffer + copied, size - copied, reader.m_offset);
         reader.m_offset += part;
         copied += part;
     }

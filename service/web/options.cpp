@@ -39,7 +39,7 @@ std::string read_file(const std::string &name)
 std::string read_token(const std::string &name)
 {
     const std::string text = read_file(name);
-    const std::string token(trim(text));
+    std::string token(trim(text));
     constexpr std::string_view PUNCTUATION = "-._~+/=";
     for (const char c : token) {
         if (!isalnum(static_cast<unsigned char>(c)) && PUNCTUATION.find(c) == std::string_view::npos) {
