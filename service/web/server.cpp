@@ -149,7 +149,7 @@ Server::Server(const Options &options) : m_options(options), m_service(room_for_
 
 Server::~Server()
 {
-    close(MHD_quiesce_daemon(m_daemon));
+    const int listener = MHD_quiesce_daemon(m_daemon);
     m_works.end();
     m_service.events.log().end();
     m_service.camera.end();
@@ -159,6 +159,7 @@ Server::~Server()
         std::this_thread::sleep_for(milliseconds(1));
     }
     MHD_stop_daemon(m_daemon);
+    close(listener); // its thread had it until now
 }
 
 std::string Server::url() const

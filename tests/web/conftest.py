@@ -88,7 +88,7 @@ class Process:
         except subprocess.TimeoutExpired:
             self.kill()
             raise
-        assert (code, self.popen.stdout.read()) == (0, "")
+        assert (code, self.popen.stdout.read()) == (0, ""), self.told()
         assert re.fullmatch(told, self.told(), re.DOTALL), self.told()
 
 
@@ -253,8 +253,12 @@ class Events:
                 return event
 
     def quiet(self):
-        """Whether nothing waits to be read."""
-        return self.queue.empty()
+        """Whether no event waits to be read; comments come when they like."""
+        while not self.queue.empty():
+            event = self.queue.get()
+            if not event or event.kind != "comment":
+                return False
+        return True
 
     def close(self):
         raw = self.answer.raw.connection
