@@ -53,7 +53,8 @@ std::optional<uint64_t> revision_of(std::string_view id, std::string_view epoch)
 } // namespace
 
 Events::Events(zvservice::Camera &camera, Renderings &renderings)
-    : m_camera(camera), m_renderings(renderings), m_subscription(camera.subscribe()), m_present(camera.snapshot())
+    : m_camera(camera), m_renderings(renderings), m_subscription(camera.subscribe()), m_present(camera.snapshot()),
+      m_link(link_of(*m_present))
 {
 }
 
@@ -85,15 +86,19 @@ void Events::publish(const Event &event)
                       event_text(*m_present, "change", event.change->json()));
         break;
     case Event::Kind::LINK:
-        m_log.publish(EventLog::Kind::OTHER, m_present->revision,
-                      event_text(*m_present, "link",
-                                 std::string("{\"link\":\"") + zvservice::link_state_name(m_present->link) + "\"}"));
         break;
     }
     if (m_rendering != before && m_rendering != nullptr &&
         (before == nullptr || before->available() != m_rendering->available())) {
         m_log.publish(EventLog::Kind::OTHER, m_present->revision,
                       event_text(*m_present, "available", available_document(*m_rendering)));
+    }
+    // A change may be the first to bring another link: who comes in before the link's own event has it already.
+    if (const Link known = std::exchange(m_link, link_of(*m_present));
+        known != m_link && event.kind != Event::Kind::WHOLE) {
+        const std::string link = zvservice::link_state_name(m_present->link);
+        m_log.publish(EventLog::Kind::OTHER, m_present->revision,
+                      event_text(*m_present, "link", "{\"link\":\"" + link + "\"}"));
     }
 }
 

@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <utility>
 #include <zvservice/camera.h>
 
 namespace zvweb {
@@ -32,6 +33,10 @@ class Events {
     const EventLog &log() const { return m_log; }
 
   private:
+    // With whether the camera is switched off, which a client asks for when it hears of the link.
+    using Link = std::pair<zvservice::LinkState, bool>;
+
+    static Link link_of(const zvservice::Snapshot &snapshot) { return {snapshot.link, snapshot.switched_off}; }
     void publish(const zvservice::Event &event);
 
     zvservice::Camera &m_camera;
@@ -44,6 +49,7 @@ class Events {
     std::mutex m_mutex;
     std::shared_ptr<const zvservice::Snapshot> m_present;
     std::shared_ptr<const Rendering> m_rendering; // of the present, or null
+    Link m_link;                                  // that clients know of
 };
 
 } // namespace zvweb
