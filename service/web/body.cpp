@@ -48,11 +48,6 @@ bool is_bool(const json &value)
     return value.is_boolean();
 }
 
-bool is_text(const json &value)
-{
-    return value.is_string();
-}
-
 bool is_number(const json &value)
 {
     return value.is_number_unsigned() && value.get<uint64_t>() <= UINT32_MAX;
@@ -60,7 +55,7 @@ bool is_number(const json &value)
 
 bool is_option(const json &value)
 {
-    return is_number(value) || is_text(value);
+    return is_number(value) || value.is_string();
 }
 
 std::optional<Answer> read_body(const Request &request, std::span<const BodyMember> members, json &body)

@@ -21,7 +21,6 @@ struct BodyMember {
 
 bool is_true(const nlohmann::json &value);
 bool is_bool(const nlohmann::json &value);
-bool is_text(const nlohmann::json &value);
 bool is_number(const nlohmann::json &value); // whole, of 32 bits, without a sign
 bool is_option(const nlohmann::json &value); // a number or a text
 

@@ -54,10 +54,10 @@ Answer json_answer(std::string text)
     return answer;
 }
 
-Answer no_content()
+Answer without_body(unsigned status)
 {
     Answer answer;
-    answer.status = MHD_HTTP_NO_CONTENT;
+    answer.status = status;
     answer.content_type = nullptr;
     return answer;
 }

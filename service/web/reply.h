@@ -40,7 +40,7 @@ struct Answer {
 };
 
 Answer json_answer(std::string text);
-Answer no_content();
+Answer without_body(unsigned status);
 
 // RFC 9457. `detail` is a sentence without a stop, `members` what the problem has besides: `"why":[...]`, or nothing.
 Answer problem(unsigned status, std::string_view detail, std::string_view members = {});
@@ -54,7 +54,7 @@ Answer no_state_yet();
 
 Answer body_too_large();
 
-// The same, and the connection ends with it.
+// The given one, and the connection ends with it.
 Answer last(Answer answer);
 
 // A strong tag that other bytes do not have.

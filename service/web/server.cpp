@@ -106,10 +106,7 @@ MHD_Response *make_response(Answer given)
 // Without memory or a thread: there is nothing to tell it with.
 Answer failed()
 {
-    Answer answer;
-    answer.status = MHD_HTTP_INTERNAL_SERVER_ERROR;
-    answer.content_type = nullptr;
-    return answer;
+    return without_body(MHD_HTTP_INTERNAL_SERVER_ERROR);
 }
 
 Answer carry_out(const Work &work, Request::Clock::time_point arrival)

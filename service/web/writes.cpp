@@ -46,7 +46,7 @@ constexpr BodyMember TAG_MEMBERS[] = {
 
 Answer answer_of(const Result &result)
 {
-    return result.done() ? no_content() : problem(result);
+    return result.done() ? without_body(MHD_HTTP_NO_CONTENT) : problem(result);
 }
 
 // An operation without arguments, for a body of these members.
