@@ -4,6 +4,7 @@ export const state = {
   online: false, // with the server
   link: 'down', // of the server with the camera
   camera: {},
+  revision: 0, // of the values; what has a later one is newer
   status: {},
   settings: {},
   catalogue: '', // its text, to see whether another one came

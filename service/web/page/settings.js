@@ -303,6 +303,13 @@ async function choose(row) {
   showRow(row);
 }
 
+// The stream tells the same, sooner or later: all of it is said once, and at once.
+async function takeChange({ revision, settings }) {
+  if (revision > state.revision) {
+    tell(await takeSettings(settings));
+  }
+}
+
 // Why the rules are against this option, by its key or what was typed.
 function objection(row, key) {
   const option = row.options.find((candidate) => candidate.key === key);
@@ -327,7 +334,6 @@ export async function send(row, option, force) {
     say(row.note, 'Sent; the camera does not show it yet.');
   } else {
     say(row.note, '');
-    const shown = answer.body.option?.id ?? answer.body.value;
-    tell(await takeSettings({ [row.number]: shown ?? state.settings[row.number] }));
+    await takeChange(answer.body.change);
   }
 }

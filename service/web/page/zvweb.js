@@ -49,14 +49,15 @@ function showAll() {
 }
 
 const ON_EVENT = {
-  async state({ link, age_ms: age, status, settings }) {
+  async state({ revision, link, age_ms: age, status, settings }) {
     const isFirst = !has(state.status);
-    Object.assign(state, { link, knownAt: has(status) ? performance.now() - age : state.knownAt });
+    Object.assign(state, { revision, link, knownAt: has(status) ? performance.now() - age : state.knownAt });
     await apply(status, settings, isFirst);
     showAll();
   },
-  async change({ status, settings }) {
+  async change({ revision, status, settings }) {
     const isFirst = !has(state.status);
+    state.revision = revision;
     state.knownAt = performance.now();
     await apply(status, settings, isFirst);
     if (!rows.size) {
