@@ -1,64 +1,24 @@
 #include "body.h"
 
-#include "text.h"
-
 #include <algorithm>
-#include <cstdint>
 #include <string>
+#include <text.h>
 
 namespace zvweb {
 
 using nlohmann::json;
+using zvprogram::JsonMember;
 
 namespace {
 
 bool is_json(std::string_view content_type)
 {
-    return lower_case(trim(content_type.substr(0, content_type.find(';')))) == JSON_TYPE;
-}
-
-std::optional<Answer> check_members(std::span<const BodyMember> members, const json &body)
-{
-    for (const auto &[name, value] : body.items()) {
-        const auto known = std::ranges::find(members, name, &BodyMember::name);
-        if (known == members.end()) {
-            return problem(MHD_HTTP_UNPROCESSABLE_CONTENT, "\"" + name + "\" is no member of this body");
-        }
-        if (!known->fits(value)) {
-            return problem(MHD_HTTP_UNPROCESSABLE_CONTENT, "\"" + name + "\" is to be " + known->shape);
-        }
-    }
-    for (const BodyMember &member : members) {
-        if (member.required && !body.contains(member.name)) {
-            return problem(MHD_HTTP_UNPROCESSABLE_CONTENT, std::string("\"") + member.name + "\" is missing");
-        }
-    }
-    return std::nullopt;
+    return zvprogram::lower_case(zvprogram::trim(content_type.substr(0, content_type.find(';')))) == JSON_TYPE;
 }
 
 } // namespace
 
-bool is_true(const json &value)
-{
-    return value.is_boolean() && value.get<bool>();
-}
-
-bool is_bool(const json &value)
-{
-    return value.is_boolean();
-}
-
-bool is_number(const json &value)
-{
-    return value.is_number_unsigned() && value.get<uint64_t>() <= UINT32_MAX;
-}
-
-bool is_option(const json &value)
-{
-    return is_number(value) || value.is_string();
-}
-
-std::optional<Answer> read_body(const Request &request, std::span<const BodyMember> members, json &body)
+std::optional<Answer> read_body(const Request &request, std::span<const JsonMember> members, json &body)
 {
     const std::optional<std::string_view> type = request.header(MHD_HTTP_HEADER_CONTENT_TYPE);
     const bool present = request.body_size() > 0;
@@ -68,7 +28,7 @@ std::optional<Answer> read_body(const Request &request, std::span<const BodyMemb
     if (request.body_size() > BODY_MAX) {
         return body_too_large();
     }
-    const bool optional = std::ranges::none_of(members, &BodyMember::required);
+    const bool optional = std::ranges::none_of(members, &JsonMember::required);
     body = present || !optional ? json::parse(request.body(), nullptr, false) : json::object();
     if (body.is_discarded()) {
         return problem(MHD_HTTP_BAD_REQUEST, "the body is no JSON");
@@ -76,7 +36,8 @@ std::optional<Answer> read_body(const Request &request, std::span<const BodyMemb
     if (!body.is_object()) {
         return problem(MHD_HTTP_UNPROCESSABLE_CONTENT, "the body is to be an object");
     }
-    return check_members(members, body);
+    const std::string wrong = zvprogram::misfit(members, body);
+    return wrong.empty() ? std::nullopt : std::optional(problem(MHD_HTTP_UNPROCESSABLE_CONTENT, wrong));
 }
 
 } // namespace zvweb

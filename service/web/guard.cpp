@@ -1,10 +1,13 @@
 #include "guard.h"
 
-#include "text.h"
+#include "host.h"
 
+#include <address.h>
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <string>
+#include <text.h>
 
 namespace zvweb {
 
@@ -16,16 +19,17 @@ constexpr std::string_view HTTP_PORT = "80";
 constexpr std::string_view HTTPS_PORT = "443";
 constexpr std::string_view BEARER = "bearer ";
 
-HostAndPort reached_address(const Request &request)
+std::string reached_host(const Request &request)
 {
-    return own_address(MHD_get_connection_info(request.connection(), MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd);
+    const int descriptor = MHD_get_connection_info(request.connection(), MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+    return zvprogram::host_text(zvprogram::own_address(descriptor));
 }
 
 bool is_own_host(const Options &options, const Request &request, const std::string &host)
 {
-    return host == options.host || host == "localhost" ||
+    return host == options.address.host || host == "localhost" ||
            std::ranges::find(options.allowed_hosts, host) != options.allowed_hosts.end() ||
-           (options.any_address && host == reached_address(request).host);
+           (options.address.is_any() && host == reached_host(request));
 }
 
 std::string_view without(std::string_view port, std::string_view usual)
@@ -58,8 +62,8 @@ bool same_secret(std::string_view a, std::string_view b)
 bool has_token(const Request &request, std::string_view token)
 {
     if (const auto authorization = request.header(MHD_HTTP_HEADER_AUTHORIZATION)) {
-        return lower_case(authorization->substr(0, BEARER.size())) == BEARER &&
-               same_secret(trim(authorization->substr(BEARER.size())), token);
+        return zvprogram::lower_case(authorization->substr(0, BEARER.size())) == BEARER &&
+               same_secret(zvprogram::trim(authorization->substr(BEARER.size())), token);
     }
     const auto cookie = request.cookie(TOKEN_COOKIE);
     return cookie && same_secret(*cookie, token);
@@ -86,7 +90,7 @@ std::optional<Answer> refuse_form(const Request &request)
         return last(problem(MHD_HTTP_BAD_REQUEST, "the request has more than one Host"));
     }
     const auto encoding = request.header(MHD_HTTP_HEADER_TRANSFER_ENCODING);
-    if (encoding && lower_case(*encoding) != "chunked") {
+    if (encoding && zvprogram::lower_case(*encoding) != "chunked") {
         return last(problem(MHD_HTTP_NOT_IMPLEMENTED, "the only transfer encoding that is understood is chunked"));
     }
     const bool asks_first = request.header(MHD_HTTP_HEADER_EXPECT).has_value();

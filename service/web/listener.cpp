@@ -1,12 +1,8 @@
 #include "listener.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <stdexcept>
-#include <string>
 #include <sys/resource.h>
-#include <unistd.h>
+#include <sys/socket.h>
 
 namespace zvweb {
 
@@ -15,29 +11,13 @@ namespace {
 // What the kernel holds for a client that does not read, in bytes: it comes on top of what the event log allows.
 constexpr int SEND_BUFFER = 65536;
 
-void set_option(int descriptor, int level, int name, int value)
-{
-    setsockopt(descriptor, level, name, &value, sizeof value);
-}
-
 } // namespace
 
-int listen_on(const Options &options)
+int listen_for_clients(const zvprogram::Address &address)
 {
-    const int descriptor = socket(options.address.ss_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
-    if (descriptor >= 0) {
-        set_option(descriptor, SOL_SOCKET, SO_REUSEADDR, 1);
-        set_option(descriptor, SOL_SOCKET, SO_SNDBUF, SEND_BUFFER); // those that it accepts have it from here
-        if (bind(descriptor, reinterpret_cast<const sockaddr *>(&options.address), options.address_size) == 0 &&
-            listen(descriptor, SOMAXCONN) == 0) {
-            return descriptor;
-        }
-    }
-    const std::string why = strerror(errno);
-    if (descriptor >= 0) {
-        close(descriptor);
-    }
-    throw std::runtime_error("cannot listen on " + options.host + ": " + why);
+    const int descriptor = zvprogram::listen_on(address);
+    setsockopt(descriptor, SOL_SOCKET, SO_SNDBUF, &SEND_BUFFER, sizeof SEND_BUFFER); // those that it accepts have it
+    return descriptor;
 }
 
 unsigned make_room(unsigned descriptors)

@@ -129,7 +129,7 @@ Reply read_metrics(Service &service, const Request &, std::string_view)
     text.sample("", static_cast<uint64_t>(service.connections.count()));
     text.family("zv_event_clients", "gauge", "Of these the event streams.");
     text.sample("", static_cast<uint64_t>(service.events.log().readers()));
-    service.counters.write(text);
+    service.counters.write(text, "From a request's arrival to the end of its answer, event streams left out.");
     Answer answer = json_answer(text.end());
     answer.content_type = METRICS_TYPE;
     return answer;

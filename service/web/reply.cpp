@@ -1,10 +1,10 @@
 #include "reply.h"
 
 #include "request.h"
-#include "text.h"
 
 #include <algorithm>
 #include <microhttpd.h>
+#include <text.h>
 #include <zvservice/documents.h>
 #include <zvservice/json.h>
 
@@ -28,7 +28,7 @@ bool holds(std::string_view tags, std::string_view tag)
 {
     while (!tags.empty()) {
         const size_t end = std::min(tags.find(','), tags.size());
-        const std::string_view known = trim(tags.substr(0, end));
+        const std::string_view known = zvprogram::trim(tags.substr(0, end));
         if (known == "*" || opaque(known) == opaque(tag)) {
             return true;
         }

@@ -1,8 +1,7 @@
 #include "request.h"
 
-#include "text.h"
-
 #include <cstring>
+#include <text.h>
 
 namespace zvweb {
 
@@ -27,12 +26,12 @@ int Request::headers(std::string_view name) const
     struct Search {
         std::string name;
         int count;
-    } search = {lower_case(name), 0};
+    } search = {zvprogram::lower_case(name), 0};
     MHD_get_connection_values(
         m_connection, MHD_HEADER_KIND,
         [](void *given, MHD_ValueKind, const char *key, const char *) {
             auto *wanted = static_cast<Search *>(given);
-            wanted->count += lower_case(key) == wanted->name ? 1 : 0;
+            wanted->count += zvprogram::lower_case(key) == wanted->name ? 1 : 0;
             return MHD_YES;
         },
         &search);

@@ -4,7 +4,6 @@
 #include "guard.h"
 #include "listener.h"
 #include "routes.h"
-#include "text.h"
 
 #include <algorithm>
 #include <chrono>
@@ -133,8 +132,8 @@ class Server::Exchange {
 
 Server::Server(const Options &options) : m_options(options), m_service(room_for_clients(options.max_clients))
 {
-    const int listener = listen_on(options);
-    m_port = own_address(listener).port;
+    const int listener = listen_for_clients(options.address);
+    m_port = zvprogram::port_text(zvprogram::own_address(listener));
     m_daemon = start(listener);
     if (m_daemon == nullptr) {
         close(listener);
@@ -161,7 +160,7 @@ Server::~Server()
 
 std::string Server::url() const
 {
-    return std::string(m_options.tls() ? "https" : "http") + "://" + m_options.host + ":" + m_port + "/";
+    return std::string(m_options.tls() ? "https" : "http") + "://" + m_options.address.host + ":" + m_port + "/";
 }
 
 void Server::run_events()
@@ -309,7 +308,7 @@ MHD_Result Server::stream(Exchange &exchange, const Stream &stream)
 
 MHD_Result Server::queue(Exchange &exchange, unsigned status, MHD_Response *response, bool cacheable)
 {
-    m_service.counters.count(status);
+    m_service.counters.count(static_cast<int>(status));
     MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, cacheable ? "no-cache" : "no-store");
     MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
     const MHD_Result queued = MHD_queue_response(exchange.request.connection(), status, response);

@@ -2,9 +2,10 @@
 #pragma once
 
 #include "connections.h"
-#include "counters.h"
 #include "events.h"
 #include "rendering.h"
+
+#include <request_counters.h>
 
 #include <memory>
 #include <string_view>
@@ -19,7 +20,7 @@ struct Service {
     zvservice::Camera camera;
     Renderings renderings;
     Events events{camera, renderings};
-    Counters counters;
+    zvprogram::RequestCounters counters;
 
     // Of the present state, null before the first.
     std::shared_ptr<const Rendering> rendering() { return renderings.of(*camera.snapshot()); }

@@ -1,9 +1,7 @@
 #include "body.h"
 #include "handlers.h"
 
-#include <algorithm>
 #include <string>
-#include <zvctrl/zvc_storage.h>
 #include <zvservice/catalogue.h>
 #include <zvservice/documents.h>
 #include <zvservice/json.h>
@@ -11,6 +9,7 @@
 namespace zvweb {
 
 using std::chrono::milliseconds;
+using zvprogram::JsonMember;
 using zvservice::Camera;
 using zvservice::Catalogue;
 using zvservice::Result;
@@ -20,29 +19,9 @@ namespace {
 
 using nlohmann::json;
 
-// A file's name as the firmware takes it.
-bool is_file(const json &value)
-{
-    if (!value.is_string()) {
-        return false;
-    }
-    const auto &name = value.get_ref<const std::string &>();
-    return !name.empty() && name.size() <= STORAGE_NAME_MAX &&
-           std::ranges::none_of(name, [](char c) { return static_cast<unsigned char>(c) < ' '; });
-}
-
-constexpr BodyMember SET_MEMBERS[] = {
-    {"option", true, is_option, "an option's number or text"},
-    {"force", false, is_bool, "true or false"},
-};
-constexpr BodyMember CONFIRM_MEMBERS[] = {
-    {"confirm", true, is_true, "true"},
-};
-constexpr BodyMember TAG_MEMBERS[] = {
-    {"file", true, is_file, "a name of the media folder, such as \"100ABCDE/CLIP0001.MP4\""},
-    {"offset_ms", true, is_number, "a number of milliseconds"},
-    {"remove", false, is_bool, "true or false"},
-};
+constexpr JsonMember SET_MEMBERS[] = {zvprogram::OPTION_MEMBER, zvprogram::FORCE_MEMBER};
+constexpr JsonMember CONFIRM_MEMBERS[] = {{"confirm", true, zvprogram::is_true, "true"}};
+constexpr JsonMember TAG_MEMBERS[] = {zvprogram::FILE_MEMBER, zvprogram::OFFSET_MEMBER, zvprogram::REMOVE_MEMBER};
 
 Answer answer_of(const Result &result)
 {
@@ -50,7 +29,7 @@ Answer answer_of(const Result &result)
 }
 
 // An operation without arguments, for a body of these members.
-Reply operate(Service &service, const Request &request, std::span<const BodyMember> members,
+Reply operate(Service &service, const Request &request, std::span<const JsonMember> members,
               Result (Camera::*operation)(milliseconds patience))
 {
     json body;
@@ -95,8 +74,7 @@ Reply set_setting(Service &service, const Request &request, std::string_view par
     if (const Result found = catalogue.find_setting(std::string(parameter), setting); !found.done()) {
         return problem(found);
     }
-    const json &option = body["option"];
-    const std::string name = option.is_string() ? option.get<std::string>() : option.dump();
+    const std::string name = zvprogram::option_name(body["option"]);
     uint32_t id = 0;
     if (const Result found = catalogue.find_option(setting, name, snapshot->state->option(setting), id);
         !found.done()) {
