@@ -1,5 +1,5 @@
-"""What the tests of the HTTP side share: the programs as processes, requests that are held against the API's own
-description, and a reader of events.
+"""What the tests of the HTTP side share: requests that are held against the API's own description, and a reader of
+events.
 
 ZVSIM, ZVCAM and ZVWEB name the programs. A module has one simulated camera and one zvweb; each test gets them mended.
 """
@@ -10,137 +10,23 @@ import os
 import pathlib
 import queue
 import re
-import signal
 import socket
-import subprocess
-import sys
-import tempfile
 import threading
 import time
 from types import SimpleNamespace
 
 import pytest
-
-SKIPPED = 77  # as ctest knows it
+from programs import (  # noqa: F401, among it fixtures
+    PATIENCE, Process, camera, pytest_sessionfinish, skip_all, the_camera, wait_until)
 
 try:
     import jsonschema
     import requests
 except ImportError as missing:
-    print(f"skipped: {missing}; the packages are in packaging/packages.list")
-    sys.exit(SKIPPED)
+    skip_all(missing)
 
 WEB_SOURCES = pathlib.Path(__file__).parents[2] / "service" / "web"
 LONG = bool(os.environ.get("ZVWEB_LONG"))  # also what takes many seconds
-os.environ["TSAN_OPTIONS"] = os.environ.get("TSAN_OPTIONS", "") + " atexit_sleep_ms=0"  # an end is timed here
-NO_ROOM = "ulimit -q"  # for queues: a user has few bytes for all of them, and a removed one keeps its while it is open
-PATIENCE = 10  # seconds; nothing that works takes half of it
-
-
-def pytest_sessionfinish(session, exitstatus):
-    """A module whose every test was skipped was skipped itself."""
-    reporter = session.config.pluginmanager.get_plugin("terminalreporter")
-    if exitstatus == 0 and reporter and reporter.stats.get("skipped") and not reporter.stats.get("passed"):
-        session.exitstatus = SKIPPED
-
-
-def wait_until(condition, what="it comes true", patience=PATIENCE):
-    """Returns the first true value that the condition gives."""
-    end = time.monotonic() + patience
-    while not (found := condition()):
-        assert time.monotonic() < end, f"waited {patience} s until {what}"
-        time.sleep(0.02)
-    return found
-
-
-class Process:
-    """One of the programs. What it says on standard error is an error unless its end expects it."""
-
-    def __init__(self, program, *arguments):
-        self.errors = tempfile.TemporaryFile("w+")
-        self.popen = subprocess.Popen([os.environ[program], *arguments], stdin=subprocess.DEVNULL,
-                                      stdout=subprocess.PIPE, stderr=self.errors, text=True)
-        self.pid = self.popen.pid
-        self.greeting = self.popen.stdout.readline()
-
-    def running(self):
-        return self.popen.poll() is None
-
-    def told(self):
-        self.errors.seek(0)
-        return self.errors.read()
-
-    def freeze(self):
-        self.popen.send_signal(signal.SIGSTOP)
-
-    def thaw(self):
-        self.popen.send_signal(signal.SIGCONT)
-
-    def kill(self):
-        self.popen.kill()
-        self.popen.wait()
-
-    def end(self, told="", signal_number=signal.SIGTERM, patience=PATIENCE):
-        """In order: with 0, in time, and with nothing said but what the pattern `told` has."""
-        self.popen.send_signal(signal_number)
-        try:
-            code = self.popen.wait(patience)
-        except subprocess.TimeoutExpired:
-            self.kill()
-            raise
-        assert (code, self.popen.stdout.read()) == (0, ""), self.told()
-        assert re.fullmatch(told, self.told(), re.DOTALL), self.told()
-
-
-def run(program, *words):
-    """What a program prints that has nothing to complain of."""
-    def ended():
-        outcome = subprocess.run([os.environ[program], *words], capture_output=True, text=True)
-        return None if NO_ROOM in outcome.stderr else outcome
-
-    outcome = wait_until(ended, "there is room for its queues")
-    assert outcome.stderr == "", outcome
-    return outcome.stdout
-
-
-class Camera:
-    """A simulated camera, with its command line tool."""
-
-    def __init__(self):
-        self.process = None
-
-    def start(self, *arguments):
-        def ready():
-            self.process = Process("ZVSIM", *arguments)
-            return "ready" in self.process.greeting or NO_ROOM not in self.process.told()
-
-        wait_until(ready, "there is room for the camera's queues")
-        assert "ready" in self.process.greeting, self.process.told()
-
-    def end(self):
-        """Also one that is frozen, and one that is gone."""
-        if self.process and self.process.running():
-            self.process.thaw()
-            self.process.end(told=".*")
-        self.process = None
-
-    def mend(self):
-        if not (self.process and self.process.running()):
-            self.start()
-        self.process.thaw()
-        self.fault("clear")
-
-    def fault(self, rule):
-        run("ZVSIM", "fault", rule)
-
-    def media(self):
-        return run("ZVSIM", "media")
-
-    def zvcam(self, *words):
-        """What a command prints as JSON, also one whose answer is no."""
-        return json.loads(run("ZVCAM", *words, "--json"))
-
-
 EXAMPLES = {"setting": "3", "module": "zvweb"}  # of the parameters in paths
 PAGE_FILES = sorted(f"/{file.name}" for file in (WEB_SOURCES / "page").iterdir() if file.suffix != ".html")
 KEPT = (*PAGE_FILES, "/openapi.json", "/api/v1/catalogue")  # may be kept by a client, unlike everything else
@@ -275,9 +161,9 @@ class Web:
         self.streams, self.seen = [], collections.Counter()
         self.session = requests.Session()
         self.session.trust_env = False
-        self.process = Process("ZVWEB", "--listen", address, *arguments)
-        serving = re.fullmatch(r"zvweb: (https?://(.*):(\d+)/)\n", self.process.greeting)
-        assert serving, f"{self.process.greeting!r} {self.process.told()}"
+        self.process = Process(os.environ["ZVWEB"], "--listen", address, *arguments)
+        serving = re.fullmatch(r"zvweb: (https?://(.*):(\d+)/)\n", self.process.greeting())
+        assert serving, f"{self.process.said()!r} {self.process.told()}"
         self.url, self.host, self.port = serving[1], serving[2].strip("[]"), int(serving[3])
 
     def call(self, method, path, status=None, **arguments):
@@ -314,14 +200,6 @@ class Web:
         """A bare connection."""
         return socket.create_connection((self.host, self.port), patience)
 
-    def memory_kib(self):
-        """What it has in memory; nothing where a sanitizer keeps what was freed."""
-        with open(f"/proc/{self.process.pid}/maps", encoding="ascii") as maps:
-            if re.search(r"lib[at]san", maps.read()):
-                return 0
-        with open(f"/proc/{self.process.pid}/status", encoding="ascii") as status:
-            return int(re.search(r"VmRSS:\s+(\d+) kB", status.read())[1])
-
     def end(self, **expected):
         self.session.close()
         if self.process.running():
@@ -335,26 +213,11 @@ def contract():
 
 
 @pytest.fixture(scope="session")
-def the_camera():
-    camera = Camera()
-    yield camera
-    camera.end()
-
-
-@pytest.fixture(scope="session")
 def the_web(the_camera, contract):
     the_camera.mend()
     web = Web(contract)
     yield web
     web.end()
-
-
-@pytest.fixture
-def camera(the_camera):
-    """The module's camera, running and without faults."""
-    the_camera.mend()
-    yield the_camera
-    the_camera.mend()
 
 
 @pytest.fixture

@@ -10,7 +10,8 @@ from concurrent.futures import ThreadPoolExecutor
 import jsonschema
 import pytest
 import requests
-from conftest import EXAMPLES, LONG, PAGE_FILES, PATIENCE, WEB_SOURCES, wait_until
+from conftest import EXAMPLES, LONG, PAGE_FILES, WEB_SOURCES
+from programs import PATIENCE, wait_until
 
 FPS = "/api/v1/settings/3"
 JSON = {"Content-Type": "application/json"}

@@ -9,7 +9,8 @@ import time
 from concurrent.futures import ThreadPoolExecutor
 
 import pytest
-from conftest import LONG, PATIENCE
+from conftest import LONG
+from programs import PATIENCE
 
 CLIENTS = 200
 SLOW_CLIENTS = 8
@@ -177,7 +178,7 @@ def test_a_client_that_does_not_read_is_cut_off(camera, web):
         got = b""
         while b"-%d\nevent: available" % last not in got:
             got += late.recv(65536)
-    memory = web.memory_kib()
+    memory = web.process.memory_kib()
     deaf = [deaf_client(web) for _ in range(SLOW_CLIENTS)]
     last = flood(web, readers[0], 4 * WAITING_MAX)
     for client in deaf:
@@ -190,5 +191,5 @@ def test_a_client_that_does_not_read_is_cut_off(camera, web):
         events = collect(reader, lambda event: event.kind == "available" and event.revision == last)
         revisions = [event.revision for event in events if event.kind == "change"]
         assert revisions == list(range(first.revision + 1, last + 1))
-    assert web.memory_kib() - memory < 8 << 10
+    assert web.process.memory_kib() - memory < 8 << 10
     assert web.events(first.id).next().kind == "state", "the journal forgets"

@@ -7,7 +7,8 @@ import struct
 import time
 
 import pytest
-from conftest import LONG, PATIENCE, wait_until
+from conftest import LONG
+from programs import PATIENCE, wait_until
 
 HOST = b"Host: localhost\r\n"
 GET = b"GET /api/v1/state HTTP/1.1\r\n" + HOST
@@ -126,13 +127,13 @@ def test_every_row_does_no_harm(web, camera):
         if status not in statuses:
             wrong.append(f"{name}: {status}")
         assert web.state()["link"] == "up", name
-        before = before or web.memory_kib()
+        before = before or web.process.memory_kib()
     assert not wrong, "\n".join(wrong)
     for _ in range(5):
         for _, sent, statuses in ROWS:
             if WAITS not in statuses:
                 speak(web, sent)[1].close()
-    assert web.memory_kib() - before < 16 << 10
+    assert web.process.memory_kib() - before < 16 << 10
 
 
 def test_requests_in_one_piece_are_answered_in_order(web):
@@ -148,7 +149,7 @@ def test_requests_in_one_piece_are_answered_in_order(web):
 
 
 def test_clients_that_hang_or_vanish(web, camera):
-    before = web.memory_kib()
+    before = web.process.memory_kib()
     hanging = [web.connect() for _ in range(200)]
     for i, connection in enumerate(hanging):
         connection.sendall((b"", b"G", GET, PUT + b"Content-Length: 12\r\n\r\n{", GET + b"\r\n")[i % 5])
@@ -168,7 +169,7 @@ def test_clients_that_hang_or_vanish(web, camera):
             connection.sendall(sent)
             connection.setsockopt(socket.SOL_SOCKET, socket.SO_LINGER, struct.pack("ii", 1, 0))
     web.put(88, "50P")
-    assert web.memory_kib() - before < 16 << 10
+    assert web.process.memory_kib() - before < 16 << 10
 
 
 @pytest.mark.skipif(not LONG, reason="takes half a minute; ZVWEB_LONG asks for it")

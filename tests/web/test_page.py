@@ -13,7 +13,7 @@ import socketserver
 import threading
 
 import pytest
-from conftest import wait_until
+from programs import wait_until
 
 try:
     from selenium import webdriver
