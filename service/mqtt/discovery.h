@@ -1,5 +1,5 @@
-// How a camera makes itself known to home automation, in the manner of Home Assistant: a document for each entity, below
-// a prefix of its own. One device has them all.
+// How a camera makes itself known to home automation, in the manner of Home Assistant: a document for each entity,
+// below a prefix of its own. One device has them all.
 #pragma once
 
 #include "topics.h"
