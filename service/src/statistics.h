@@ -41,6 +41,9 @@ ZV_API bool is_exchange(Outcome outcome);
 // "done", "no_answer", "switched_off": an outcome in a metric's label.
 ZV_API const char *outcome_name(Outcome outcome);
 
+// What a MetricsText is sent as.
+inline constexpr char METRICS_TYPE[] = "application/openmetrics-text; version=1.0.0; charset=utf-8";
+
 // A text of OpenMetrics 1.0, family by family.
 class ZV_API MetricsText {
   public:

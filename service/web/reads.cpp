@@ -16,8 +16,6 @@ using zvservice::Snapshot;
 
 namespace {
 
-constexpr char METRICS_TYPE[] = "application/openmetrics-text; version=1.0.0; charset=utf-8";
-
 // Of documents that stay where they are, with braces around them.
 Answer shared_documents(std::string_view head, const std::shared_ptr<const Rendering> &rendering,
                         std::vector<std::string_view> pieces)
@@ -131,7 +129,7 @@ Reply read_metrics(Service &service, const Request &, std::string_view)
     text.sample("", static_cast<uint64_t>(service.events.log().readers()));
     service.counters.write(text, "From a request's arrival to the end of its answer, event streams left out.");
     Answer answer = json_answer(text.end());
-    answer.content_type = METRICS_TYPE;
+    answer.content_type = zvservice::METRICS_TYPE;
     return answer;
 }
 
