@@ -1,6 +1,6 @@
 #include "metrics_server.h"
 
-#include <cstdint>
+#include <cstddef>
 #include <cstring>
 #include <exception>
 #include <microhttpd.h>
@@ -23,22 +23,19 @@ constexpr size_t CONNECTION_MEMORY = 4096;
 // In seconds, of a client that neither sends nor takes anything.
 constexpr unsigned PATIENCE = 10;
 
-MHD_Response *make_response(const std::string &body)
+// The connection ends with its answer: a scraper comes back after a while that is longer than a client may be silent.
+MHD_Result send(MHD_Connection *connection, unsigned status, std::string body = {}, const char *header = nullptr,
+                const char *value = nullptr)
 {
-    MHD_Response *response =
-        MHD_create_response_from_buffer(body.size(), const_cast<char *>(body.data()), MHD_RESPMEM_MUST_COPY);
-    if (response == nullptr) {
-        return nullptr;
-    }
-    MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, "no-store");
-    MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
-    return response;
-}
-
-MHD_Result send(MHD_Connection *connection, unsigned status, MHD_Response *response)
-{
+    MHD_Response *response = MHD_create_response_from_buffer(body.size(), body.data(), MHD_RESPMEM_MUST_COPY);
     if (response == nullptr) {
         return MHD_NO;
+    }
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CONNECTION, "close");
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CACHE_CONTROL, "no-store");
+    MHD_add_response_header(response, "X-Content-Type-Options", "nosniff");
+    if (header != nullptr) {
+        MHD_add_response_header(response, header, value);
     }
     const MHD_Result queued = MHD_queue_response(connection, status, response);
     MHD_destroy_response(response);
@@ -75,20 +72,18 @@ MHD_Result MetricsServer::on_request(void *server, MHD_Connection *connection, c
                                      const char *, const char *, size_t *, void **)
 {
     if (strcmp(path, PATH) != 0) {
-        return send(connection, MHD_HTTP_NOT_FOUND, make_response(""));
+        return send(connection, MHD_HTTP_NOT_FOUND);
     }
     if (strcmp(method, MHD_HTTP_METHOD_GET) != 0 && strcmp(method, MHD_HTTP_METHOD_HEAD) != 0) {
-        MHD_Response *response = make_response("");
-        MHD_add_response_header(response, MHD_HTTP_HEADER_ALLOW, METHODS);
-        return send(connection, MHD_HTTP_METHOD_NOT_ALLOWED, response);
+        return send(connection, MHD_HTTP_METHOD_NOT_ALLOWED, {}, MHD_HTTP_HEADER_ALLOW, METHODS);
     }
+    std::string text;
     try {
-        MHD_Response *response = make_response(static_cast<MetricsServer *>(server)->m_text());
-        MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, zvservice::METRICS_TYPE);
-        return send(connection, MHD_HTTP_OK, response);
-    } catch (const std::exception &) {
-        return send(connection, MHD_HTTP_INTERNAL_SERVER_ERROR, make_response(""));
+        text = static_cast<MetricsServer *>(server)->m_text();
+    } catch (const std::exception &) { // most likely no memory
+        return send(connection, MHD_HTTP_INTERNAL_SERVER_ERROR);
     }
+    return send(connection, MHD_HTTP_OK, std::move(text), MHD_HTTP_HEADER_CONTENT_TYPE, zvservice::METRICS_TYPE);
 }
 
 void MetricsServer::on_connection(void *server, MHD_Connection *connection, void **,
