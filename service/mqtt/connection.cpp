@@ -8,7 +8,10 @@
 #include <memory>
 #include <mosquitto.h>
 #include <mqtt_protocol.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <new>
+#include <sys/socket.h>
 
 namespace zvmqtt {
 
@@ -17,6 +20,7 @@ namespace {
 constexpr int KEEPALIVE = 30; // in seconds; after half as long again without a word the broker tells the last will
 constexpr std::chrono::seconds ACKNOWLEDGEMENT_PATIENCE(10);
 constexpr uint32_t PACKET_MAX = 2 << 20; // in bytes, of what comes in: a broker keeps larger ones to itself
+constexpr int UNSENT_MAX = 16384;        // in bytes, that wait in the system: on a slow line the newest state is to win
 constexpr int UNACKNOWLEDGED_MAX = 32;   // of requests that come in
 constexpr int FIRST_REFUSAL = 128;       // of the protocol's reason codes
 
@@ -85,6 +89,7 @@ Connection::Connection(const Options &options, const Topics &topics, Listener &l
     if (!m_lost) {
         m_begun = Clock::now();
         check(mosquitto_connect_bind_v5(m_client, options.host.c_str(), options.port, KEEPALIVE, nullptr, limit));
+        setsockopt(descriptor(), IPPROTO_TCP, TCP_NOTSENT_LOWAT, &UNSENT_MAX, sizeof UNSENT_MAX);
     }
 }
 
