@@ -227,8 +227,8 @@ void Bridge::received(const Incoming &message)
         ++m_measured.taken;
         m_measured.taken_bytes += message.payload.size();
     }
-    if (message.retained && message.payload.empty()) {
-        return; // somebody clears a topic
+    if (message.payload.empty() && (message.retained || m_options.version_3)) {
+        return; // somebody clears a topic; MQTT 3.1.1 does not say that it was a retained one
     }
     if (!m_options.discovery.empty() && message.topic == birth_topic(m_options.discovery)) {
         if (message.payload == ONLINE && !message.retained) {

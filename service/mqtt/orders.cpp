@@ -80,8 +80,10 @@ std::optional<Answer> Orders::take(Request &request, const Incoming &message)
     if (message.payload.size() > PAYLOAD_MAX) {
         return Answer{TOO_LARGE, "a payload has up to " + std::to_string(PAYLOAD_MAX) + " bytes", "", 0};
     }
-    auto read = request.name == COMMAND ? read_command(m_camera, message.payload, request.name)
-                                        : read_set(m_camera, request.name.substr(SET.size()), message.payload);
+    auto read =
+        request.name == COMMAND
+            ? read_command(m_camera, message.payload, request.name)
+            : read_set(m_camera, request.name.substr(std::min(SET.size(), request.name.size())), message.payload);
     if (auto *answer = std::get_if<Answer>(&read)) {
         return std::move(*answer);
     }

@@ -13,10 +13,8 @@ std::optional<std::string> Topics::request_of(std::string_view topic) const
         return std::nullopt;
     }
     const std::string_view request = topic.substr(m_base.size() + 1);
-    constexpr std::string_view SET = "set/";
-    return request == "command" || (request.size() > SET.size() && request.substr(0, SET.size()) == SET)
-               ? std::optional<std::string>(request)
-               : std::nullopt;
+    const bool is_set = request == "set" || request.starts_with("set/"); // the filter has both
+    return is_set || request == "command" ? std::optional<std::string>(request) : std::nullopt;
 }
 
 std::string topic_fault(std::string_view text)

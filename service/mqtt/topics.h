@@ -32,7 +32,7 @@ class Topics {
     // Of all settings, to subscribe to.
     std::string set_filter() const { return below("set/#"); }
 
-    // "set/3" or "set/video/fps" or "command"; nothing for a topic that takes no requests.
+    // "set/3", "set/video/fps" or "command", or "set" without a setting; nothing for a topic that takes no requests.
     std::optional<std::string> request_of(std::string_view topic) const;
 
   private:
