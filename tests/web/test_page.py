@@ -13,6 +13,7 @@ import socketserver
 import threading
 
 import pytest
+from conftest import LONG
 from programs import wait_until
 
 try:
@@ -257,6 +258,7 @@ class Relay(socketserver.ThreadingTCPServer):
             target.shutdown(socket.SHUT_WR)
 
 
+@pytest.mark.skipif(not LONG, reason="takes 4 s; ZVWEB_LONG asks for it")
 def test_a_server_that_goes_is_told_and_comes_back(camera, start_web, open_page):
     """A line that is cut while the camera goes; another server in its place."""
     first = start_web()
@@ -323,6 +325,7 @@ def test_the_keyboard_is_enough(page, camera):
         page.await_text("#shutter", text)
 
 
+@pytest.mark.skipif(not LONG, reason="takes 3 s; ZVWEB_LONG asks for it")
 def test_a_token_is_asked_for(camera, start_web, open_page, tmp_path):
     token = tmp_path / "token"
     token.write_text("open-sesame-0123456789\n")
