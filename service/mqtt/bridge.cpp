@@ -115,7 +115,9 @@ void Bridge::wait()
         patience = std::clamp(left, milliseconds(0), BETWEEN_LOOKS);
     }
     poll(descriptors, std::size(descriptors), static_cast<int>(patience.count()));
-    m_wake.clear();
+    if (descriptors[0].revents != 0) {
+        m_wake.clear();
+    }
 }
 
 void Bridge::attempt()

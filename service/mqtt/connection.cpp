@@ -12,6 +12,7 @@
 #include <netinet/tcp.h>
 #include <new>
 #include <sys/socket.h>
+#include <text.h>
 
 namespace zvmqtt {
 
@@ -66,6 +67,12 @@ bool is_of_the_message(int outcome)
     return std::ranges::find(FAULTS, outcome) != std::end(FAULTS);
 }
 
+std::string without_stop(std::string text)
+{
+    text.erase(text.find_last_not_of('.') + 1);
+    return text;
+}
+
 const char *text_or_null(const std::string &text)
 {
     return text.empty() ? nullptr : text.c_str();
@@ -115,8 +122,10 @@ void Connection::configure(const Options &options, const Topics &topics)
     }
     if (!options.cafile.empty()) {
         // Nobody is there to type the password of a key.
-        check(mosquitto_tls_set(m_client, options.cafile.c_str(), nullptr, text_or_null(options.certificate),
-                                text_or_null(options.key), [](char *, int, int, void *) { return 0; }));
+        if (mosquitto_tls_set(m_client, options.cafile.c_str(), nullptr, text_or_null(options.certificate),
+                              text_or_null(options.key), [](char *, int, int, void *) { return 0; }) != 0) {
+            lose("its authorities, the certificate or the key cannot be read");
+        }
     }
 }
 
@@ -205,9 +214,10 @@ std::string Connection::words(int outcome) const
     case MOSQ_ERR_EAI:
         return "no such host";
     case MOSQ_ERR_TLS:
-        return m_last_error.empty() ? "no TLS" : m_last_error;
+        // Of "OpenSSL Error[0]: error:0A000086:SSL routines::certificate verify failed" what a person needs.
+        return "TLS: " + std::string(zvprogram::trim(m_last_error.substr(m_last_error.rfind(':') + 1)));
     default:
-        return mosquitto_strerror(outcome);
+        return without_stop(mosquitto_strerror(outcome));
     }
 }
 
@@ -215,7 +225,8 @@ void Connection::on_connect(mosquitto *, void *self, int code, int, const mqtt5_
 {
     auto *connection = static_cast<Connection *>(self);
     if (code != 0) {
-        connection->lose(connection->m_version_3 ? mosquitto_connack_string(code) : mosquitto_reason_string(code));
+        connection->lose(
+            without_stop(connection->m_version_3 ? mosquitto_connack_string(code) : mosquitto_reason_string(code)));
         return;
     }
     connection->m_connected = true;
