@@ -10,10 +10,12 @@
 #include <exception>
 #include <mosquitto.h>
 #include <optional>
+#include <zvctrl/zvDbg.h>
 #include <zvservice/result.h>
 
 int main(int argc, char **argv)
 try {
+    zvUtilTellCounterFailures(false); // they would go to standard output
     zvmqtt::Options options;
     if (const std::optional<int> over = zvmqtt::read_options(argc, argv, options)) {
         return *over;
