@@ -17,6 +17,9 @@ library=$(find "$stage/usr" -name 'libzvCtrlD.so')
 lib=$(dirname "$library")
 "$stage/usr/bin/zvcam" --version >/dev/null
 "$stage/usr/bin/zvsim" --help >/dev/null
+for unit in "$stage"/usr/lib/systemd/system/*.service; do
+    "$(sed -n 's/^ExecStart=\([^ ]*\).*/\1/p' "$unit")" --version >/dev/null
+done
 export LD_LIBRARY_PATH="$lib" PKG_CONFIG_PATH="$lib/pkgconfig"
 warnings="-Wall -Wextra -Wpedantic -Werror"
 
