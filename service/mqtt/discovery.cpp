@@ -122,11 +122,12 @@ std::map<uint32_t, std::string> names_of_settings(const Catalogue &catalogue)
     return names;
 }
 
-// An option's key for its id. Keys are capitals, digits and underscores: in quotes they need no escapes.
-std::string option_state(const Catalogue &catalogue, uint32_t setting)
+// An option's key for its id, of those that are offered; None for others, which a list without them does not take. Keys
+// are capitals, digits and underscores: in quotes they need no escapes.
+std::string option_state(const std::vector<const option_t *> &offered, uint32_t setting)
 {
     std::string text = "{{ {";
-    for (const option_t *option : catalogue.options(setting)) {
+    for (const option_t *option : offered) {
         text += text.back() == '{' ? "" : ",";
         text += std::to_string(option->id) + ":'" + option->key + "'";
     }
@@ -138,8 +139,7 @@ class Entities {
   public:
     Entities(const std::string &prefix, const Topics &topics, const State &state);
 
-    void add_setting(const Catalogue &catalogue, const Availability &availability, uint32_t setting,
-                     const std::string &name);
+    void add_setting(const Availability &availability, uint32_t setting, const std::string &name);
     void add_schedule(const std::string &name, bool offered);
     void add_sensor(const SensorRow &row);
     void add_binary_sensor(const BinarySensorRow &row);
@@ -200,20 +200,19 @@ void Entities::end(const char *component, const std::string &object, Json &json)
         {m_prefix + "/" + component + "/" + m_node + "/" + object + "/config", json.raw(m_device).close().text()});
 }
 
-void Entities::add_setting(const Catalogue &catalogue, const Availability &availability, uint32_t setting,
-                           const std::string &name)
+void Entities::add_setting(const Availability &availability, uint32_t setting, const std::string &name)
 {
-    const bool offered = availability.has_choice(setting);
+    const std::vector<const option_t *> offered = availability.options(setting);
     const std::string object = "setting_" + std::to_string(setting);
-    Json json = begin(object, name, offered);
+    Json json = begin(object, name, !offered.empty());
     json.member("entity_category", "config").key("options").open('[');
-    for (const option_t *option : availability.options(setting)) {
+    for (const option_t *option : offered) {
         json.value(option->key);
     }
     json.close().member("command_topic", m_topics.set(std::to_string(setting)));
     json.member("command_template", ORDER).member("qos", 1);
-    if (offered) { // home automation need not read all settings for one that nobody sees
-        json.member("state_topic", m_topics.settings()).member("value_template", option_state(catalogue, setting));
+    if (!offered.empty()) { // home automation need not read all settings for one that nobody sees
+        json.member("state_topic", m_topics.settings()).member("value_template", option_state(offered, setting));
     }
     end("select", object, json);
 }
@@ -288,7 +287,7 @@ std::vector<Document> discovery_documents(const std::string &prefix, const Topic
     }
     for (const auto &[setting, name] : names_of_settings(catalogue)) {
         if (!catalogue.options(setting).empty()) {
-            entities.add_setting(catalogue, availability, setting, name);
+            entities.add_setting(availability, setting, name);
         }
         if (setting == SETTING_SCHEDULED_CAPTURE) { // its options are "off" alone; any time of day besides
             entities.add_schedule(name + " time", availability.has_choice(setting));
