@@ -4,8 +4,8 @@
 //     zvbench_service_core event PERCENTILE    from a write's answer to a subscriber's event of it; 50 is the median
 //     zvbench_service_core idle SECONDS        the processor's time per second of a camera that is polled at 2 Hz
 #include "process.h"
+#include "times.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -30,10 +30,7 @@ constexpr size_t FIRST_EVENTS = 50; // not counted
 constexpr size_t EVENTS = 1000;
 constexpr char ZOOM[] = "\"75\":"; // the status that tells it
 
-double nanoseconds(Clock::duration time)
-{
-    return std::chrono::duration<double, std::nano>(time).count();
-}
+using bench::nanoseconds;
 
 double time_of_snapshot(const zvservice::Camera &camera, long count)
 {
@@ -96,9 +93,7 @@ double time_of_event(zvservice::Camera &camera, long percentile)
             times.push_back(nanoseconds(*heard - changed));
         }
     }
-    const auto place = times.begin() + static_cast<std::ptrdiff_t>(EVENTS) * percentile / 100;
-    std::nth_element(times.begin(), place, times.end());
-    return *place;
+    return bench::percentile(times, static_cast<size_t>(percentile));
 }
 
 double seconds_of_processor()

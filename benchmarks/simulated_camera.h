@@ -1,10 +1,10 @@
 // The simulated camera as a process, for what is measured with a whole camera.
 #pragma once
 
-#include "process.h"
+#include "child.h"
 
+#include <optional>
 #include <string>
-#include <sys/types.h>
 
 namespace bench {
 
@@ -17,13 +17,11 @@ class SimulatedCamera {
     SimulatedCamera(const SimulatedCamera &) = delete;
     SimulatedCamera &operator=(const SimulatedCamera &) = delete;
 
-    bool is_ready() const { return m_is_ready; }
+    bool is_ready() const { return m_program.has_value(); }
 
   private:
     std::string m_folder;
-    pid_t m_process = -1;
-    int m_output = -1;
-    bool m_is_ready = false;
+    std::optional<Child> m_program;
 };
 
 } // namespace bench

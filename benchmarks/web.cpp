@@ -12,8 +12,9 @@
 //     zvbench_web program CLIENTS      bytes of private memory without clients; nanoseconds from the start until it
 //                                      serves; bytes for each of so many clients of the event stream, and of so many
 //                                      connections that have had an answer
-#include "camera_setting_ids.h"
+#include "orders.h"
 #include "process.h"
+#include "times.h"
 #include "web_servers.h"
 #include "web_sockets.h"
 
@@ -52,18 +53,6 @@ constexpr int STARTS = 9;
 constexpr char STATE_REQUEST[] = "GET /api/v1/state HTTP/1.1\r\nHost: localhost\r\n\r\n";
 constexpr char EVENTS_REQUEST[] = "GET /api/v1/events HTTP/1.1\r\nHost: localhost\r\n\r\n";
 constexpr char GREETING[] = "event: state\n";
-
-double nanoseconds(Clock::duration time)
-{
-    return std::chrono::duration<double, std::nano>(time).count();
-}
-
-double percentile(std::vector<double> &times, size_t percent)
-{
-    const auto place = times.begin() + static_cast<std::ptrdiff_t>(times.size() * percent / 100);
-    std::nth_element(times.begin(), place, times.end());
-    return *place;
-}
 
 // One request on each connection, and the answer to the last.
 std::string ask_all(Sockets &sockets, std::string_view request)
@@ -149,30 +138,29 @@ void measure_state(size_t connections, Numbers &figures)
 
 // ---- Events
 
-// A setting, two of its options in turn, and what is in the event of either.
+// What is ordered, and what is in the event of either option.
 struct Change {
-    uint32_t setting;
-    uint32_t options[2];
+    Order order;
     std::string events[2];
 };
 
-// No rule asks for the volume; on what the frame rate is depends what is offered.
 std::optional<Change> change_of(std::string_view what)
 {
     if (what == "change") {
-        const std::string event = "\"settings\":{\"" + std::to_string(SETTING_BEEP_VOLUME) + "\":";
-        return Change{SETTING_BEEP_VOLUME, {70, 100}, {event + "70}", event + "100}"}};
+        const std::string event = "\"settings\":{\"" + std::to_string(SETS_VOLUME.setting) + "\":";
+        const auto [one, other] = SETS_VOLUME.options;
+        return Change{SETS_VOLUME, {event + std::to_string(one) + '}', event + std::to_string(other) + '}'}};
     }
     if (what == "offers") {
-        return Change{SETTING_VIDEO_FPS, {8, 5}, {"event: available\n", "event: available\n"}};
+        return Change{SETS_FRAME_RATE, {"event: available\n", "event: available\n"}};
     }
     return std::nullopt;
 }
 
-std::string write_request(const Change &change, size_t number)
+std::string write_request(const Order &order, size_t number)
 {
-    const std::string body = "{\"option\":" + std::to_string(change.options[number % 2]) + "}";
-    return "PUT /api/v1/settings/" + std::to_string(change.setting) +
+    const std::string body = "{\"option\":" + std::to_string(order.option(number)) + "}";
+    return "PUT /api/v1/settings/" + std::to_string(order.setting) +
            " HTTP/1.1\r\nHost: localhost\r\nContent-Type: application/json\r\nContent-Length: " +
            std::to_string(body.size()) + "\r\n\r\n" + body;
 }
@@ -193,7 +181,7 @@ class Audience {
     {
         m_answer.clear();
         m_asked = Clock::now();
-        m_sockets.send(m_streams.size(), write_request(change, number));
+        m_sockets.send(m_streams.size(), write_request(change.order, number));
         std::string event = await(change.events[number % 2]);
         while (!is_whole_answer(m_answer)) {
             receive({});

@@ -1,64 +1,29 @@
 #include "web_rows.h"
 
+#include "load_rows.h"
 #include "process.h"
 #include "simulated_camera.h"
 
-#include <benchmark/benchmark.h>
 #include <cstdio>
-#include <filesystem>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace {
 
 using namespace bench;
 
-constexpr int RUNS = 5;
-
 std::string command_of(const std::string &what, int number)
 {
     return ZVBENCH_WEB " " + what + " " + std::to_string(number);
 }
 
-// One run has several figures: each of them is a benchmark, and takes its own of every run.
-class Runs {
-  public:
-    // Of the next run that this place was not asked for; 0 when it failed.
-    double figure(const std::string &command, size_t place)
-    {
-        std::vector<std::vector<double>> &runs = m_runs[command];
-        const size_t run = m_taken[{command, place}]++;
-        if (run == runs.size()) {
-            const SimulatedCamera camera(Cores::SAME);
-            runs.push_back(camera.is_ready() ? numbers_printed_by(command) : std::vector<double>());
-        }
-        return place < runs[run].size() ? runs[run][place] : 0;
-    }
-    bool empty() const { return m_runs.empty(); }
-
-  private:
-    std::map<std::string, std::vector<std::vector<double>>> m_runs;
-    std::map<std::pair<std::string, size_t>, size_t> m_taken;
-};
-
 Runs &runs()
 {
-    static Runs all;
+    static Runs all([](const std::string &command) {
+        const SimulatedCamera camera(Cores::SAME);
+        return camera.is_ready() ? numbers_printed_by(command) : std::vector<double>();
+    });
     return all;
-}
-
-void run(benchmark::State &state, const std::string &command, size_t place)
-{
-    for (auto _ : state) {
-        const double nanoseconds = runs().figure(command, place);
-        if (nanoseconds == 0) {
-            state.SkipWithError("the load fails");
-            break;
-        }
-        state.SetIterationTime(nanoseconds * 1e-9);
-    }
 }
 
 // As the program prints its figures: those of zvweb, then those of the peer.
@@ -69,11 +34,7 @@ void add_load(const std::string &what, const char *peer, const std::vector<int> 
         size_t place = 0;
         for (const char *worker : {"library", peer}) {
             for (const std::string &work : works) {
-                const std::string name = work + '/' + worker + '/' + std::to_string(number);
-                benchmark::RegisterBenchmark(name.c_str(), run, command_of(what, number), place++)
-                    ->UseManualTime()
-                    ->Iterations(1)
-                    ->Repetitions(RUNS);
+                runs().add(work + '/' + worker + '/' + std::to_string(number), command_of(what, number), place++);
             }
         }
     }
@@ -86,11 +47,6 @@ const bool registered = [] {
     return true;
 }();
 
-void print_size(const char *what, double bytes)
-{
-    printf("%-32s %6.1f KiB\n", what, bytes / 1024);
-}
-
 } // namespace
 
 void bench::print_web()
@@ -99,7 +55,7 @@ void bench::print_web()
         return;
     }
     printf("\n");
-    print_size("zvweb, stripped", static_cast<double>(std::filesystem::file_size(ZVBENCH_STRIPPED_ZVWEB)));
+    print_stripped("zvweb, stripped", ZVBENCH_STRIPPED_ZVWEB);
     const std::string command = command_of("program", 1000);
     const double memory = runs().figure(command, 0);
     if (memory == 0) {

@@ -1,22 +1,13 @@
 #include "web_servers.h"
 
-#include "process.h"
-
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <ctime>
-#include <fstream>
 #include <iterator>
 #include <microhttpd.h>
 #include <netinet/in.h>
-#include <stdexcept>
 #include <string_view>
-#include <sys/prctl.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -24,8 +15,6 @@
 namespace bench {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr char LOOPBACK[] = "http://127.0.0.1:";
 
@@ -87,63 +76,9 @@ std::string chunk(const std::string &text)
 
 } // namespace
 
-ServerProcess::ServerProcess(const std::function<void()> &serve)
+uint16_t ServerProcess::port() const
 {
-    int ends[2];
-    if (pipe(ends) != 0) {
-        throw std::runtime_error("no pipe");
-    }
-    const auto start = Clock::now();
-    m_process = fork();
-    if (m_process == 0) {
-        prctl(PR_SET_PDEATHSIG, SIGKILL);
-        run_as_peer(Cores::TWO);
-        dup2(ends[1], STDOUT_FILENO);
-        close(ends[0]);
-        close(ends[1]);
-        serve();
-        _exit(1);
-    }
-    close(ends[1]);
-    FILE *output = fdopen(ends[0], "r");
-    char line[256] = "";
-    if (fgets(line, sizeof line, output) != nullptr) {
-        m_port = static_cast<uint16_t>(strtoul(strrchr(line, ':') + 1, nullptr, 10));
-    }
-    m_start_time = Clock::now() - start;
-    fclose(output);
-    if (m_port == 0) {
-        waitpid(m_process, nullptr, 0);
-        throw std::runtime_error("a server does not start");
-    }
-}
-
-ServerProcess::~ServerProcess()
-{
-    kill(m_process, SIGTERM);
-    waitpid(m_process, nullptr, 0);
-}
-
-std::chrono::nanoseconds ServerProcess::processor_time() const
-{
-    clockid_t clock = 0;
-    timespec time = {};
-    if (clock_getcpuclockid(m_process, &clock) != 0 || clock_gettime(clock, &time) != 0) {
-        throw std::runtime_error("a server is gone");
-    }
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
-
-size_t ServerProcess::private_memory() const
-{
-    std::ifstream lines("/proc/" + std::to_string(m_process) + "/smaps_rollup");
-    size_t sum = 0;
-    for (std::string line; std::getline(lines, line);) {
-        if (line.starts_with("Private_")) {
-            sum += strtoul(line.c_str() + line.find(':') + 1, nullptr, 10);
-        }
-    }
-    return sum * 1024;
+    return static_cast<uint16_t>(strtoul(greeting().c_str() + greeting().rfind(':') + 1, nullptr, 10));
 }
 
 void serve_camera()

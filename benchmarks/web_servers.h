@@ -1,34 +1,23 @@
 // The servers that are measured: each a process, with a processor of its own where there are two.
 #pragma once
 
-#include <chrono>
+#include "child.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <sys/types.h>
 #include <vector>
 
 namespace bench {
 
-class ServerProcess {
+class ServerProcess : public Child {
   public:
-    // Runs `serve` in a child, which prints a line that ends with ":PORT/" when it serves. Throws std::runtime_error
-    // when it does not come to that.
-    explicit ServerProcess(const std::function<void()> &serve);
-    ~ServerProcess();
-    ServerProcess(const ServerProcess &) = delete;
-    ServerProcess &operator=(const ServerProcess &) = delete;
+    // `serve` prints a line that ends with ":PORT/" when it serves.
+    explicit ServerProcess(const std::function<void()> &serve) : Child(Cores::TWO, serve) {}
 
-    uint16_t port() const { return m_port; }
-    std::chrono::nanoseconds start_time() const { return m_start_time; } // from the fork until it served
-    std::chrono::nanoseconds processor_time() const; // so far: the program's and the kernel's for it
-    size_t private_memory() const;                   // in bytes
-
-  private:
-    pid_t m_process = -1;
-    uint16_t m_port = 0;
-    std::chrono::nanoseconds m_start_time{};
+    uint16_t port() const;
+    size_t private_memory() const { return memory("Private_"); } // in bytes
 };
 
 // What serves, in its own process. None returns.
