@@ -1,5 +1,8 @@
 #include "load_rows.h"
 
+#include "measure.h"
+
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <cstdio>
 #include <filesystem>
@@ -35,6 +38,17 @@ double Runs::figure(const std::string &command, size_t place)
         runs.push_back(m_measure(command));
     }
     return place < runs[run].size() ? runs[run][place] : 0;
+}
+
+double Runs::median(const std::string &command, size_t place) const
+{
+    std::vector<double> figures;
+    if (const auto found = m_runs.find(command); found != m_runs.end()) {
+        for (const std::vector<double> &run : found->second) {
+            figures.push_back(place < run.size() ? run[place] : 0);
+        }
+    }
+    return figures.empty() || std::ranges::count(figures, 0.0) > 0 ? 0 : bench::median(figures);
 }
 
 void print_size(const char *what, double bytes)

@@ -25,6 +25,9 @@ class Runs {
     // Of the next run that this place was not asked for; 0 when it failed.
     double figure(const std::string &command, size_t place);
 
+    // Of all runs; 0 where there was none, or one failed.
+    double median(const std::string &command, size_t place) const;
+
     bool empty() const { return m_runs.empty(); }
 
   private:

@@ -2,6 +2,7 @@
 // processor alone decides on, once, and writes down the instructions.
 #include "library.h"
 #include "measure.h"
+#include "mqtt_rows.h"
 #include "report.h"
 #include "web_rows.h"
 
@@ -12,7 +13,8 @@ namespace {
 
 using enum bench::Conditions;
 
-// The regimes are steady, moving, random and cold; the cores two and one; connections 1 and 16; clients 1, 100, 1000.
+// The regimes are steady, moving, random and cold; the cores two and one; connections 1 and 16; clients 1, 100, 1000;
+// cameras 1, 10, 50.
 constexpr bench::Row rows[] = {
     {REGIMES, "documents", "to_chars_table", {0.65, 0.65, 0.40}},
     {REGIMES, "documents", "digit_table", {1.05, 1.05, 0.80}},
@@ -50,6 +52,14 @@ constexpr bench::Row rows[] = {
     {CLIENTS, "web_offers", "bare_sends"},
     {CLIENTS, "web_offers_99_percent", "bare_sends"},
     {CLIENTS, "web_offers_processor", "bare_sends"},
+    {CAMERAS, "mqtt_change", "bare_clients"},
+    {CAMERAS, "mqtt_change_99_percent", "bare_clients"},
+    {CAMERAS, "mqtt_change_processor", "bare_clients"},
+    {CAMERAS, "mqtt_offers", "bare_clients"},
+    {CAMERAS, "mqtt_offers_99_percent", "bare_clients"},
+    {CAMERAS, "mqtt_offers_processor", "bare_clients"},
+    {CAMERAS, "mqtt_order", "bare_clients"},
+    {CAMERAS, "mqtt_idle_second", nullptr}, // of the processor
 };
 
 constexpr bench::Series series[] = {
@@ -99,6 +109,7 @@ int main(int argc, char **argv)
         bench::print(series, figures);
         bench::print_library();
         bench::print_web();
+        bench::print_mqtt();
     }
     return figures.failed() ? 1 : 0;
 }

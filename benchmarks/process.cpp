@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <sched.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -55,6 +56,19 @@ void run_anywhere()
     cpu_set_t all;
     memset(&all, 0xff, sizeof all);
     sched_setaffinity(0, sizeof all, &all);
+}
+
+bool may_give_users(size_t count)
+{
+    std::ifstream map("/proc/self/uid_map");
+    size_t inside = 0;
+    size_t outside = 0;
+    size_t size = 0;
+    bool known = false;
+    while (map >> inside >> outside >> size) {
+        known = known || (inside <= FIRST_USER && FIRST_USER + count <= inside + size);
+    }
+    return geteuid() == 0 && known;
 }
 
 std::vector<double> numbers_printed_by(const std::string &command)

@@ -1,6 +1,7 @@
 // Other processes: the processors that they run on, and what they print.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,6 +19,11 @@ void run_as_peer(Cores cores);
 
 // Wherever the system puts it, whatever its starter was bound to.
 void run_anywhere();
+
+// The user ids that programs can be given, each its own, and whether this process may give the first so many: root may,
+// but for one that is root in a namespace alone.
+inline constexpr unsigned FIRST_USER = 62500;
+bool may_give_users(size_t count);
 
 // The numbers in the first line that a command prints; the first of them alone, 0 where there is none.
 std::vector<double> numbers_printed_by(const std::string &command);

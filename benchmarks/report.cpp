@@ -19,6 +19,7 @@ std::span<const char *const> names_of(Conditions conditions)
     static constexpr const char *cores[] = {"/two_cores", "/same_core"};
     static constexpr const char *connections[] = {"/1", "/16"};
     static constexpr const char *clients[] = {"/1", "/100", "/1000"};
+    static constexpr const char *cameras[] = {"/1", "/10", "/50"};
     static constexpr const char *once[] = {""};
     switch (conditions) {
     case Conditions::REGIMES:
@@ -29,6 +30,8 @@ std::span<const char *const> names_of(Conditions conditions)
         return connections;
     case Conditions::CLIENTS:
         return clients;
+    case Conditions::CAMERAS:
+        return cameras;
     case Conditions::ONCE:
         break;
     }

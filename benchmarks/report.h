@@ -44,7 +44,7 @@ class Figures : public benchmark::BenchmarkReporter {
 };
 
 // Under what conditions a row was measured; each gives a line of its own.
-enum class Conditions { REGIMES, CORES, CONNECTIONS, CLIENTS, ONCE };
+enum class Conditions { REGIMES, CORES, CONNECTIONS, CLIENTS, CAMERAS, ONCE };
 using Goals = std::array<double, 4>; // per condition; 0: none is set
 
 // "work/library" beside "work/peer", under each condition.
