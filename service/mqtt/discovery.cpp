@@ -6,10 +6,10 @@
 #include <map>
 #include <utility>
 #include <zvctrl/camera_setting_ids.h>
-#include <zvctrl/zvc_state.h>
 #include <zvservice/availability.h>
 #include <zvservice/catalogue.h>
 #include <zvservice/json.h>
+#include <zvservice/links.h>
 
 namespace zvmqtt {
 
@@ -89,13 +89,6 @@ std::string node_of(const std::string &id)
     return node;
 }
 
-// A text of the camera's identity, by its getter; empty where it is not known.
-std::string identity(int32_t (*get)(char *buffer, int32_t size))
-{
-    char text[ZVC_STATE_TEXT_SIZE] = {};
-    return get(text, sizeof text) == ZV_OK ? text : "";
-}
-
 // "Video fps" for "video/fps".
 std::string plain_words(std::string name)
 {
@@ -162,18 +155,17 @@ class Entities {
 Entities::Entities(const std::string &prefix, const Topics &topics, const State &state)
     : m_prefix(prefix), m_topics(topics), m_node(node_of(topics.id()))
 {
-    const std::string model = identity(zvc_state_get_model_name);
-    const std::string serial_number = identity(zvc_state_get_serial_number);
-    const std::string firmware = identity(zvc_state_get_firmware_version);
+    const zvservice::CameraIdentity identity = zvservice::camera_identity();
+    const std::string &model = identity.model_name;
     Json json;
     json.key("device").open('{').key("identifiers").open('[').value("zv_" + m_node).close();
     json.member("name", (model.empty() ? "Camera" : model) + " " + topics.id());
     json.member("model", model.empty() ? std::to_string(state.model()) : model);
-    if (!serial_number.empty()) {
-        json.member("serial_number", serial_number);
+    if (!identity.serial_number.empty()) {
+        json.member("serial_number", identity.serial_number);
     }
-    if (!firmware.empty()) {
-        json.member("sw_version", firmware);
+    if (!identity.firmware.empty()) {
+        json.member("sw_version", identity.firmware);
     }
     json.close().key("origin").open('{').member("name", "zvmqtt").member("sw_version", ZVMQTT_VERSION).close();
     m_device = json.text();

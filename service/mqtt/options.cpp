@@ -8,7 +8,7 @@
 #include <cstdio>
 #include <text.h>
 #include <usage.h>
-#include <zvctrl/zvc_state.h>
+#include <zvservice/links.h>
 #include <zvservice/result.h>
 
 namespace zvmqtt {
@@ -77,12 +77,6 @@ void check_files(const Options &options)
     }
 }
 
-std::string serial_number()
-{
-    char text[ZVC_STATE_TEXT_SIZE] = {};
-    return zvc_state_get_serial_number(text, sizeof text) == ZV_OK ? text : "";
-}
-
 } // namespace
 
 std::optional<int> read_options(int argc, char **argv, Options &options)
@@ -144,7 +138,7 @@ std::optional<int> read_options(int argc, char **argv, Options &options)
             options.metrics = zvprogram::read_address("--metrics", metrics);
         }
         if (app.count("--id") == 0) {
-            options.id = serial_number();
+            options.id = zvservice::camera_identity().serial_number;
         }
         if (app.count("--id") > 0 || !options.id.empty()) {
             check_topic("the id", options.id);

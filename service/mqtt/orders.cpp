@@ -14,19 +14,12 @@ using std::chrono::milliseconds;
 
 namespace {
 
-// As HTTP has them.
-constexpr int GONE = 410;
-constexpr int TOO_LARGE = 413;
-constexpr int TOO_MANY = 429;
-constexpr int FAILED = 500;
-constexpr int UNAVAILABLE = 503;
-
 constexpr char COMMAND[] = "command";
 constexpr std::string_view SET = "set/";
 
 Answer ended()
 {
-    return {UNAVAILABLE, "the bridge ends; nothing was sent", "", 0};
+    return {STATUS_UNAVAILABLE, "the bridge ends; nothing was sent", "", 0};
 }
 
 // What waited too long is not sent any more.
@@ -40,7 +33,7 @@ Answer carry_out(const Work &work, const Request &request)
 try {
     return work(patience_left(request));
 } catch (const std::bad_alloc &) {
-    return {FAILED, "out of memory", "", 0};
+    return {STATUS_FAILED, "out of memory", "", 0};
 }
 
 } // namespace
@@ -75,10 +68,10 @@ Orders::~Orders()
 std::optional<Answer> Orders::take(Request &request, const Incoming &message)
 {
     if (message.retained) {
-        return Answer{GONE, "a retained order is never carried out", "", 0};
+        return Answer{STATUS_GONE, "a retained order is never carried out", "", 0};
     }
     if (message.payload.size() > PAYLOAD_MAX) {
-        return Answer{TOO_LARGE, "a payload has up to " + std::to_string(PAYLOAD_MAX) + " bytes", "", 0};
+        return Answer{STATUS_TOO_LARGE, "a payload has up to " + std::to_string(PAYLOAD_MAX) + " bytes", "", 0};
     }
     auto read =
         request.name == COMMAND
@@ -92,7 +85,7 @@ std::optional<Answer> Orders::take(Request &request, const Incoming &message)
         return ended();
     }
     if (m_waiting.size() == WAITING_MAX) {
-        return Answer{TOO_MANY, std::to_string(WAITING_MAX) + " requests wait already", "", 0};
+        return Answer{STATUS_TOO_MANY, std::to_string(WAITING_MAX) + " requests wait already", "", 0};
     }
     m_waiting.push_back({std::move(request), std::get<Work>(std::move(read))});
     m_changed.notify_one();

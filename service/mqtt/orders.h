@@ -18,14 +18,29 @@
 
 namespace zvmqtt {
 
+// What is said of a request, in the numbers of HTTP. A call to the camera has more of them, which its Result knows.
+enum Status : int {
+    STATUS_OK = 200,
+    STATUS_ACCEPTED = 202,
+    STATUS_NO_CONTENT = 204,
+    STATUS_BAD_REQUEST = 400,
+    STATUS_NOT_FOUND = 404,
+    STATUS_GONE = 410,
+    STATUS_TOO_LARGE = 413,
+    STATUS_UNPROCESSABLE = 422,
+    STATUS_TOO_MANY = 429,
+    STATUS_FAILED = 500,
+    STATUS_UNAVAILABLE = 503,
+};
+
 // What a request came to.
 struct Answer {
-    int status = 0; // as HTTP has it
+    int status = 0;
     std::string detail;
     std::string why; // the rules against it, as JSON; empty for none
     int code = 0;    // the camera's own, 0 for none
 
-    bool ok() const { return status < 300; }
+    bool ok() const { return status < STATUS_BAD_REQUEST; }
 
     // {"request":"set/3","ok":true,"status":200}
     std::string json(const std::string &request) const;

@@ -20,14 +20,6 @@ using zvservice::Result;
 
 namespace {
 
-// As HTTP has them.
-constexpr int OK = 200;
-constexpr int ACCEPTED = 202;
-constexpr int NO_CONTENT = 204;
-constexpr int BAD_REQUEST = 400;
-constexpr int NOT_FOUND = 404;
-constexpr int UNPROCESSABLE = 422;
-
 constexpr JsonMember COMMAND_MEMBER = {"command", true, [](const json &value) { return value.is_string(); }, "a text"};
 constexpr JsonMember SET_MEMBERS[] = {zvprogram::OPTION_MEMBER, zvprogram::FORCE_MEMBER};
 constexpr JsonMember NAME_ALONE[] = {COMMAND_MEMBER};
@@ -50,14 +42,14 @@ Answer answer_of(const Result &result, int done)
 template <Result (Camera::*operation)(milliseconds patience)>
 Work operate(Camera &camera, const json &)
 {
-    return [&camera](milliseconds patience) { return answer_of((camera.*operation)(patience), NO_CONTENT); };
+    return [&camera](milliseconds patience) { return answer_of((camera.*operation)(patience), STATUS_NO_CONTENT); };
 }
 
 Work tag(Camera &camera, const json &body)
 {
     return [&camera, file = body["file"].get<std::string>(), offset = body["offset_ms"].get<uint32_t>(),
             remove = body.value("remove", false)](milliseconds patience) {
-        return answer_of(camera.tag(file, offset, remove, patience), NO_CONTENT);
+        return answer_of(camera.tag(file, offset, remove, patience), STATUS_NO_CONTENT);
     };
 }
 
@@ -86,20 +78,20 @@ std::variant<Work, Answer> read_set(Camera &camera, const std::string &setting, 
 {
     json body = json::parse(payload, nullptr, false);
     if (body.is_discarded()) {
-        return wrong(BAD_REQUEST, "the payload is no JSON");
+        return wrong(STATUS_BAD_REQUEST, "the payload is no JSON");
     }
     if (!body.is_object()) {
         body = json::object({{"option", std::move(body)}});
     }
     if (const std::string fault = zvprogram::misfit(SET_MEMBERS, body); !fault.empty()) {
-        return wrong(UNPROCESSABLE, fault);
+        return wrong(STATUS_UNPROCESSABLE, fault);
     }
     zvservice::SetOptions options;
     options.force = body.value("force", false);
     return [&camera, setting, option = zvprogram::option_name(body["option"]), options](milliseconds patience) mutable {
         options.patience = patience;
         const zvservice::Written written = camera.set(setting, option, options);
-        return answer_of(written.result, written.shown ? OK : ACCEPTED);
+        return answer_of(written.result, written.shown ? STATUS_OK : STATUS_ACCEPTED);
     };
 }
 
@@ -107,22 +99,22 @@ std::variant<Work, Answer> read_command(Camera &camera, std::string_view payload
 {
     const json body = json::parse(payload, nullptr, false);
     if (body.is_discarded()) {
-        return wrong(BAD_REQUEST, "the payload is no JSON");
+        return wrong(STATUS_BAD_REQUEST, "the payload is no JSON");
     }
     if (!body.is_object()) {
-        return wrong(UNPROCESSABLE, "the payload is to be an object");
+        return wrong(STATUS_UNPROCESSABLE, "the payload is to be an object");
     }
     const auto name = body.find(COMMAND_MEMBER.name);
     if (name == body.end() || !COMMAND_MEMBER.fits(*name)) {
-        return wrong(UNPROCESSABLE, "\"command\" is to be a text");
+        return wrong(STATUS_UNPROCESSABLE, "\"command\" is to be a text");
     }
     const auto *row = std::ranges::find(COMMANDS, name->get<std::string_view>(), &CommandRow::name);
     if (row == std::end(COMMANDS)) {
-        return wrong(NOT_FOUND, "there is no command \"" + name->get<std::string>() + "\"");
+        return wrong(STATUS_NOT_FOUND, "there is no command \"" + name->get<std::string>() + "\"");
     }
     request.append("/").append(row->name);
     if (const std::string fault = zvprogram::misfit(row->members, body); !fault.empty()) {
-        return wrong(UNPROCESSABLE, fault);
+        return wrong(STATUS_UNPROCESSABLE, fault);
     }
     return row->work(camera, body);
 }

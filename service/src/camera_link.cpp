@@ -211,4 +211,14 @@ uint32_t camera_model()
     return zvc_state_get_model_number();
 }
 
+CameraIdentity camera_identity()
+{
+    const auto text_of = [](int32_t (*get)(char *buffer, int32_t size)) -> std::string {
+        char text[ZVC_STATE_TEXT_SIZE] = {};
+        return get(text, sizeof text) == ZV_OK ? text : "";
+    };
+    return {text_of(zvc_state_get_model_name), text_of(zvc_state_get_serial_number),
+            text_of(zvc_state_get_firmware_version)};
+}
+
 } // namespace zvservice

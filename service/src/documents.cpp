@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <map>
 #include <utility>
-#include <zvctrl/zvc_state.h>
 
 namespace zvservice {
 
@@ -21,13 +20,6 @@ std::string members_json(const std::vector<Member> &members)
         write_member(json, member.id, member.text);
     }
     return json.close().text();
-}
-
-// A text of the camera's identity, by its getter.
-std::string identity(int32_t (*get)(char *buffer, int32_t size))
-{
-    char text[ZVC_STATE_TEXT_SIZE] = {};
-    return get(text, sizeof text) == ZV_OK ? text : "";
 }
 
 // Without a service that has it the library looks for the number by a shell command, each time. That is not worth it
@@ -131,11 +123,11 @@ std::string settings_json(const State &state)
 
 std::string camera_json(const Snapshot &snapshot)
 {
-    const std::string name = identity(zvc_state_get_model_name);
+    const CameraIdentity identity = camera_identity();
     Json json;
-    json.open('{').member("model", model_of(snapshot, !name.empty())).member("model_name", name);
-    json.member("serial_number", identity(zvc_state_get_serial_number));
-    json.member("firmware", identity(zvc_state_get_firmware_version));
+    json.open('{').member("model", model_of(snapshot, !identity.model_name.empty()));
+    json.member("model_name", identity.model_name).member("serial_number", identity.serial_number);
+    json.member("firmware", identity.firmware);
     json.member("link", link_state_name(snapshot.link)).member("switched_off", snapshot.switched_off);
     json.member("epoch", snapshot.epoch != nullptr ? *snapshot.epoch : "").member("revision", snapshot.revision);
     return json.close().text();

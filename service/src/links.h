@@ -86,6 +86,16 @@ class ZV_API CameraLink {
 // The camera's model number, which selects the tables of settings and options; 0 while nobody knows it. Any thread.
 ZV_API uint32_t camera_model();
 
+// What the system information service calls the camera; empty for what it does not know.
+struct CameraIdentity {
+    std::string model_name;
+    std::string serial_number;
+    std::string firmware;
+};
+
+// Any thread.
+ZV_API CameraIdentity camera_identity();
+
 // ---- Queues that are left behind
 
 // Removes the response and reply queues of processes that have ended, by the process id in their names: the library's
