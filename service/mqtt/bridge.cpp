@@ -130,11 +130,7 @@ void Bridge::attempt()
 void Bridge::serve()
 {
     m_connection->serve();
-    if (m_connection->is_connected()) {
-        if (const std::string fault = m_outbox.flush(*m_connection); !fault.empty() && !m_connection->lost()) {
-            complain("cannot publish " + fault);
-        }
-    }
+    flush();
     if (m_connection->lost()) {
         complain(m_options.host + ":" + std::to_string(m_options.port) + ": " + m_connection->reason() +
                  "; trying again");
@@ -143,9 +139,20 @@ void Bridge::serve()
     }
 }
 
+void Bridge::flush()
+{
+    if (m_connection && m_connection->is_connected()) {
+        if (const std::string fault = m_outbox.flush(*m_connection); !fault.empty() && !m_connection->lost()) {
+            complain("cannot publish " + fault);
+        }
+    }
+}
+
 void Bridge::pass_events_on()
 {
     while (const std::optional<zvservice::Event> event = m_subscription.next(milliseconds(0))) {
+        m_publisher.publish_change(*event);
+        flush();
         m_publisher.publish(*event);
     }
 }

@@ -51,6 +51,7 @@ class Bridge : private Connection::Listener {
     void wait();
     void attempt();
     void serve();
+    void flush();
     void pass_events_on();
     void pass_answers_on();
     void answer(const Request &request, const Answer &answer);

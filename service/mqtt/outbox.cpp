@@ -5,28 +5,26 @@
 
 namespace zvmqtt {
 
-Outbox::Slot Outbox::add(const std::string &topic, int qos)
+Outbox::Slot Outbox::add(const std::string &topic, int qos, Slot before)
 {
     Item item;
     item.message.topic = topic;
     item.message.qos = qos;
     item.message.retained = true;
-    m_slots.push_back(std::move(item));
-    return m_slots.size() - 1;
+    return m_slots.insert(before, std::move(item));
 }
 
 void Outbox::put(Slot slot, std::string payload)
 {
-    Item &item = m_slots[slot];
-    if (item.message.payload != payload) {
-        item.message.payload = std::move(payload);
-        item.due = true;
+    if (slot->message.payload != payload) {
+        slot->message.payload = std::move(payload);
+        slot->due = true;
     }
 }
 
 void Outbox::send_again(Slot slot)
 {
-    m_slots[slot].due = !m_slots[slot].message.payload.empty();
+    slot->due = !slot->message.payload.empty();
 }
 
 void Outbox::put_change(const std::string &topic, std::string payload)

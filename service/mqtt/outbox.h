@@ -6,20 +6,31 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <list>
 #include <string>
-#include <vector>
 
 namespace zvmqtt {
 
 // One thread.
 class Outbox {
+    // A message and where it is.
+    struct Item {
+        Outgoing message;
+        bool due = false;
+        int number = 0; // on its way, as this
+
+        bool over() const { return !due && number == 0; }
+    };
+
   public:
     static constexpr size_t CHANGE_MAX = 64;
     static constexpr size_t REFUSAL_MAX = 64;
 
-    // A retained topic: of its payloads one is on its way, and the newest waits for that.
-    using Slot = size_t;
-    Slot add(const std::string &topic, int qos);
+    // A retained topic: of its payloads one is on its way, and the newest waits for that. What was added last is told
+    // last, but for what goes before another one.
+    using Slot = std::list<Item>::iterator;
+    Slot add(const std::string &topic, int qos) { return add(topic, qos, m_slots.end()); }
+    Slot add(const std::string &topic, int qos, Slot before);
 
     // The newest payload. One that is the same is not sent again.
     void put(Slot slot, std::string payload);
@@ -49,18 +60,10 @@ class Outbox {
     uint64_t given_bytes() const { return m_given_bytes; }
 
   private:
-    // A message and where it is.
-    struct Item {
-        Outgoing message;
-        bool due = false;
-        int number = 0; // on its way, as this
-
-        bool over() const { return !due && number == 0; }
-    };
     void give(Connection &connection, Item &item, std::string &fault);
     void sweep();
 
-    std::vector<Item> m_slots; // in the order in which a new connection is told
+    std::list<Item> m_slots; // in the order in which they are told
     std::deque<Item> m_changes;
     std::deque<Item> m_answers;
     uint64_t m_dropped_changes = 0;

@@ -45,6 +45,13 @@ Publisher::Publisher(Outbox &outbox, const Topics &topics, std::string discovery
 {
 }
 
+void Publisher::publish_change(const Event &event)
+{
+    if (event.kind == Event::Kind::CHANGE) {
+        m_outbox.put_change(m_topics.change(), change_json(*event.change, *event.snapshot->epoch));
+    }
+}
+
 void Publisher::publish(const Event &event)
 {
     const Snapshot &snapshot = *event.snapshot;
@@ -56,9 +63,6 @@ void Publisher::publish(const Event &event)
     }
     if (snapshot.state != nullptr && event.kind != Event::Kind::LINK) {
         publish_state(snapshot);
-    }
-    if (event.kind == Event::Kind::CHANGE) {
-        m_outbox.put_change(m_topics.change(), change_json(*event.change, *snapshot.epoch));
     }
 }
 
@@ -78,7 +82,7 @@ void Publisher::publish_state(const Snapshot &snapshot)
     for (Document &document : discovery_documents(m_discovery, m_topics, *snapshot.state)) {
         auto [known, is_new] = m_documents.try_emplace(document.topic);
         if (is_new) {
-            known->second = m_outbox.add(document.topic, 1);
+            known->second = m_outbox.add(document.topic, 1, m_status); // it tells how to read the state
         }
         m_outbox.put(known->second, std::move(document.payload));
     }
