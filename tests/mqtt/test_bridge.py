@@ -206,7 +206,8 @@ RESPONSE_TOPICS = (
     ("{base}x/availability", "{base}x/availability"),
     ("{base}/response/me", "{base}/response/me"),
     *((wanted, "{base}/response") for wanted in (
-        None, "{base}", "{base}/availability", "{base}/set/3", "{base}/command", "{base}/responses")),
+        None, "{base}", "{base}/availability", "{base}/set/3", "{base}/command", "{base}/responses",
+        "answers/#", "answers/+")),
 )
 
 
