@@ -33,7 +33,8 @@ std::string answer_topic(const Topics &topics, const std::string &wanted)
 {
     const bool is_own = wanted == topics.base() || wanted.starts_with(topics.base() + "/");
     const bool is_for_answers = wanted == topics.response() || wanted.starts_with(topics.response() + "/");
-    const bool is_topic = !wanted.empty() && mosquitto_pub_topic_check(wanted.c_str()) == MOSQ_ERR_SUCCESS;
+    const bool is_topic = !wanted.empty() && wanted.front() != '$' && // the broker's own
+                          mosquitto_pub_topic_check(wanted.c_str()) == MOSQ_ERR_SUCCESS;
     return is_topic && (is_for_answers || !is_own) ? wanted : topics.response();
 }
 
@@ -134,6 +135,9 @@ void Bridge::serve()
     if (m_connection->lost()) {
         complain(m_options.host + ":" + std::to_string(m_options.port) + ": " + m_connection->reason() +
                  "; trying again");
+        if (m_connection->was_steady()) {
+            m_backoff.reset();
+        }
         m_connection.reset();
         m_next_attempt = Clock::now() + m_backoff.next();
     }
@@ -218,7 +222,6 @@ void Bridge::connected()
     printf("zvmqtt: connected to %s:%d as %s\n", m_options.host.c_str(), m_options.port, m_topics.base().c_str());
     fflush(stdout);
     m_complaint.clear();
-    m_backoff.reset();
     m_connection->subscribe(m_topics.set_filter());
     m_connection->subscribe(m_topics.command());
     if (!m_options.discovery.empty()) {

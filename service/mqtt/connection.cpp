@@ -20,6 +20,7 @@ namespace {
 
 constexpr int KEEPALIVE = 30; // in seconds; after half as long again without a word the broker tells the last will
 constexpr std::chrono::seconds ACKNOWLEDGEMENT_PATIENCE(10);
+constexpr std::chrono::seconds STEADY(10);
 constexpr uint32_t PACKET_MAX = 2 << 20; // in bytes, of what comes in: a broker keeps larger ones to itself
 constexpr int UNSENT_MAX = 16384;        // in bytes, that wait in the system: on a slow line the newest state is to win
 constexpr int UNACKNOWLEDGED_MAX = 32;   // of requests that come in
@@ -129,6 +130,11 @@ void Connection::configure(const Options &options, const Topics &topics)
     }
 }
 
+bool Connection::was_steady() const
+{
+    return m_acknowledged < Clock::now() - STEADY;
+}
+
 int Connection::descriptor() const
 {
     return mosquitto_socket(m_client);
@@ -230,6 +236,7 @@ void Connection::on_connect(mosquitto *, void *self, int code, int, const mqtt5_
         return;
     }
     connection->m_connected = true;
+    connection->m_acknowledged = Clock::now();
     connection->m_listener.connected();
 }
 

@@ -61,6 +61,10 @@ class Connection {
     bool lost() const { return m_lost; }
     bool is_connected() const { return m_connected; }
 
+    // It was acknowledged, and then lasted: not one of many that the broker takes and closes again, for a message that
+    // it does not bear, or for another client of the same name.
+    bool was_steady() const;
+
     // Why it was lost, or why it could not be had.
     const std::string &reason() const { return m_reason; }
 
@@ -101,6 +105,7 @@ class Connection {
     const bool m_version_3;
     mosquitto *m_client;
     Clock::time_point m_begun = Clock::now();
+    Clock::time_point m_acknowledged = Clock::time_point::max();
     bool m_connected = false;
     bool m_lost = false;
     std::string m_reason;
