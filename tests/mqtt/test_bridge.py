@@ -207,7 +207,7 @@ RESPONSE_TOPICS = (
     ("{base}/response/me", "{base}/response/me"),
     *((wanted, "{base}/response") for wanted in (
         None, "{base}", "{base}/availability", "{base}/set/3", "{base}/command", "{base}/responses",
-        "answers/#", "answers/+")),
+        "answers/#", "answers/+", "$SYS/x")),
 )
 
 
