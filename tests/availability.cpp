@@ -164,6 +164,21 @@ bool takes(const std::vector<filter_info_t *> &rule, uint32_t setting, const opt
     return taken;
 }
 
+TEST_F(Rules, AreAskedAnewOnlyForWhatTheyLookAt)
+{
+    choose(2, "4K");
+    state.statuses[FLAT_MODE] = 12;
+    const CameraState before = state;
+    state.statuses[70] = 55; // the battery
+    state.settings[87] = 30; // the volume
+    EXPECT_TRUE(zvservice::same_offers(before, state, SABLE));
+    choose(2, "1080");
+    EXPECT_FALSE(zvservice::same_offers(before, state, SABLE));
+    state = before;
+    state.statuses[FLAT_MODE] = 13;
+    EXPECT_FALSE(zvservice::same_offers(before, state, SABLE));
+}
+
 TEST_F(Rules, AgreeWithAskingEveryRuleAboutEveryOption)
 {
     std::mt19937 random(20);

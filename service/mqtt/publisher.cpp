@@ -70,6 +70,11 @@ void Publisher::publish_state(const Snapshot &snapshot)
 {
     m_outbox.put(m_status, zvservice::status_json(*snapshot.state));
     m_outbox.put(m_settings, zvservice::settings_json(*snapshot.state));
+    const auto before = std::exchange(m_offered, snapshot.state);
+    if (before != nullptr && before->model() == snapshot.state->model() &&
+        zvservice::same_offers(before->values(), snapshot.state->values(), before->model())) {
+        return;
+    }
     std::string available = zvservice::available_json(*snapshot.state);
     if (m_known_available == available) {
         return;

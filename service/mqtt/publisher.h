@@ -5,6 +5,7 @@
 #include "topics.h"
 
 #include <map>
+#include <memory>
 #include <string>
 #include <zvservice/subscription.h>
 
@@ -41,7 +42,8 @@ class Publisher {
     const Outbox::Slot m_availability;
     std::map<std::string, Outbox::Slot> m_documents; // of discovery, by their topics
 
-    std::string m_known_camera; // without what is no reason to tell it anew
+    std::string m_known_camera;                        // without what is no reason to tell it anew
+    std::shared_ptr<const zvservice::State> m_offered; // of which what is on offer was told last
     std::string m_known_available;
 };
 

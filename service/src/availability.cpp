@@ -62,6 +62,17 @@ CameraState read_state(const all_status_settings_t &record, uint32_t model)
     return state;
 }
 
+bool same_offers(const CameraState &a, const CameraState &b, uint32_t model)
+{
+    const auto same = [&](const filter_info_t *element) {
+        return element->type == FILTER_INFO_BLOCK ||
+               (element->type == FILTER_INFO_STATUS ? a.statuses.at(element->id) == b.statuses.at(element->id)
+                                                    : a.settings.at(element->id) == b.settings.at(element->id));
+    };
+    return std::ranges::all_of(rules_of(model),
+                               [&](const auto &rule) { return std::ranges::all_of(rule.second, same); });
+}
+
 std::string condition_name(const filter_info_t &condition)
 {
     return (condition.type == FILTER_INFO_STATUS ? "status " : "setting ") + std::to_string(condition.id);

@@ -6,17 +6,20 @@ namespace zvweb {
 
 using zvservice::Snapshot;
 
-Rendering::Rendering(const Snapshot &snapshot)
+Rendering::Rendering(const Snapshot &snapshot, const Rendering *before)
     : m_state(snapshot.state), m_revision(snapshot.revision),
       m_status("\"status\":" + zvservice::status_json(*snapshot.state)),
       m_settings("\"settings\":" + zvservice::settings_json(*snapshot.state))
 {
+    const bool as_before = before != nullptr && before->m_state->model() == m_state->model() &&
+                           zvservice::same_offers(before->m_state->values(), m_state->values(), m_state->model());
+    m_offer = as_before ? before->m_offer : std::make_shared<Offer>();
 }
 
 const std::string &Rendering::available() const
 {
-    std::call_once(m_available_made, [this] { m_available = zvservice::available_json(*m_state); });
-    return m_available;
+    std::call_once(m_offer->made, [this] { m_offer->text = zvservice::available_json(*m_state); });
+    return m_offer->text;
 }
 
 std::shared_ptr<const Rendering> Renderings::of(const Snapshot &snapshot)
@@ -26,7 +29,7 @@ std::shared_ptr<const Rendering> Renderings::of(const Snapshot &snapshot)
     }
     const std::lock_guard lock(m_mutex);
     if (m_last == nullptr || m_last->revision() != snapshot.revision) {
-        m_last = std::make_shared<const Rendering>(snapshot);
+        m_last = std::make_shared<const Rendering>(snapshot, m_last.get());
     }
     return m_last;
 }

@@ -11,8 +11,8 @@ namespace zvweb {
 
 class Rendering {
   public:
-    // Of a state that is there.
-    explicit Rendering(const zvservice::Snapshot &snapshot);
+    // Of a state that is there. `before` is the last one, or null: what the rules see alike is worked out once.
+    Rendering(const zvservice::Snapshot &snapshot, const Rendering *before);
 
     const zvservice::State &state() const { return *m_state; }
     uint64_t revision() const { return m_revision; }
@@ -29,8 +29,11 @@ class Rendering {
     uint64_t m_revision;
     std::string m_status;
     std::string m_settings;
-    mutable std::once_flag m_available_made;
-    mutable std::string m_available;
+    struct Offer {
+        std::once_flag made;
+        std::string text;
+    };
+    std::shared_ptr<Offer> m_offer;
 };
 
 // Keeps the last one. Any thread.
