@@ -52,12 +52,10 @@ std::string binary_property(const mosquitto_property *properties, int identifier
     return {static_cast<const char *>(value), size};
 }
 
-// "zv-C3441": brokers that look at a client's name want no slashes in it.
+// "zv.C3441": no other camera's, for a broker lets one client have a name.
 std::string client_name(const Options &options)
 {
-    std::string name = options.prefix + "-" + options.id;
-    std::ranges::replace(name, '/', '-');
-    return name;
+    return plain(options.prefix) + "." + plain(options.id);
 }
 
 // Whether it is the message that cannot be sent, and not the connection that is gone.

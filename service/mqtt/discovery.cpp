@@ -2,7 +2,6 @@
 
 #include <cctype>
 #include <cstdint>
-#include <cstdio>
 #include <map>
 #include <utility>
 #include <zvctrl/camera_setting_ids.h>
@@ -71,24 +70,6 @@ constexpr uint32_t SCHEDULE_SIZE_MAX = 5; // "07:30"
 
 constexpr char ORDER[] = R"({"option":"{{ value }}"})";
 
-// Of an id, as a level that takes letters, digits, "_" and "-" only. No two ids have the same.
-std::string node_of(const std::string &id)
-{
-    std::string node;
-    for (const char c : id) {
-        if (isascii(c) != 0 && (isalnum(c) != 0 || c == '-')) {
-            node += c;
-        } else if (c == '_') {
-            node += "__";
-        } else {
-            char code[4];
-            snprintf(code, sizeof code, "_%02x", static_cast<unsigned>(static_cast<unsigned char>(c)));
-            node += code;
-        }
-    }
-    return node;
-}
-
 // "Video fps" for "video/fps".
 std::string plain_words(std::string name)
 {
@@ -153,7 +134,7 @@ class Entities {
 };
 
 Entities::Entities(const std::string &prefix, const Topics &topics, const State &state)
-    : m_prefix(prefix), m_topics(topics), m_node(node_of(topics.id()))
+    : m_prefix(prefix), m_topics(topics), m_node(plain(topics.id()))
 {
     const zvservice::CameraIdentity identity = zvservice::camera_identity();
     const std::string &model = identity.model_name;

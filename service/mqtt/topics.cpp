@@ -1,5 +1,7 @@
 #include "topics.h"
 
+#include <cctype>
+#include <cstdio>
 #include <mosquitto.h>
 #include <utility>
 
@@ -15,6 +17,23 @@ std::optional<std::string> Topics::request_of(std::string_view topic) const
     const std::string_view request = topic.substr(m_base.size() + 1);
     const bool is_set = request == "set" || request.starts_with("set/"); // the filter has both
     return is_set || request == "command" ? std::optional<std::string>(request) : std::nullopt;
+}
+
+std::string plain(std::string_view text)
+{
+    std::string word;
+    for (const char c : text) {
+        if (isascii(c) != 0 && (isalnum(c) != 0 || c == '-')) {
+            word += c;
+        } else if (c == '_') {
+            word += "__";
+        } else {
+            char code[4];
+            snprintf(code, sizeof code, "_%02x", static_cast<unsigned>(static_cast<unsigned char>(c)));
+            word += code;
+        }
+    }
+    return word;
 }
 
 std::string topic_fault(std::string_view text)

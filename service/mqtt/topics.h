@@ -46,6 +46,10 @@ class Topics {
 inline constexpr char ONLINE[] = "online";
 inline constexpr char OFFLINE[] = "offline";
 
+// A text as a word that everything takes: letters, digits and "-" stay, "_" is doubled, every other byte becomes "_"
+// and two hex digits. No two texts have the same.
+std::string plain(std::string_view text);
+
 // What is wrong with an id or a prefix, in words; empty where it makes a topic that can be published to.
 std::string topic_fault(std::string_view text);
 
