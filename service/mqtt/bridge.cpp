@@ -164,18 +164,18 @@ void Bridge::pass_events_on()
 void Bridge::pass_answers_on()
 {
     for (const Answered &answered : m_orders.answered()) {
-        answer(answered.request, answered.answer);
+        answer(answered.request, answered.answer, true);
     }
 }
 
-void Bridge::answer(const Request &request, const Answer &answer)
+void Bridge::answer(const Request &request, const Answer &answer, bool tried)
 {
     Outgoing message;
     message.topic = answer_topic(m_topics, request.response_topic);
     message.payload = answer.json(request.name);
     message.qos = 1;
     message.correlation = request.correlation;
-    m_outbox.put_answer(std::move(message), !answer.ok());
+    m_outbox.put_answer(std::move(message), tried);
     const std::lock_guard lock(m_mutex);
     m_measured.requests.count(answer.status);
     m_measured.requests.add_time(Clock::now() - request.arrival);
@@ -257,7 +257,7 @@ void Bridge::received(const Incoming &message)
     request.response_topic = message.response_topic;
     request.correlation = message.correlation;
     if (const std::optional<Answer> over = m_orders.take(request, message)) {
-        answer(request, *over);
+        answer(request, *over, false);
     }
 }
 

@@ -54,7 +54,7 @@ class Bridge : private Connection::Listener {
     void flush();
     void pass_events_on();
     void pass_answers_on();
-    void answer(const Request &request, const Answer &answer);
+    void answer(const Request &request, const Answer &answer, bool tried);
     bool is_over();
     void complain(const std::string &what);
 

@@ -40,9 +40,9 @@ void Outbox::put_change(const std::string &topic, std::string payload)
     m_changes.push_back(std::move(item));
 }
 
-void Outbox::put_answer(Outgoing answer, bool refuses)
+void Outbox::put_answer(Outgoing answer, bool tried)
 {
-    if (refuses && m_answers.size() >= REFUSAL_MAX) {
+    if (!tried && m_answers.size() >= REFUSAL_MAX) {
         ++m_dropped_answers;
         return;
     }

@@ -39,8 +39,9 @@ class Outbox {
     // A message that is nothing without those before it. Beyond CHANGE_MAX the oldest go, and all at a new connection.
     void put_change(const std::string &topic, std::string payload);
 
-    // An answer to a request, kept until it is the broker's. One that only refuses is dropped where REFUSAL_MAX wait.
-    void put_answer(Outgoing answer, bool refuses);
+    // An answer to a request, kept until it is the broker's. Where the request was not tried it is a refusal, and is
+    // dropped if REFUSAL_MAX answers wait.
+    void put_answer(Outgoing answer, bool tried);
 
     // A new connection: everything is to be told anew.
     void begin();
