@@ -220,7 +220,8 @@ def more_cameras():
 
     def starting(number):
         for user in range(FIRST_USER, FIRST_USER + number):
-            as_user = ("setpriv", f"--reuid={user}", f"--regid={user}", "--clear-groups")
+            as_user = ("setpriv", f"--reuid={user}", f"--regid={user}", "--clear-groups",
+                       "env", "GCOV_PREFIX=/tmp")  # where it may write what is counted for coverage
             cameras.append(Camera(
                 ("env", "--unset=ZVCTRL_NAMESPACE", NAMESPACE, *as_user),
                 lambda pid, as_user=as_user: ("nsenter", f"--target={pid}", "--ipc", "--mount", *as_user)))
