@@ -39,7 +39,22 @@ class Rules : public testing::Test {
   protected:
     void choose(uint32_t setting, const char *key) { state.settings[setting] = id_of(setting, key); }
 
+    void choose_at_random()
+    {
+        constexpr uint32_t MODES[] = {12, 13, 15, 16, 18, 19, 20, 21, 24, 26, 29, 30, 31, 23};
+        for (const auto &[setting, options] : getCameraOptions(SABLE)) {
+            state.settings[setting] = pick(20) == 0 ? 4711 : options[pick(static_cast<uint32_t>(options.size()))]->id;
+        }
+        for (uint32_t &status : state.statuses) {
+            status = pick(6);
+        }
+        state.statuses[FLAT_MODE] = MODES[pick(std::size(MODES))];
+    }
+
+    uint32_t pick(uint32_t count) { return static_cast<uint32_t>(random() % count); }
+
     CameraState state;
+    std::mt19937 random{20};
 };
 
 TEST_F(Rules, TellWhichRuleTakesAnOptionAwayAndWhy)
@@ -179,21 +194,46 @@ TEST_F(Rules, AreAskedAnewOnlyForWhatTheyLookAt)
     EXPECT_FALSE(zvservice::same_offers(before, state, SABLE));
 }
 
+// All that an Availability says of a state.
+std::string told(const CameraState &state)
+{
+    const Availability availability(state, SABLE);
+    std::string text;
+    for (const auto &[setting, options] : getCameraOptions(SABLE)) {
+        for (const option_t *option : options) {
+            for (const Removal &removal : availability.against(setting, option->id)) {
+                text += std::to_string(removal.rule) + " " + zvservice::because(removal) + "\n";
+            }
+        }
+    }
+    return text;
+}
+
+TEST_F(Rules, AreAskedAnewWhereverTheySayAnythingElse)
+{
+    size_t differing = 0;
+    for (int round = 0; round < 2; ++round) {
+        choose_at_random();
+        const std::string before = told(state);
+        for (std::vector<uint32_t> CameraState::*values : {&CameraState::settings, &CameraState::statuses}) {
+            for (size_t id = 0; id < (state.*values).size(); ++id) {
+                CameraState after = state;
+                ++(after.*values)[id];
+                if (told(after) != before) {
+                    ++differing;
+                    EXPECT_FALSE(zvservice::same_offers(state, after, SABLE)) << id;
+                }
+            }
+        }
+    }
+    EXPECT_GT(differing, 20U) << "the states met no rules";
+}
+
 TEST_F(Rules, AgreeWithAskingEveryRuleAboutEveryOption)
 {
-    std::mt19937 random(20);
-    const auto pick = [&random](uint32_t count) { return static_cast<uint32_t>(random() % count); };
-    constexpr uint32_t MODES[] = {12, 13, 15, 16, 18, 19, 20, 21, 24, 26, 29, 30, 31, 23};
     size_t removals = 0;
     for (int round = 0; round < 50; ++round) {
-        for (const auto &[setting, options] : getCameraOptions(SABLE)) {
-            state.settings[setting] = pick(20) == 0 ? 4711 : options[pick(static_cast<uint32_t>(options.size()))]->id;
-        }
-        for (uint32_t &status : state.statuses) {
-            status = pick(6);
-        }
-        state.statuses[FLAT_MODE] = MODES[pick(std::size(MODES))];
-
+        choose_at_random();
         const Availability availability(state, SABLE);
         std::map<uint32_t, std::vector<filter_info_t *>> rules = getCameraFilters(SABLE);
         std::erase_if(rules, [&](const auto &rule) { return !applies(rule.second, state); });

@@ -1,6 +1,8 @@
 """What a camera's bridge publishes, and each of the requests that it takes, with each of their errors."""
 
 import json
+import urllib.error
+import urllib.request
 
 import pytest
 from conftest import Bridge, Client
@@ -259,3 +261,17 @@ def test_metrics(bridge, client):
     assert {"zv_messages_dropped_total change", "zv_messages_dropped_total response"} <= after.keys()
     assert (after["zv_broker_connected"], after["zv_broker_connections_total"]) == (1, 1)
     assert after["zv_link up"] == 1 and bridge.polls() > 0 and "zv_poll_seconds_sum" in after
+
+
+def test_metrics_are_all_that_is_served(bridge):
+    for method, path, status, headers in (
+            ("HEAD", "/metrics", 200, {"Cache-Control": "no-store", "X-Content-Type-Options": "nosniff"}),
+            ("GET", "/", 404, {}), ("GET", "/metrics/", 404, {}), ("POST", "/metrics", 405, {"Allow": "GET, HEAD"})):
+        request = urllib.request.Request(bridge.url.replace("/metrics", path), method=method)
+        try:
+            answer = urllib.request.urlopen(request, timeout=5)
+        except urllib.error.HTTPError as refused:
+            answer = refused
+        with answer:
+            assert (answer.status, answer.read()) == (status, b""), (method, path)
+            assert headers.items() <= dict(answer.headers).items(), (method, path)
